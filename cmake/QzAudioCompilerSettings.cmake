@@ -1,0 +1,56 @@
+# Settings that every target of this project is compiled with.
+
+add_compile_definitions(
+    # An assertion stops the process in release builds too: the policy manager's documented behaviour relies on it.
+    QT_FORCE_ASSERTS
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_KEYWORDS
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_URL_CAST_FROM_STRING
+    QT_STRICT_ITERATORS
+    QT_USE_QSTRINGBUILDER
+)
+
+add_compile_options(
+    -Wall
+    -Wextra
+    -Wpedantic
+    -Wcast-align
+    -Wconversion
+    -Wdate-time
+    -Wfloat-conversion
+    -Wnon-virtual-dtor
+    -Woverloaded-virtual
+    -Wshadow
+    -Wsign-conversion
+    -Wsuggest-override
+    -Wundef
+    -Wvla
+    -Wzero-as-null-pointer-constant
+    $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
+    # Paths of the build machine would make two builds differ; log lines name files relative to the project.
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}/=
+)
+add_link_options(-Wl,--no-undefined -Wl,--as-needed)
+
+if(QZAUDIO_WARNINGS_AS_ERRORS)
+    add_compile_options(-Werror)
+endif()
+
+if(QZAUDIO_UNSIGNED_CHAR)
+    add_compile_options(-funsigned-char)
+endif()
+
+if(QZAUDIO_SANITIZER)
+    add_compile_options(-fsanitize=${QZAUDIO_SANITIZER} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${QZAUDIO_SANITIZER})
+endif()
+
+if(QZAUDIO_COVERAGE)
+    add_compile_options(--coverage -fprofile-update=atomic)
+    add_link_options(--coverage)
+endif()

@@ -1,0 +1,44 @@
+#ifndef QZAUDIO_AUDIOLISTENERS_H
+#define QZAUDIO_AUDIOLISTENERS_H
+
+#include <qzaudio/export.h>
+
+#include <QtCore/QString>
+
+/*
+ * What a client implements to hear from AudioManager. Listeners are never owned by the library: abandon before destroying one.
+ */
+
+/// Hears of focus gains and losses.
+class QZAUDIO_EXPORT IAudioFocusChangeListener
+{
+public:
+    virtual ~IAudioFocusChangeListener();
+
+    /**
+     * Called with a focus change code (1 gain, -1 to -3 losses) on the thread whose request or abandonment caused it.
+     *
+     * AudioManager holds its non-recursive mutex meanwhile: requesting or abandoning focus from here blocks for ever.
+     */
+    virtual void onAudioFocusChange(int focusChange) = 0;
+
+    /// The client's identity. Listeners with the same id are the same client. Must not change while focus is held.
+    virtual QString clientId() = 0;
+};
+
+/// Hears of changes of the mega base.
+class QZAUDIO_EXPORT IMegaBaseChangeListener
+{
+public:
+    virtual ~IMegaBaseChangeListener();
+    virtual void onMegaBaseChange(int newValue) = 0;
+};
+
+/// Kept in a list; the library calls nothing on it.
+class QZAUDIO_EXPORT IVolumeListener
+{
+public:
+    virtual ~IVolumeListener();
+};
+
+#endif

@@ -1,0 +1,60 @@
+#ifndef QZAUDIO_AUDIOMANAGER_H
+#define QZAUDIO_AUDIOMANAGER_H
+
+#include <qzaudio/audiolisteners.h>
+#include <qzaudio/export.h>
+#include <qzaudio/qxprivate.h>
+
+/**
+ * A client's entry to audio focus within its own process.
+ *
+ * Threads: requestAudioFocus() and abandonAudioFocus() may be called from any thread; a non-recursive mutex serialises them and
+ * is held while listeners are told. A listener that calls either of them from inside onAudioFocusChange() therefore blocks for
+ * ever: post the call to the event loop instead. The other operations are not protected: use them from one thread.
+ */
+class QZAUDIO_EXPORT AudioManager
+{
+public:
+    /// The one manager of the process, made on first use; safe against concurrent first calls.
+    static AudioManager *instance();
+
+    /// For tests and tools that need a manager of their own; applications use instance().
+    AudioManager();
+    ~AudioManager();
+    AudioManager(const AudioManager &) = delete;
+    AudioManager &operator=(const AudioManager &) = delete;
+
+    /**
+     * Requests focus on behalf of a listener.
+     *
+     * @param streamType the stream that will play; only remembered
+     * @param durationHint 1 GAIN, 2 GAIN_TRANSIENT, 3 GAIN_TRANSIENT_MAY_DUCK, 4 GAIN_TRANSIENT_EXCLUSIVE; any other value is
+     *        denied with "Invalid duration hint, audio focus request denied" in the log
+     * @param listener told of later changes, not of this grant; not owned; null is a client with an empty id
+     * @return 0 granted, 1 failed; the listener stays registered even then
+     *
+     * The first listener registered under an id keeps it until that id abandons.
+     */
+    int requestAudioFocus(int streamType, int durationHint, IAudioFocusChangeListener *listener);
+    /// Gives focus up. The abandoning listener is told nothing more. Always 0.
+    int abandonAudioFocus(IAudioFocusChangeListener *listener);
+
+    /// Registers a listener, once; not owned. Null stops the process (fatal assertion "listener != NULL").
+    void requestMegaBase(IMegaBaseChangeListener *listener);
+    void abandonMegaBase(IMegaBaseChangeListener *listener);
+    /// Registers a listener, once; not owned. Null stops the process (fatal assertion "listener != NULL").
+    void requestVolume(IVolumeListener *listener);
+    void abandonVolume(IVolumeListener *listener);
+
+    /// A number that is only kept.
+    void setReason(int reason);
+    int reason();
+    /// Does nothing.
+    void nextMegaBase();
+
+private:
+    QxPrivate<AudioManager> *d;
+    int storedReason = 0; // "stored" because an operation has the plain name
+};
+
+#endif

@@ -1,0 +1,52 @@
+#ifndef QZAUDIO_AUDIOSERVICE_H
+#define QZAUDIO_AUDIOSERVICE_H
+
+#include <qzaudio/audiofocuscontrol.h>
+#include <qzaudio/export.h>
+#include <qzaudio/iaudiofocusdispatcher.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+/**
+ * The focus service: owns the focus stack and turns every focus change into the signal audioFocusChanged().
+ *
+ * The order of signal and slots is that of the meta-object, on which clients rely. The operations have the shape of the focus
+ * part of the bus interface "tavi.AudioService".
+ *
+ * Threads: no lock; callers serialise. The signal is emitted on the thread of the request or abandonment that caused it,
+ * before that returns.
+ */
+class QZAUDIO_EXPORT AudioService : public QObject, public IAudioFocusDispatcher
+{
+    Q_OBJECT
+    Q_INTERFACES(IAudioFocusDispatcher)
+
+public:
+    explicit AudioService(QObject *parent = nullptr);
+    ~AudioService() override;
+
+    /// Called by the stack: logs the change and emits audioFocusChanged().
+    void dispatchAudioFocusChange(int focusChange, const QString &clientId) override;
+
+Q_SIGNALS:
+    /// A client gained (1) or lost (-1 to -3) focus.
+    void audioFocusChanged(int newState, QString clientId);
+
+public Q_SLOTS:
+    /// 0 granted, 1 failed. @p durationHint is a gain, 1 to 4; not checked here.
+    int requestAudioFocus(int mainStreamType, int durationHint, QString clientId);
+    /// Always 0.
+    int abandonAudioFocus(QString clientId);
+    /// Leaves the stack without anybody being told.
+    void unregisterAudioFocusClient(QString clientId);
+    /// The duration hint of the holder, 0 when there is none.
+    int getCurrentAudioFocus();
+
+private:
+    Q_DISABLE_COPY(AudioService)
+
+    AudioFocusControl focusControl;
+};
+
+#endif

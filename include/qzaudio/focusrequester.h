@@ -1,0 +1,63 @@
+#ifndef QZAUDIO_FOCUSREQUESTER_H
+#define QZAUDIO_FOCUSREQUESTER_H
+
+#include <qzaudio/export.h>
+
+#include <QtCore/QString>
+
+class IAudioFocusDispatcher;
+
+/// Focus change codes. The gains are also the valid duration hints of a request; the losses are what a holder is told.
+enum AudioFocusChange : int {
+    AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK = -3,
+    AUDIOFOCUS_LOSS_TRANSIENT = -2,
+    AUDIOFOCUS_LOSS = -1,
+    AUDIOFOCUS_NONE = 0,
+    AUDIOFOCUS_GAIN = 1,
+    AUDIOFOCUS_GAIN_TRANSIENT = 2,
+    AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK = 3,
+    AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE = 4,
+};
+
+/**
+ * One entry of the focus stack: who asked for focus, how, and which loss it was last told of.
+ *
+ * A plain value, copied into and out of the stack. Use it from the thread that works the stack.
+ */
+class QZAUDIO_EXPORT FocusRequester
+{
+public:
+    FocusRequester() = default;
+    /// @param dispatcher where focus changes go; not owned, may be null
+    FocusRequester(int streamType, int durationHint, IAudioFocusDispatcher *dispatcher, const QString &clientId);
+
+    /// Whether the entry belongs to the client; ids are compared case-sensitively.
+    bool hasSameClient(const QString &clientId) const;
+
+    /// "GAIN", "LOSS_TRANSIENT" and so on; any other value gives "[invalid focus change N]".
+    static QString focusChangeToString(int focusChange);
+
+    /**
+     * The loss, -1 to -3, that this entry suffers when another client is granted @p gainRequest (1 to 4).
+     *
+     * A loss never softens. For a request outside 1..4, or a corrupt entry, 0 and "Invalid focus request" at critical level.
+     */
+    int focusLossForGainRequest(int gainRequest);
+
+    /// Dispatches the gain and forgets the loss.
+    void handleFocusGain(int focusGain);
+    /// Dispatches the loss and remembers it; a repeat of the last one is suppressed.
+    void handleFocusLoss(int focusLoss);
+    /// handleFocusLoss() of the loss that @p gainRequest causes; an invalid request counts as the "loss" 0.
+    void handleExternalFocusGain(int gainRequest);
+    /// Logs the entry at debug level.
+    void dump();
+
+    int streamType = 0;
+    int durationHint = AUDIOFOCUS_NONE;
+    int focusLossReceived = AUDIOFOCUS_NONE; ///< the last loss dispatched; 0 at first and after every gain
+    QString clientId;
+    IAudioFocusDispatcher *dispatcher = nullptr; ///< not owned, may be null
+};
+
+#endif

@@ -1,0 +1,92 @@
+#ifndef QZAUDIO_TAVIAUDIOSERVICEINTERFACE_H
+#define QZAUDIO_TAVIAUDIOSERVICEINTERFACE_H
+
+#include <qzaudio/export.h>
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+#include <QtDBus/QDBusAbstractInterface>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusPendingReply>
+
+/**
+ * Client-side proxy of the bus interface "tavi.AudioService".
+ *
+ * No method blocks: each gives a pending reply, which carries the value or the error (an absent service included). The caller
+ * names service and object path. Constructing the proxy may ask the bus for the service's owner.
+ *
+ * Focus results: 0 granted, 1 failed. Focus change codes: see FocusRequester.
+ *
+ * Threads: use the object from the thread that made it, which must run a Qt event loop for the signals.
+ */
+class QZAUDIO_EXPORT TaviAudioServiceInterface : public QDBusAbstractInterface
+{
+    Q_OBJECT
+
+public:
+    /// "tavi.AudioService"
+    static inline const char *staticInterfaceName() { return "tavi.AudioService"; }
+
+    TaviAudioServiceInterface(const QString &service, const QString &path, const QDBusConnection &connection, QObject *parent = nullptr);
+    ~TaviAudioServiceInterface() override;
+
+Q_SIGNALS:
+    /// A client gained (1) or lost (-1 to -3) focus.
+    void audioFocusChanged(int newState, const QString &clientId);
+    void megaBaseChanged(int newValue);
+    /// The first argument is spelled so on the bus; it tells whether the volume is muted.
+    void volumeChanged(bool isMite, int level);
+
+public Q_SLOTS:
+    /// Always 0.
+    inline QDBusPendingReply<int> abandonAudioFocus(const QString &clientId)
+    {
+        return asyncCallWithArgumentList(QStringLiteral("abandonAudioFocus"), {QVariant::fromValue(clientId)});
+    }
+
+    inline QDBusPendingReply<int> currentMegaBase()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("currentMegaBase"), {});
+    }
+
+    /// The duration hint of the holder, 0 when there is none.
+    inline QDBusPendingReply<int> getCurrentAudioFocus()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("getCurrentAudioFocus"), {});
+    }
+
+    inline QDBusPendingReply<bool> isVolumeAvailable()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("isVolumeAvailable"), {});
+    }
+
+    inline QDBusPendingReply<bool> isVolumeMute()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("isVolumeMute"), {});
+    }
+
+    inline QDBusPendingReply<> nextMegaBase()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("nextMegaBase"), {});
+    }
+
+    /// 0 granted, 1 failed. @p durationHint is a gain, 1 to 4.
+    inline QDBusPendingReply<int> requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId)
+    {
+        return asyncCallWithArgumentList(QStringLiteral("requestAudioFocus"),
+                                         {QVariant::fromValue(mainStreamType), QVariant::fromValue(durationHint), QVariant::fromValue(clientId)});
+    }
+
+    inline QDBusPendingReply<> unregisterAudioFocusClient(const QString &clientId)
+    {
+        return asyncCallWithArgumentList(QStringLiteral("unregisterAudioFocusClient"), {QVariant::fromValue(clientId)});
+    }
+
+    inline QDBusPendingReply<int> volumeLevel()
+    {
+        return asyncCallWithArgumentList(QStringLiteral("volumeLevel"), {});
+    }
+};
+
+#endif

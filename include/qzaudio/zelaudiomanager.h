@@ -1,0 +1,212 @@
+#ifndef QZAUDIO_ZELAUDIOMANAGER_H
+#define QZAUDIO_ZELAUDIOMANAGER_H
+
+#include <qzaudio/audiocontrol.h>
+#include <qzaudio/audiotypes.h>
+#include <qzaudio/export.h>
+
+#include <QtCore/QList>
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+namespace audio
+{
+class AudioDataBase;
+}
+
+/// Phone-projection status. The library only logs that it came.
+enum CPAAStatus : int {};
+
+/// Answer to a volume change. The library only logs that it came.
+enum VolResponseState : int {};
+
+/**
+ * The audio policy of the head unit: which stored volume applies to which source in which situation, and when.
+ *
+ * Applications report the current audio status and channel, change volumes, mute, duck for phone projection and work the
+ * equalizer and microphone. The manager drives audio::AudioControl and keeps an audio::AudioDataBase of its own.
+ *
+ * Volumes run from 0 to 25 and reach the platform as volume × 4. Operations report no error; what the platform refuses is
+ * logged by the facade. Every operation leaves one "[DBG]" line on entry.
+ *
+ * Threads: only the first instance() is guarded. The manager belongs to the thread that made it, which must run a Qt event
+ * loop: its six timers and the reverse-gear signal arrive there. Call its operations from that thread only.
+ *
+ * Each stored change rewrites the settings file before the call returns (see audio::AudioDataBase).
+ */
+class QZAUDIO_EXPORT ZelAudioManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
+    static ZelAudioManager *instance();
+
+    /// For tests and tools that need a manager of their own; applications use instance().
+    explicit ZelAudioManager(QObject *parent = nullptr);
+    ~ZelAudioManager() override;
+
+    // Status, channel and volume --------------------------------------------------------------------------------------------
+
+    /// Reports what sounds now (0 to 19) and applies its stored volume. The current status again changes nothing.
+    void updateAudioStatus(AudioStatus status);
+    /// Routes the channel (0 to 19) to the main track. No volume is written. The first channel also sets the equalizer.
+    void updateAudioChannel(AudioChannel channel);
+    /// The channel last reported, 0 until then.
+    int currentAudioChannel();
+    /**
+     * Sets a volume, usually 0 to 25, for all channels of a type at once.
+     *
+     * @param save also write it to the settings file
+     *
+     * A type with two channels or more is written once more after 500 ms.
+     */
+    void setVolume(ZelAudioType type, int volume, bool save);
+    int getVolume(ZelAudioType type);
+    /// Writes all six volumes to the settings file.
+    void saveVolume();
+    /// The volume key: one step up or down, 0 to 25, for what sounds now; saved. Emits zelvolumeChanged().
+    void updateCurrentAudioVolume(bool up);
+    /// Only logs that it was called.
+    void setVolResponse(VolResponseState state, bool on);
+    /// Replaces the list by the channels of a volume type, ascending.
+    void _getAllChannelsFromCurrentType(QList<AudioChannel> &channels, ZelAudioType type);
+
+    // Ducking and phone projection ------------------------------------------------------------------------------------------
+
+    /// Lowers the main audio to the fixed gain 60; @p level is only logged, on purpose.
+    void duck(int level);
+    void unDuck();
+    /// Android Auto prompts. The arguments are not used.
+    void aaDuckAudio(int, int);
+    void aaUnduckAudio(int);
+    /// CarLife prompts. The arguments are not used; the unduck's log line names Android Auto, kept.
+    void clDuckAudio(int, int);
+    void clUnduckAudio(int);
+    /// CarPlay prompt begins: ducks at once; status 10 is applied when no unduck came within 1000 ms.
+    void cpDuckAudio(int, int level);
+    /// CarPlay prompt ends: after 500 ms without a new duck, status 11 is applied and the main audio restored.
+    void cpUnduckAudio(int);
+    void setCPConnected(bool connected);
+    bool getCPConnected();
+    /// Only logs that it was called.
+    void updateCPAAStatus(CPAAStatus status);
+    /// Only logs that it was called.
+    void setCpPhone(bool on);
+
+    // Mute, attenuation and reverse gear ------------------------------------------------------------------------------------
+
+    /**
+     * Mutes for @p count × 50 ms; a product that no int holds mutes for the longest time there is.
+     *
+     * With @p mute false, or a negative count, unmutes if muted. An unmute leaves a running timed mute's timer running.
+     */
+    void setAudioMute(bool mute, int count);
+    /// Unmutes.
+    void deMute();
+    void setMute(bool mute);
+    bool isAttOn();
+    /// Mutes when audible, unmutes when muted.
+    void triggerAtt();
+    /// Reverse gear: engaged ducks the way a CarPlay prompt does, left restores.
+    void onRecvBackCar(bool on);
+    /// HiCar call connected or gone: switches the alternative track between the volumes of types 5 and 1.
+    void setHCconnect(bool on);
+
+    // Equalizer -------------------------------------------------------------------------------------------------------------
+
+    /// The first of eight presets, owned by the manager's store.
+    const EqBaseData *getEqBaseData();
+    /// The custom curve's band 0 to 15 as stored: twice what adjustCustomEq() was given.
+    int customEq(int band);
+    int eqType();
+    /// Applies and stores an equalizer type, 0 to 7; 100 applies the stored one. An unknown type sounds like type 0.
+    void setEqType(int type);
+    void eqTypePrev();
+    void eqTypeNext();
+    /**
+     * Sets one band of the custom curve to value × 2 dB and selects the custom type.
+     *
+     * @param value -6 to +6; the facade refuses a curve with a gain beyond ±12 dB, but the value is stored all the same
+     * @param band 0 to 15; any other band stops the process (fatal assertion "index out of range")
+     *
+     * The same value again within 500 ms of the last adjustment is ignored.
+     */
+    void adjustCustomEq(int value, int band);
+    bool loudNess();
+    void setLoudNess(bool on);
+
+    // Microphone ------------------------------------------------------------------------------------------------------------
+
+    int micInputValue();
+    /// 0 to 91; beyond it the facade refuses, but the value is stored all the same.
+    void setMicInputValue(int value);
+    /// True for the original microphone.
+    bool micTypeIsDefault();
+    /// Selects the microphone, true for the original one. The platform is given the opposite, on purpose.
+    void setMicLeftRightSwitch(bool sw);
+    /// The stored gain in whole dB.
+    float getMicAnalogGain();
+    /// The platform's gains in dB; 0, or the facade's failure.
+    int getMicAnalogGain(float *left, float *right);
+    /// Applies both, stores the left one only.
+    int setMicAnalogGain(float left, float right);
+    /// Splits the stored gain into an analogue stage (0 to 40 dB) and the programmable rest in whole dB, which may be negative.
+    void getMicAnalogOpAndPga(float &op, int &pga);
+    int startMicGainCalibration();
+    int setMicGainCalibration();
+    /// Writes the first calibration gain, gives the second.
+    float getMicCalibrationGain(int *first);
+    /// Applies and stores the delay, in the platform's unit; 0, or the facade's failure (stored all the same).
+    int setHandsfreeDelay(int delay);
+    void setDownlinkDelayEstimation();
+    int getDownlinkDelayEstimation(short *delay);
+    /// Feeds an input to a destination and applies the stored gain again.
+    void setInputDestination(audio::AudioControl::AudioTag tag, const char *name);
+
+Q_SIGNALS:
+    /// Never emitted by the library; declared for clients.
+    void audioChannel(int channel);
+    /// Never emitted by the library; declared for clients.
+    void volumeChanged();
+    /// Never emitted by the library; declared for clients.
+    void audioVolumeChanged(bool mute, int volume);
+    /// updateCurrentAudioVolume() changed a volume: @p mute when it went below 1, the new volume 0 to 25, and its type.
+    void zelvolumeChanged(bool mute, int volume, int volumeType);
+
+public Q_SLOTS:
+    /// Empty.
+    void onCarplayAlertStart();
+    /// Empty.
+    void onCarplayAlertStop();
+
+private:
+    Q_DISABLE_COPY(ZelAudioManager)
+
+    void _init();
+    void _handleVolumeTypeChanged(AudioStatus status);
+    void _handleChannelVolumeChanged(ZelAudioType type, int volume);
+    void _delaysetVolume();
+    void _handleNotComeCpAlte();
+    void _delayCpTruelyUnduck();
+    void onFirstSetEqType();
+    void insertList(QList<float> &list, int type);
+    audio::AudioControl::AudioTag currentTag();
+
+    audio::AudioControl *control;
+    audio::AudioDataBase *dataBase = nullptr;
+    AudioStatus currentStatus = AudioStatusNone;
+    AudioChannel currentChannel = AudioChannelNone;
+    QTimer muteTimer;
+    QTimer delayVolumeTimer;
+    QTimer customEqTimer;
+    QTimer firstEqTimer;
+    QTimer cpAlertTimer;
+    QTimer cpUnduckTimer;
+    QList<ZelAudioType> pendingVolumeTypes;
+    bool cpDucking = false;
+    bool cpConnected = false;
+    bool hcConnected = false;
+};
+
+#endif
