@@ -1,0 +1,21 @@
+#ifndef SETTINGSFILE_H
+#define SETTINGSFILE_H
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+/// The settings file as seen from outside the store that writes it.
+namespace SettingsFile
+{
+/// The one place on the unit's flash; see audio::AudioDataBase.
+QString path();
+
+/**
+ * Tells two states of a file apart: another text after each rewrite, "" while there is no file.
+ *
+ * A rewrite puts a new file in the old one's place, so it shows even when size and time stay the same.
+ */
+QByteArray stamp(const QString &file = path());
+} // namespace SettingsFile
+
+#endif
