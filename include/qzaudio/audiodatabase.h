@@ -101,6 +101,8 @@ private:
 
     void _initMaps();
     void _initVolume();
+    QString autoMicGainKey() const;
+    QString handsfreeDelayKey() const;
 
     // Three fields carry "stored" because an operation has the plain name.
     EqBaseData eqBase[8] = {};

@@ -16,9 +16,10 @@ public:
     virtual ~IAudioFocusChangeListener();
 
     /**
-     * Called with a focus change code (1 gain, -1 to -3 losses) on the thread whose request or abandonment caused it.
+     * Called with a focus change code (1 gain, -1 to -3 losses) on the thread of the AudioManager.
      *
-     * AudioManager holds its non-recursive mutex meanwhile: requesting or abandoning focus from here blocks for ever.
+     * The manager may hold its non-recursive mutex meanwhile: requesting or abandoning focus from here blocks for ever. Post
+     * the call to the event loop instead.
      */
     virtual void onAudioFocusChange(int focusChange) = 0;
 

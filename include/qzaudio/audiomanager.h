@@ -8,9 +8,14 @@
 /**
  * A client's entry to audio focus within its own process.
  *
- * Threads: requestAudioFocus() and abandonAudioFocus() may be called from any thread; a non-recursive mutex serialises them and
- * is held while listeners are told. A listener that calls either of them from inside onAudioFocusChange() therefore blocks for
- * ever: post the call to the event loop instead. The other operations are not protected: use them from one thread.
+ * Threads: the manager belongs to the thread that made it, with the first instance(). requestAudioFocus() and abandonAudioFocus()
+ * may be called from any thread; a non-recursive mutex serialises them.
+ * - On the manager's thread, listeners are told before the call returns, while it holds the mutex. A listener that calls either
+ *   operation from inside onAudioFocusChange() therefore blocks for ever: post the call to the event loop instead.
+ * - What a call on another thread causes is told later, from the event loop of the manager's thread and without the mutex. There
+ *   must be such a loop, and it must not run while other threads still request or abandon: the table of listeners is not
+ *   protected then.
+ * The other operations are not protected: use them from the manager's thread.
  */
 class QZAUDIO_EXPORT AudioManager
 {

@@ -1,0 +1,3 @@
+#include <qzaudio/iaudiofocusdispatcher.h>
+
+IAudioFocusDispatcher::~IAudioFocusDispatcher() = default;

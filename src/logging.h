@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QtCore/QDebug>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QMessageLogger>
+
+#include <tuple>
+
+/*
+ * The two forms of log line, both in Qt's category "default":
+ *
+ *   traceDebug() << value;     [DBG] THREAD SIGNATURE LINE -- value
+ *   traceCritical() << value;  [ERR] THREAD SIGNATURE LINE -- value     (critical level)
+ *   facadeInfo() << value;     [QT] [Audiocontrol] value
+ *   facadeError() << value;    [QT] [Error] [Audiocontrol] line: LINE value
+ *
+ * All but traceCritical() are at debug level, the facade's errors included. While their level is off the values are not even
+ * evaluated. Use them in a named function, never in a lambda: the signature is part of the line.
+ */
+
+namespace logging
+{
+
+struct CodeLocation
+{
+    const char *file;
+    int line;
+    const char *function;
+};
+
+QDebug openTraceDebug(const CodeLocation &at);
+QDebug openTraceCritical(const CodeLocation &at);
+QDebug openFacadeInfo(const CodeLocation &at);
+QDebug openFacadeError(const CodeLocation &at);
+
+/// The items of one line, kept by reference until the end of the full expression.
+template<typename... Items>
+auto message(const Items &...items)
+{
+    return std::forward_as_tuple(items...);
+}
+
+template<typename Message>
+void write(QDebug line, const Message &message)
+{
+    std::apply([&line](const auto &...items) { (line << ... << items); }, message);
+}
+
+/// One facadeInfo() line at a place that the caller hands in.
+template<typename... Items>
+void logInfo(const CodeLocation &at, const Items &...items)
+{
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        write(openFacadeInfo(at), message(items...));
+}
+
+/// One facadeError() line at a place that the caller hands in.
+template<typename... Items>
+void logError(const CodeLocation &at, const Items &...items)
+{
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        write(openFacadeError(at), message(items...));
+}
+
+/// One traceDebug() line at a place that the caller hands in.
+template<typename... Items>
+void logTrace(const CodeLocation &at, const Items &...items)
+{
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        write(openTraceDebug(at), message(items...));
+}
+
+/// Writes the one line or the other for the result of a platform call, and gives the result on.
+template<typename Success, typename Failure>
+int logOutcome(const CodeLocation &at, int result, const Success &success, const Failure &failure)
+{
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled()) {
+        if (result == 0)
+            write(openFacadeInfo(at), success);
+        else
+            write(openFacadeError(at), failure);
+    }
+    return result;
+}
+
+} // namespace logging
+
+#define QZAUDIO_HERE (logging::CodeLocation {__FILE__, __LINE__, Q_FUNC_INFO})
+
+#define QZAUDIO_LOG_LINE(levelIsEnabled, open) \
+    for (bool qzaudioLogs = QLoggingCategory::defaultCategory()->levelIsEnabled(); qzaudioLogs; qzaudioLogs = false) \
+    logging::open(QZAUDIO_HERE)
+
+#define traceDebug() QZAUDIO_LOG_LINE(isDebugEnabled, openTraceDebug)
+#define traceCritical() QZAUDIO_LOG_LINE(isCriticalEnabled, openTraceCritical)
+#define facadeInfo() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeInfo)
+#define facadeError() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeError)
