@@ -11,7 +11,7 @@
 namespace simulator
 {
 
-class PlatformObject;
+class BookedObject;
 struct BooksPrivate;
 
 /**
@@ -54,9 +54,9 @@ public:
     QStringList exitReport() const;
 
     /// For the simulator itself. @p handle is the pointer that the client holds. Gives the object's number, from 1.
-    int enter(const void *handle, std::unique_ptr<PlatformObject> object);
+    int enter(const void *handle, std::unique_ptr<BookedObject> object);
     /// For the simulator itself: the client destroys @p handle. Null when it is no living object of that kind; a problem is then noted.
-    PlatformObject *leave(ObjectKind kind, const void *handle);
+    BookedObject *leave(ObjectKind kind, const void *handle);
     /// For the simulator itself.
     void addProblem(const QString &text);
     /// For the simulator itself: frees destroyed objects, forgives living ones, forgets problems and restarts made().

@@ -65,6 +65,8 @@ public:
 
     /// For the simulator itself: ms of virtual time where a VirtualClock is installed, else since the first use.
     qint64 now() const;
+    /// For the simulator itself: takes as long as a call on the platform.
+    void passCallDuration();
 
 Q_SIGNALS:
     void reverseGearChanged(bool engaged);

@@ -1,0 +1,24 @@
+#ifndef SIMULATOR_MCUSERVICE_P_H
+#define SIMULATOR_MCUSERVICE_P_H
+
+#include <mcuservice.h>
+
+namespace simulator
+{
+
+/// The MCU service of the simulated car. Never destroyed, like the platform.
+class McuService final : public zelmcu::ZEL_McuService
+{
+public:
+    static McuService *instance();
+
+    void reportReverseGear(bool engaged);
+
+private:
+    McuService() = default;
+    ~McuService() override = default;
+};
+
+} // namespace simulator
+
+#endif

@@ -1,0 +1,14 @@
+#ifndef SIMULATOR_SIMULATORLOG_H
+#define SIMULATOR_SIMULATORLOG_H
+
+#include <QtCore/QLoggingCategory>
+
+namespace simulator
+{
+
+/// Category "qzaudio.simulator", usable until the very end of the process: unlike Qt's own category objects it is never destroyed.
+const QLoggingCategory &simulatorLog();
+
+} // namespace simulator
+
+#endif
