@@ -1,0 +1,29 @@
+#!/bin/sh
+# Installs the build into a folder of its own and uses it the way a client does: once through CMake, once through pkg-config.
+#
+# Usage: consumer.sh PROJECT BUILD WORK CMAKE LIBDIR [CMAKE_OPTION...]
+set -eu
+
+project=$1 build=$2 work=$3 cmake=$4 libdir=$5
+shift 5
+
+rm -rf "$work"
+mkdir -p "$work"
+"$cmake" --install "$build" --prefix "$work/prefix" >"$work/install.log"
+
+echo "== through CMake"
+"$cmake" -G Ninja -S "$project/tests/consumer" -B "$work/cmake" "-DCMAKE_PREFIX_PATH=$work/prefix" "$@"
+"$cmake" --build "$work/cmake"
+LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} "$work/cmake/player"
+
+echo "== through pkg-config"
+# The installed description names the final prefix; --define-prefix takes the one it was found under.
+flags=$(PKG_CONFIG_PATH=$work/prefix/$libdir/pkgconfig:${PKG_CONFIG_PATH:-} pkg-config --define-prefix --cflags --libs qzaudio)
+# shellcheck disable=SC2086 # the flags are several words
+${CXX:-c++} -std=c++14 -o "$work/player" "$project/tests/consumer/main.cpp" $flags
+LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} "$work/player"
+platform=$(PKG_CONFIG_PATH=$work/prefix/$libdir/pkgconfig pkg-config --variable=platform qzaudio)
+[ "$platform" = simulator ] || {
+    echo "pkg-config says platform \"$platform\""
+    exit 1
+}

@@ -1,0 +1,28 @@
+#!/bin/sh
+# Builds the library against a make-believe vendor's SDK, installs it, and reaches every used platform operation through it.
+#
+# Usage: vendor.sh PROJECT WORK CMAKE LIBDIR [CMAKE_OPTION...]
+set -eu
+
+project=$1 work=$2 cmake=$3 libdir=$4
+shift 4
+
+rm -rf "$work"
+mkdir -p "$work"
+"$project/tests/vendor/make-sdk.py" "$project/platform" "$work/sdk-source"
+"$cmake" -G Ninja -S "$project/tests/vendor/sdk" -B "$work/sdk-build" "-DSDK_SOURCES=$work/sdk-source" \
+    "-DRECORDS_INCLUDE=$project/include" "$@"
+"$cmake" --build "$work/sdk-build"
+"$cmake" --install "$work/sdk-build" --prefix "$work/sdk"
+
+"$cmake" -G Ninja -S "$project" -B "$work/build" -DQZAUDIO_PLATFORM=vendor "-DQZAUDIO_PLATFORM_SDK=$work/sdk" "$@"
+"$cmake" --build "$work/build"
+"$cmake" --install "$work/build" --prefix "$work/prefix"
+if find "$work/prefix" -iname '*simulator*' | grep .; then
+    echo "these belong to the simulated platform and were installed all the same"
+    exit 1
+fi
+
+"$cmake" -G Ninja -S "$project/tests/vendor/smoke" -B "$work/smoke" "-DCMAKE_PREFIX_PATH=$work/prefix" "-DSDK=$work/sdk" "$@"
+"$cmake" --build "$work/smoke"
+LD_LIBRARY_PATH=$work/prefix/$libdir:$work/sdk/lib ${EMULATOR:-} "$work/smoke/smoke"
