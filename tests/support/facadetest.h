@@ -29,6 +29,7 @@ protected:
     std::unique_ptr<audio::AudioControl> control;
     std::unique_ptr<audio::AudioControlPrivate> inner; ///< not the one inside control
     std::unique_ptr<LogRecorder> log;
+    int appsLeftBehind = 0; ///< Apps that outlive their private part; a test that makes further private parts adds to it
 
 private Q_SLOTS:
     void init();
