@@ -107,8 +107,8 @@ struct VirtualClockPrivate
         timer->lastPass = pass;
         // A timer that is late, after a call that blocked, skips the turns it missed.
         timer->deadline += timer->interval;
-        if (timer->interval > 0 && timer->deadline < now)
-            timer->deadline += (now - timer->deadline) / timer->interval * timer->interval;
+        if (timer->interval > 0 && timer->deadline <= now)
+            timer->deadline += ((now - timer->deadline) / timer->interval + 1) * timer->interval;
         const quint64 startNumber = timer->startNumber;
 
         QTimerEvent event(id);
@@ -228,8 +228,8 @@ bool VirtualClock::processEvents(QEventLoop::ProcessEventsFlags flags)
 
 bool VirtualClock::hasPendingEvents()
 {
-    ++d->pass;
-    return qGlobalPostedEventsCount() > 0 || d->nextTimer(d->now, d->startCount) != -1;
+    const auto isDue = [this](const Timer &timer) { return timer.deadline <= d->now && !timer.isRunning; };
+    return qGlobalPostedEventsCount() > 0 || std::any_of(d->timers.cbegin(), d->timers.cend(), isDue);
 }
 
 bool VirtualClock::pollDescriptors(int timeout)
