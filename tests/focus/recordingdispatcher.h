@@ -1,0 +1,26 @@
+#pragma once
+
+#include <qzaudio/iaudiofocusdispatcher.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/// Records focus changes in order, each as "CODE ID": `-3 music`.
+class RecordingDispatcher : public IAudioFocusDispatcher
+{
+public:
+    void dispatchAudioFocusChange(int focusChange, const QString &clientId) override { m_changes.append(text(focusChange, clientId)); }
+
+    static QString text(int focusChange, const QString &clientId) { return QString::number(focusChange) + QLatin1Char(' ') + clientId; }
+
+    /// The changes since the last call.
+    QStringList take()
+    {
+        const QStringList taken = m_changes;
+        m_changes.clear();
+        return taken;
+    }
+
+private:
+    QStringList m_changes;
+};
