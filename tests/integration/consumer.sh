@@ -2,6 +2,7 @@
 # Installs the build into a folder of its own and uses it the way a client does: once through CMake, once through pkg-config.
 #
 # Usage: consumer.sh PROJECT BUILD WORK CMAKE LIBDIR [CMAKE_OPTION...]
+# shellcheck disable=SC2086 # an emulator's command is several words
 set -eu
 
 project=$1 build=$2 work=$3 cmake=$4 libdir=$5

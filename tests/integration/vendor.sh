@@ -2,6 +2,7 @@
 # Builds the library against a make-believe vendor's SDK, installs it, and reaches every used platform operation through it.
 #
 # Usage: vendor.sh PROJECT WORK CMAKE LIBDIR [CMAKE_OPTION...]
+# shellcheck disable=SC2086 # an emulator's command is several words
 set -eu
 
 project=$1 work=$2 cmake=$3 libdir=$4
