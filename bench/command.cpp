@@ -1,0 +1,6 @@
+#include "command.h"
+
+bool Command::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const
+{
+    return false;
+}

@@ -1,0 +1,41 @@
+#ifndef COMMAND_H
+#define COMMAND_H
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// One command of the bench, such as "play": what it is called, what it takes and what it does.
+class Command
+{
+public:
+    struct Option
+    {
+        QString name;
+        QString value; ///< name of the value, empty for a switch
+        QString help;
+    };
+
+    virtual ~Command() = default;
+
+    virtual QString name() const = 0;
+    /// One line for the list of commands.
+    virtual QString summary() const = 0;
+    /// What follows the command's name: "FILE.js".
+    virtual QString arguments() const = 0;
+    virtual QVector<Option> options() const = 0;
+    /// What a user should know beyond the options; lines of at most 100 columns.
+    virtual QString details() const = 0;
+
+    /// Whether timers are to run on virtual time. Asked before the application object is made.
+    virtual bool wantsVirtualTime(const QCommandLineParser &parsed) const;
+
+    /// Does it, with an application object, and gives the exit status.
+    virtual int run(const QCommandLineParser &parsed) = 0;
+
+protected:
+    Command() = default;
+    Q_DISABLE_COPY(Command)
+};
+
+#endif

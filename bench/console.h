@@ -1,0 +1,45 @@
+#ifndef CONSOLE_H
+#define CONSOLE_H
+
+#include <QtCore/QString>
+
+/// Output for people, UTF-8, out at once.
+namespace Console
+{
+enum class Style {
+    Plain,
+    Heading,
+    Request,
+    Good,
+    Bad,
+    Faint,
+};
+
+enum class Colors {
+    Auto, ///< on a terminal, unless the environment has NO_COLOR
+    Always,
+    Never,
+};
+
+/// Never until set.
+void setColors(Colors colors);
+
+/// The text in a style, where colours are on.
+QString styled(Style style, const QString &text);
+
+void out(const QString &text);
+void error(const QString &text);
+
+/**
+ * Breaks a text at blanks to fit the width. Its own line breaks count as blanks.
+ *
+ * @param indent columns of blanks before the first line
+ * @param hanging columns of blanks before the further ones
+ */
+QString wrapped(const QString &text, int indent, int hanging);
+
+/// Columns that output keeps to.
+constexpr int width = 100;
+} // namespace Console
+
+#endif

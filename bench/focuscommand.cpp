@@ -1,0 +1,148 @@
+#include "focuscommand.h"
+
+#include "console.h"
+#include "exitstatus.h"
+#include "focusclient.h"
+
+#include <qzaudio/focusrequester.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtDBus/QDBusConnection>
+
+#include <optional>
+
+namespace
+{
+
+constexpr char connectionName[] = "qzaudio-bench";
+
+struct Hint
+{
+    const char *name;
+    int value;
+};
+
+constexpr Hint hints[] = {
+    {"gain", AUDIOFOCUS_GAIN},
+    {"transient", AUDIOFOCUS_GAIN_TRANSIENT},
+    {"may-duck", AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK},
+    {"exclusive", AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE},
+};
+
+/// A hint by name, or any number: what is no hint is the service's to deny.
+std::optional<int> hintOf(const QString &text)
+{
+    for (const Hint &hint : hints) {
+        if (text == QLatin1String(hint.name)) {
+            return hint.value;
+        }
+    }
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber ? std::optional<int>(number) : std::nullopt;
+}
+
+QDBusConnection connectTo(const QCommandLineParser &parsed)
+{
+    const QString address = parsed.value(QStringLiteral("address"));
+    if (!address.isEmpty()) {
+        return QDBusConnection::connectToBus(address, QLatin1String(connectionName));
+    }
+    const bool system = parsed.isSet(QStringLiteral("system"));
+    return QDBusConnection::connectToBus(system ? QDBusConnection::SystemBus : QDBusConnection::SessionBus, QLatin1String(connectionName));
+}
+
+int complain(const QString &message)
+{
+    Console::error(QStringLiteral("qzaudio-bench: %1; see qzaudio-bench focus --help\n").arg(message));
+    return UsageError;
+}
+
+} // namespace
+
+QString FocusCommand::name() const
+{
+    return QStringLiteral("focus");
+}
+
+QString FocusCommand::summary() const
+{
+    return QStringLiteral("requests and watches audio focus over the bus");
+}
+
+QString FocusCommand::arguments() const
+{
+    return QStringLiteral("ACTION [CLIENT]");
+}
+
+QVector<Command::Option> FocusCommand::options() const
+{
+    return {
+        {QStringLiteral("hint"), QStringLiteral("HINT"), QStringLiteral("gain (the default), transient, may-duck, exclusive or a number")},
+        {QStringLiteral("stream"), QStringLiteral("NUMBER"), QStringLiteral("stream type of the request, 3 by default")},
+        {QStringLiteral("session"), {}, QStringLiteral("the session bus (the default)")},
+        {QStringLiteral("system"), {}, QStringLiteral("the system bus")},
+        {QStringLiteral("address"), QStringLiteral("ADDRESS"), QStringLiteral("the bus at this address")},
+        {QStringLiteral("service"), QStringLiteral("NAME"), QStringLiteral("bus name of the service, tavi.AudioService by default")},
+        {QStringLiteral("path"), QStringLiteral("PATH"), QStringLiteral("object path, /tavi/AudioService by default")},
+    };
+}
+
+QString FocusCommand::details() const
+{
+    return QStringLiteral("A small client of the audio focus service. Actions:\n"
+                          "\n"
+                          "  request CLIENT   requests focus, holds it until the standard input ends (Ctrl+D), abandons it\n"
+                          "                   then; meanwhile prints what the client is told\n"
+                          "  abandon CLIENT   gives focus up for CLIENT\n"
+                          "  current          prints how focus is held: 0 by nobody, else the holder's hint\n"
+                          "  monitor          prints every change as it comes, until interrupted\n"
+                          "\n"
+                          "Changes print as: CLIENT CODE NAME. The service takes focus back from a client that leaves the\n"
+                          "bus, therefore request stays.\n"
+                          "Exit status: 0 granted or done; 1 denied; 2 a mistake on the command line; 3 the bus or the\n"
+                          "service does not answer.\n");
+}
+
+int FocusCommand::run(const QCommandLineParser &parsed)
+{
+    const QStringList words = parsed.positionalArguments().mid(1);
+    const QString action = words.value(0);
+    const bool needsClient = action == QLatin1String("request") || action == QLatin1String("abandon");
+    if (!needsClient && action != QLatin1String("current") && action != QLatin1String("monitor")) {
+        return complain(action.isEmpty() ? QStringLiteral("focus needs an action") : QStringLiteral("unknown action %1").arg(action));
+    }
+    if (words.size() != (needsClient ? 2 : 1)) {
+        return complain(needsClient ? QStringLiteral("%1 takes one client").arg(action) : QStringLiteral("%1 takes no client").arg(action));
+    }
+    const std::optional<int> hint = parsed.isSet(QStringLiteral("hint")) ? hintOf(parsed.value(QStringLiteral("hint"))) : AUDIOFOCUS_GAIN;
+    if (!hint) {
+        return complain(QStringLiteral("--hint is gain, transient, may-duck, exclusive or a number"));
+    }
+    constexpr int musicStream = 3;
+    bool isNumber = true;
+    const int stream = parsed.isSet(QStringLiteral("stream")) ? parsed.value(QStringLiteral("stream")).toInt(&isNumber) : musicStream;
+    if (!isNumber) {
+        return complain(QStringLiteral("--stream is a number"));
+    }
+    const auto valueOr = [&parsed](const QString &option, const QString &otherwise) { return parsed.isSet(option) ? parsed.value(option) : otherwise; };
+    const QString service = valueOr(QStringLiteral("service"), QStringLiteral("tavi.AudioService"));
+    const QString path = valueOr(QStringLiteral("path"), QStringLiteral("/tavi/AudioService"));
+
+    const QDBusConnection connection = connectTo(parsed);
+    if (!connection.isConnected()) {
+        Console::error(QStringLiteral("qzaudio-bench: no bus: %1\n").arg(connection.lastError().message()));
+        return ServiceUnreachable;
+    }
+    FocusClient client(service, path, connection);
+    if (action == QLatin1String("request")) {
+        client.request(words.value(1), stream, *hint);
+    } else if (action == QLatin1String("abandon")) {
+        client.abandon(words.value(1));
+    } else if (action == QLatin1String("current")) {
+        client.current();
+    } else {
+        client.monitor();
+    }
+    return QCoreApplication::exec();
+}

@@ -1,0 +1,36 @@
+#include "logrecorder.h"
+
+#include "timeline.h"
+
+#include <QtCore/QLoggingCategory>
+
+LogRecorder *LogRecorder::current = nullptr;
+
+LogRecorder::LogRecorder(Timeline &shownIn, bool debugLines)
+    : timeline(shownIn)
+    , previous(qInstallMessageHandler(&LogRecorder::handle))
+{
+    current = this;
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, debugLines);
+}
+
+LogRecorder::~LogRecorder()
+{
+    qInstallMessageHandler(previous);
+    current = nullptr;
+}
+
+void LogRecorder::handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const QLatin1String category(context.category);
+    if (type == QtFatalMsg) {
+        current->timeline.showUnfinished();
+    } else if (category == QLatin1String("default")) {
+        current->timeline.log(message);
+        return;
+    } else if (category == QLatin1String("js") || category == QLatin1String("qml")) {
+        current->timeline.event(QStringLiteral("console: ") + message);
+        return;
+    }
+    current->previous(type, context, message);
+}

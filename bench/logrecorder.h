@@ -1,0 +1,30 @@
+#ifndef LOGRECORDER_H
+#define LOGRECORDER_H
+
+#include <QtCore/QtGlobal>
+
+class Timeline;
+
+/**
+ * Takes the log lines of the library into the timeline, and what a script's console prints.
+ *
+ * Without debug lines the library formats none; its critical lines are shown always. Lines of other categories go where they
+ * went before. One at a time: Qt has one message handler.
+ */
+class LogRecorder
+{
+public:
+    LogRecorder(Timeline &shownIn, bool debugLines);
+    ~LogRecorder();
+
+private:
+    Q_DISABLE_COPY(LogRecorder)
+
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message);
+
+    Timeline &timeline;
+    QtMessageHandler previous;
+    static LogRecorder *current;
+};
+
+#endif

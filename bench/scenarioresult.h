@@ -1,0 +1,29 @@
+#ifndef SCENARIORESULT_H
+#define SCENARIORESULT_H
+
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// How a scenario went.
+struct ScenarioResult
+{
+    /// One expect() that was reached.
+    struct Check
+    {
+        int line = 0; ///< in the scenario's file, from 1
+        QString text; ///< the scenario's own line
+        bool passed = false;
+        QString cause; ///< "expected 148, got 120"; empty when passed
+    };
+
+    QString file; ///< as given on the command line
+    QVector<Check> checks;
+    QString error; ///< what ended the scenario before its end; empty when nothing did
+    int errorLine = 0; ///< where, 0 when unknown
+    qint64 duration = 0; ///< ms on the scenario's clock
+
+    int failures() const;
+    bool succeeded() const;
+};
+
+#endif
