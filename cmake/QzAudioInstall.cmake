@@ -1,6 +1,18 @@
-# What is installed with the library itself. Modules, tools, daemon and bus description install themselves in their folders.
+# What is installed, by component: library, development, simulator, qml, tools. The daemon installs its own files (service/).
 
 include(CMakePackageConfigHelpers)
+
+# qzaudio_install_manual(PROGRAM): its page, compressed without the time of the build in it.
+find_program(GZIP gzip REQUIRED)
+function(qzaudio_install_manual program)
+    execute_process(
+        COMMAND ${GZIP} -9 -n -c ${PROJECT_SOURCE_DIR}/packaging/${program}.1
+        OUTPUT_FILE ${PROJECT_BINARY_DIR}/${program}.1.gz
+        COMMAND_ERROR_IS_FATAL ANY
+    )
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/packaging/${program}.1)
+    install(FILES ${PROJECT_BINARY_DIR}/${program}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+endfunction()
 
 set(QZAUDIO_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QzAudio)
 
@@ -44,4 +56,32 @@ if(QZAUDIO_ON_SIMULATOR)
             COMPONENT simulator
             NAMELINK_SKIP
     )
+endif()
+
+if(QZAUDIO_WITH_QML)
+    set(QZAUDIO_QML_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/qt5/qml CACHE STRING "Where QML modules are installed, below the prefix")
+    install(TARGETS qzaudioqmlplugin
+        LIBRARY DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio
+        COMPONENT qml
+    )
+    install(TARGETS qzaudiosimulatorqmlplugin
+        LIBRARY DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio/Simulator
+        COMPONENT qml
+    )
+    install(FILES qml/qmldir DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio COMPONENT qml)
+    install(FILES qml/qmldir.simulator
+        DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio/Simulator
+        RENAME qmldir
+        COMPONENT qml
+    )
+    install(TARGETS qzaudio-bench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+    install(DIRECTORY bench/scenarios
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/qzaudio
+        COMPONENT tools
+        FILES_MATCHING PATTERN "*.js"
+    )
+    qzaudio_install_manual(qzaudio-bench)
+endif()
+if(QZAUDIO_WITH_SERVICE)
+    qzaudio_install_manual(qzaudio-focusd)
 endif()
