@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+
+#include <functional>
+
+/// How a piece of code that must not return ended.
+struct Crash
+{
+    bool aborted = false; ///< by SIGABRT, the end of a fatal assertion
+    QByteArray errorOutput; ///< what it wrote to the standard error stream
+};
+
+/// Runs @p code in a copy of this process.
+Crash crashOf(const std::function<void()> &code);
