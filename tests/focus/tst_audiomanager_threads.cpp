@@ -113,16 +113,17 @@ void AudioManagerThreadsTest::requestsFromAllThreads()
 
     // What other threads caused waits in this thread's event queue, behind what this thread caused and was told at once.
     QCoreApplication::sendPostedEvents();
-    int holders = 0;
+    int lost = 0;
     for (const auto &listener : listeners) {
         const QList<int> changes = listener->take();
         for (const int change : changes)
             QVERIFY2(change == 1 || (change <= -1 && change >= -3), QByteArray::number(change).constData());
-        if (changes.isEmpty() || changes.last() != -1)
-            ++holders;
+        if (!changes.isEmpty() && changes.last() == -1)
+            ++lost;
     }
+    // All but the holder lost it for good in the end. The holder may have, too, before it asked again.
     if (!managersThreadTakesPart)
-        QCOMPARE(holders, 1);
+        QVERIFY2(lost >= threadCount - 1, QByteArray::number(lost).constData());
 
     // The stack is whole: whoever abandons hands over to exactly one other, until nobody is left. Who is on top is not known,
     // so everybody asks again, which puts them in order.
