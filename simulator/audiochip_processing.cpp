@@ -2,7 +2,7 @@
 #include "valuetext.h"
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
 
 namespace simulator
 {
@@ -13,13 +13,13 @@ namespace
 template<typename Record>
 bool isSame(const Record &a, const Record &b)
 {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+    return recordBytes(a) == recordBytes(b);
 }
 
 /// The gain that one band of the record set last adds, 0 for a band that is not there or not in use.
 float bandGain(const AudioChipState &state, int band)
 {
-    const std::size_t index = static_cast<std::size_t>(band);
+    const auto index = static_cast<std::size_t>(band);
     switch (state.curve) {
     case AudioChipState::Curve::None:
         break;
@@ -165,7 +165,7 @@ int AudioChip::setFilter(const audio::audio_filter_t &filter)
 
 int AudioChip::setSpeakerDelay(int channel, float delay)
 {
-    const quint32 bits = static_cast<quint32>(channel);
+    const auto bits = static_cast<quint32>(channel);
     if (channelIndex(bits) < 0 && bits != everyOutput)
         return UnknownChannel;
     if (!isFinite(delay))

@@ -85,7 +85,7 @@ int AudioChip::setOutputSource(const QString &track, const QString &source)
 
 int AudioChip::setOutputChannelMask(int mask)
 {
-    const quint32 bits = static_cast<quint32>(mask);
+    const auto bits = static_cast<quint32>(mask);
     if (!isChannelMask(bits))
         return UnknownChannel;
     return d->assign(

@@ -45,8 +45,7 @@ public:
     {
         if (record == nullptr)
             return argument(QVariant(), QStringLiteral("null"), QByteArray());
-        const QByteArray bytes(reinterpret_cast<const char *>(record), sizeof *record);
-        return argument(recordFields(*record), recordText(*record), bytes);
+        return m_isRecorded ? argument(recordFields(*record), recordText(*record), recordBytes(*record)) : *this;
     }
 
     /// @p request gives the result; what it writes through the client's pointers it also hands to output().

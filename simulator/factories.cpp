@@ -54,9 +54,7 @@ void release(ObjectKind kind, const void *handle)
 
 } // namespace simulator
 
-namespace audio
-{
-namespace SPAudioSetting
+namespace audio::SPAudioSetting
 {
 
 App *createApp()
@@ -99,5 +97,4 @@ void destroy(Volume *volume)
     simulator::release(simulator::ObjectKind::Volume, volume);
 }
 
-} // namespace SPAudioSetting
-} // namespace audio
+} // namespace audio::SPAudioSetting

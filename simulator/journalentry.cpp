@@ -11,7 +11,7 @@ namespace
 /// `operation(arguments) -> result, outputs`
 QString operationText(const JournalEntry &entry)
 {
-    const QString call = entry.operation + QLatin1Char('(') + entry.argumentTexts.join(QLatin1String(", ")) + QLatin1Char(')');
+    QString call = entry.operation + QLatin1Char('(') + entry.argumentTexts.join(QLatin1String(", ")) + QLatin1Char(')');
     if (entry.isDestroy())
         return call;
     if (entry.isCreate())

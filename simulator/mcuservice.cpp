@@ -5,7 +5,7 @@ namespace simulator
 
 McuService *McuService::instance()
 {
-    static McuService *const service = new McuService;
+    static auto *const service = new McuService;
     return service;
 }
 

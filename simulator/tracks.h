@@ -3,6 +3,7 @@
 
 #include <QtCore/QString>
 
+#include <algorithm>
 #include <array>
 
 namespace simulator
@@ -13,11 +14,7 @@ constexpr std::array<const char *, 8> trackNames = {"main", "second", "alternati
 
 inline bool isTrack(const QString &name)
 {
-    for (const char *track : trackNames) {
-        if (name == QLatin1String(track))
-            return true;
-    }
-    return false;
+    return std::any_of(trackNames.cbegin(), trackNames.cend(), [&name](const char *track) { return name == QLatin1String(track); });
 }
 
 /// Output channels by bit. The last two have no gain in fade and balance.

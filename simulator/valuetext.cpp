@@ -6,7 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstring>
+#include <iterator>
 
 namespace simulator
 {
@@ -29,8 +29,7 @@ public:
     template<typename Value>
     FieldTexts &reserved(const char *name, const Value &value)
     {
-        const Value zero = {};
-        if (std::memcmp(&value, &zero, sizeof value) != 0)
+        if (recordBytes(value) != QByteArray(sizeof value, '\0'))
             field(name, value);
         return *this;
     }
@@ -70,8 +69,7 @@ QString bandText(const audio::audio_ext_eq_band_t &band)
 
 bool isAllZero(const audio::audio_ext_eq_band_t &band)
 {
-    const audio::audio_ext_eq_band_t zero = {};
-    return std::memcmp(&band, &zero, sizeof band) == 0;
+    return recordBytes(band) == recordBytes(audio::audio_ext_eq_band_t{});
 }
 
 template<typename Element, std::size_t Size>

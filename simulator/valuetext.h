@@ -3,6 +3,7 @@
 
 #include <qzaudio/audioplatformrecords.h>
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVariantMap>
 
@@ -22,6 +23,13 @@ QString recordText(const audio::audio_loudness_t &record);
 QString recordText(const audio::audio_filter_t &record);
 QString recordText(const audio::audio_eq_parameter_t &record);
 QString recordText(const audio::audio_ext_eq_parameter_t &record);
+
+/// As it lies in memory; the platform's records have no padding.
+template<typename Record>
+QByteArray recordBytes(const Record &record)
+{
+    return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
+}
 
 /// The fields by name, all of them.
 QVariantMap recordFields(const audio::audio_channel_gain_t &record);
