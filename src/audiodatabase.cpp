@@ -38,9 +38,9 @@ bool isIndexOf(int index, int count)
 /// A stored number without its fraction, 0 where no int holds it. A stored text counts only when it is a whole number.
 int wholeNumber(const QVariant &value)
 {
-    if (value.userType() != QMetaType::Float && value.userType() != QMetaType::Double)
-        return value.toInt();
-    const double number = std::trunc(value.toDouble()); // QVariant::toInt() would round it
+    // QVariant::toInt() would round fractions, and wrap huge numbers round.
+    const bool isText = value.userType() == QMetaType::QString || value.userType() == QMetaType::QByteArray;
+    const double number = isText ? static_cast<double>(value.toLongLong()) : std::trunc(value.toDouble());
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
     return number >= lowest && number <= highest ? static_cast<int>(number) : 0;
@@ -51,7 +51,7 @@ int wholeNumber(const QVariant &value)
 AudioDataBase::AudioDataBase(QObject *parent)
     : QObject(parent)
 {
-    SettingsFileGuard().sweepLeftovers();
+    SettingsFileGuard::sweepLeftovers();
     _initMaps();
     _initVolume();
     storedMicInputValue = data(volumeGroup(), QStringLiteral("VolumeMic"), tables::defaultMicrophoneVolume).toInt();
@@ -112,14 +112,14 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
         settings.sync();
     }
     if (!QFile::exists(settingsFilePath()))
-        traceCritical() << settingsFilePath() << "file not exists!!!";
+        traceCritical() << qUtf8Printable(settingsFilePath()) << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
 {
     const bool removed = QFile::remove(settingsFilePath());
     if (!removed)
-        traceCritical() << "clear" << settingsFilePath() << "fail!!!";
+        traceCritical() << "clear" << qUtf8Printable(settingsFilePath()) << "fail!!!";
     return removed;
 }
 
