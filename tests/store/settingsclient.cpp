@@ -1,0 +1,146 @@
+/*
+ * A second process for the tests of the settings store.
+ *
+ *   read                             what every getter answers, one "name value" a line
+ *   value GROUP KEY                  "TYPE TEXT" of the stored value, or "default"
+ *   save GROUP KEY TYPE TEXT         saves one value; TYPE is a name of QMetaType ("int", "float", ...)
+ *   count KEY N                      saves Volume/KEY = 1, 2, ... N
+ *   save-between-stops KEY TEXT      stops itself (SIGSTOP) right before and right after saving Volume/KEY
+ *   hold-lock MS                     says "held" and holds the lock file of QSettings for so long
+ *   hold-folder MS                   says "held" and holds the folder's kernel lock for so long
+ *   hang                             says "held", holds both, and never ends
+ *   rewrite N                        rewrites the file as a program without this library does, N times: Foreign/Key = 1 ... N
+ */
+#include <qzaudio/audiodatabase.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QLockFile>
+#include <QtCore/QSettings>
+#include <QtCore/QTextStream>
+#include <QtCore/QThread>
+
+#include <climits>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace
+{
+
+QTextStream &output()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+int usage()
+{
+    QTextStream(stderr) << "settingsclient: see the head of its source" << Qt::endl;
+    return 2;
+}
+
+void printAll()
+{
+    audio::AudioDataBase store;
+    for (int type = 0; type < 6; ++type)
+        output() << "volume" << type << ' ' << store.getVolume(static_cast<ZelAudioType>(type)) << '\n';
+    for (int band = 0; band < 16; ++band)
+        output() << "customEq" << band << ' ' << store.getCustomEQ(band) << '\n';
+    output() << "eqType " << store.eqType() << '\n';
+    output() << "loudness " << store.loudNess() << '\n';
+    output() << "micType " << store.micType() << '\n';
+    output() << "micInputValue " << store.micInputValue() << '\n';
+    output() << "autoMicGain " << store.getAutoMicGain() << '\n';
+    output() << "handsfreeDelay " << store.getHandsfreeDelay() << '\n';
+}
+
+void printValue(const QString &group, const QString &key)
+{
+    audio::AudioDataBase store;
+    const QVariant value = store.data(group, key, QVariant());
+    if (value.isValid())
+        output() << value.typeName() << ' ' << value.toString() << '\n';
+    else
+        output() << "default\n";
+}
+
+int save(const QString &group, const QString &key, const QString &type, const QString &text)
+{
+    QVariant value(text);
+    if (!value.convert(QMetaType::type(type.toLatin1().constData())))
+        return usage();
+    audio::AudioDataBase().save(group, key, value);
+    return 0;
+}
+
+void count(const QString &key, int last)
+{
+    audio::AudioDataBase store;
+    for (int value = 1; value <= last; ++value)
+        store.save(QStringLiteral("Volume"), key, value);
+}
+
+void saveBetweenStops(const QString &key, const QString &text)
+{
+    audio::AudioDataBase store;
+    raise(SIGSTOP);
+    store.save(QStringLiteral("Volume"), key, text);
+    raise(SIGSTOP);
+}
+
+void rewrite(int last)
+{
+    for (int value = 1; value <= last; ++value)
+        QSettings(QStringLiteral("/media/flash/nvm/audioData.db"), QSettings::IniFormat).setValue(QStringLiteral("Foreign/Key"), value);
+}
+
+/// Two who lie in the way. Both let go when the process ends.
+class Holder
+{
+public:
+    bool takeLock() { return m_lock.tryLock(); }
+    bool takeFolder() { return flock(m_folder, LOCK_EX | LOCK_NB) == 0; }
+    void stay(int milliseconds)
+    {
+        output() << "held" << Qt::endl;
+        QThread::msleep(static_cast<unsigned long>(milliseconds));
+    }
+
+private:
+    QLockFile m_lock{QStringLiteral("/media/flash/nvm/audioData.db.lock")};
+    const int m_folder = open("/media/flash/nvm", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList words = application.arguments();
+    const QString command = words.value(1);
+    Holder holder;
+    if (command == QLatin1String("read") && argc == 2)
+        printAll();
+    else if (command == QLatin1String("value") && argc == 4)
+        printValue(words.at(2), words.at(3));
+    else if (command == QLatin1String("save") && argc == 6)
+        return save(words.at(2), words.at(3), words.at(4), words.at(5));
+    else if (command == QLatin1String("count") && argc == 4)
+        count(words.at(2), words.at(3).toInt());
+    else if (command == QLatin1String("save-between-stops") && argc == 4)
+        saveBetweenStops(words.at(2), words.at(3));
+    else if (command == QLatin1String("rewrite") && argc == 3)
+        rewrite(words.at(2).toInt());
+    else if (command == QLatin1String("hold-lock") && argc == 3 && holder.takeLock())
+        holder.stay(words.at(2).toInt());
+    else if (command == QLatin1String("hold-folder") && argc == 3 && holder.takeFolder())
+        holder.stay(words.at(2).toInt());
+    else if (command == QLatin1String("hang") && argc == 2 && holder.takeLock() && holder.takeFolder())
+        holder.stay(INT_MAX);
+    else
+        return usage();
+    return 0;
+}

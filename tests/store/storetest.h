@@ -1,0 +1,22 @@
+#pragma once
+
+#include <logrecorder.h>
+#include <platform.h>
+
+#include <QtCore/QObject>
+
+#include <memory>
+
+/// Base of the store's tests: each test function starts with an empty flash partition and a platform as new.
+class StoreTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    simulator::Platform *const platform = simulator::Platform::instance();
+    std::unique_ptr<LogRecorder> log;
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+};

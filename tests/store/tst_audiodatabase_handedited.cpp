@@ -1,0 +1,210 @@
+#include "flash.h"
+#include "settingsprocess.h"
+#include "storetest.h"
+
+#include <qzaudio/audiodatabase.h>
+
+#include <QtTest/QtTest>
+
+#include <limits>
+
+using audio::AudioDataBase;
+
+/// A settings file that somebody edited by hand.
+class HandEditedSettingsTest : public StoreTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void numbers_data();
+    void numbers();
+    void numbersBeyondInt_data();
+    void numbersBeyondInt();
+    void switches_data();
+    void switches();
+    void otherCaseIsAnotherKey();
+    void shapesOfFile_data();
+    void shapesOfFile();
+    void unknownEntriesSurvive();
+    void unknownValuesSurviveUntouched();
+    void editIsSeenWithoutRestart();
+};
+
+void HandEditedSettingsTest::numbers_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("number");
+    QTest::newRow("number") << QByteArray("13") << 13;
+    QTest::newRow("negative") << QByteArray("-13") << -13;
+    QTest::newRow("plus") << QByteArray("+13") << 13;
+    QTest::newRow("quoted") << QByteArray("\"13\"") << 13;
+    QTest::newRow("with blanks") << QByteArray("  13  ") << 13;
+    QTest::newRow("leading zeros") << QByteArray("0013") << 13;
+    QTest::newRow("largest") << QByteArray("2147483647") << 2147483647;
+    QTest::newRow("huge") << QByteArray("99999999999999999999999999") << 0;
+    QTest::newRow("exponent") << QByteArray("1e3") << 0;
+    QTest::newRow("fraction") << QByteArray("3.7") << 0;
+    QTest::newRow("hexadecimal") << QByteArray("0x10") << 0;
+    QTest::newRow("word") << QByteArray("loud") << 0;
+    QTest::newRow("empty") << QByteArray("") << 0;
+    QTest::newRow("list") << QByteArray("1, 2") << 0;
+    QTest::newRow("true") << QByteArray("true") << 0;
+    QTest::newRow("invalid value") << QByteArray("@Invalid()") << 0;
+    QTest::newRow("broken value") << QByteArray("@Variant(\\0\\0)") << 0;
+    QTest::newRow("bytes") << QByteArray("@ByteArray(13)") << 13;
+}
+
+/// The same for every number: what is no int reads as 0, not as the default.
+void HandEditedSettingsTest::numbers()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(int, number);
+    flash::setContent("[Volume]\n1=" + text + "\nVolumeMic=" + text + "\nMicDelayOrig=" + text + "\nAutoMicGainOrig=" + text + "\n[EQ]\nType=" + text
+                      + "\nCustom9=" + text + "\n");
+    AudioDataBase store;
+    QCOMPARE(store.getVolume(ZelAudioTypePrompt), number);
+    QCOMPARE(store.micInputValue(), number);
+    QCOMPARE(store.getHandsfreeDelay(), number);
+    QCOMPARE(store.getAutoMicGain(), static_cast<float>(number));
+    QCOMPARE(store.eqType(), number);
+    QCOMPARE(store.getCustomEQ(9), number);
+}
+
+void HandEditedSettingsTest::numbersBeyondInt_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("number");
+    QTest::newRow("largest and one") << QByteArray("2147483648") << std::numeric_limits<int>::min();
+    QTest::newRow("smallest less one") << QByteArray("-2147483649") << std::numeric_limits<int>::max();
+    QTest::newRow("beyond 32 bits") << QByteArray("4294967301") << 5;
+    QTest::newRow("beyond 64 bits") << QByteArray("18446744073709551621") << 0;
+}
+
+/// The low 32 bits count, except for the gain.
+void HandEditedSettingsTest::numbersBeyondInt()
+{
+    QFETCH(QByteArray, text);
+    flash::setContent("[Volume]\n1=" + text + "\nVolumeMic=" + text + "\nAutoMicGainOrig=" + text + "\n[EQ]\nType=" + text + "\n");
+    AudioDataBase store;
+    QTEST(store.getVolume(ZelAudioTypePrompt), "number");
+    QTEST(store.micInputValue(), "number");
+    QTEST(store.eqType(), "number");
+    QCOMPARE(store.getAutoMicGain(), 0.0F);
+}
+
+void HandEditedSettingsTest::switches_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("on");
+    for (const char *text : {"true", "TRUE", "1", "yes", "on", "2", "\"true\""})
+        QTest::newRow(text) << QByteArray(text) << true;
+    for (const char *text : {"false", "False", "0", "", "\"0\""})
+        QTest::addRow("off: %s", text) << QByteArray(text) << false;
+}
+
+void HandEditedSettingsTest::switches()
+{
+    QFETCH(QByteArray, text);
+    flash::setContent("[Volume]\nLoudness=" + text + "\nMicType=" + text + "\n");
+    AudioDataBase store;
+    QTEST(store.loudNess(), "on");
+    QTEST(store.micType(), "on");
+}
+
+void HandEditedSettingsTest::otherCaseIsAnotherKey()
+{
+    flash::setContent("[volume]\n0=1\n[Volume]\nloudness=false\nMICTYPE=false\n[Eq]\nType=1\n[EQ]\ntype=2\n");
+    AudioDataBase store;
+    QCOMPARE(store.getVolume(ZelAudioTypeMedia), 20);
+    QVERIFY(store.loudNess());
+    QVERIFY(store.micType());
+    QCOMPARE(store.eqType(), 6);
+    store.setLoudNess(false);
+    QCOMPARE(
+        flash::entries(),
+        (flash::Entries{
+            {"volume/0", "1"}, {"Volume/loudness", "false"}, {"Volume/MICTYPE", "false"}, {"Eq/Type", "1"}, {"EQ/type", "2"}, {"Volume/Loudness", "false"}}));
+}
+
+void HandEditedSettingsTest::shapesOfFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("plain") << QByteArray("[Volume]\n0=11\n[EQ]\nType=3\n");
+    QTest::newRow("other line ends") << QByteArray("[Volume]\r\n0=11\r\n[EQ]\r\nType=3\r\n");
+    QTest::newRow("no last line end") << QByteArray("[Volume]\n0=11\n[EQ]\nType=3");
+    QTest::newRow("groups twice") << QByteArray("[EQ]\nType=1\n[Volume]\n0=11\n[EQ]\nType=3\n");
+    QTest::newRow("keys twice") << QByteArray("[Volume]\n0=4\n0=11\n[EQ]\nType=3\nType=3\n");
+    QTest::newRow("comments and empty lines") << QByteArray("; mine\n\n[Volume]\n; more\n0=11\n\n\n[EQ]\nType=3\n");
+    QTest::newRow("blanks") << QByteArray("  [Volume]  \n  0 = 11 \n[EQ]\nType   =   3\n");
+    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf[Volume]\n0=11\n[EQ]\nType=3\n");
+}
+
+void HandEditedSettingsTest::shapesOfFile()
+{
+    QFETCH(QByteArray, content);
+    flash::setContent(content);
+    {
+        AudioDataBase store;
+        QCOMPARE(store.getVolume(ZelAudioTypeMedia), 11);
+        QCOMPARE(store.eqType(), 3);
+        store.setMicInputValue(50);
+    }
+    AudioDataBase later;
+    QCOMPARE(later.getVolume(ZelAudioTypeMedia), 11);
+    QCOMPARE(later.eqType(), 3);
+    QCOMPARE(later.micInputValue(), 50);
+}
+
+void HandEditedSettingsTest::unknownEntriesSurvive()
+{
+    flash::setContent(flash::fullSettings());
+    flash::Entries expected = flash::parse(flash::fullSettings());
+    AudioDataBase store;
+    store.setVolume(ZelAudioTypeMedia, 25, true);
+    store.setCustomEQ(1, 2);
+    expected.insert("Volume/0", "25");
+    expected.insert("EQ/Custom2", "2");
+    QCOMPARE(flash::entries(), expected);
+}
+
+void HandEditedSettingsTest::unknownValuesSurviveUntouched()
+{
+    const flash::Entries strange{
+        {"Strange/list", "1, two, \"thr,ee\""},
+        {"Strange/quoted", "\"  blanks  \""},
+        {"Strange/variant", "@Variant(\\0\\0\\0\\x87@`\\0\\0)"},
+        {"Strange/size", "@Size(3 4)"},
+        {"Strange/bytes", "@ByteArray(\\x1\\x2)"},
+        {"Strange/a%20b", "blank in the key"},
+        {"Strange/below\\key", "1"},
+        {"Strange/at", "@@home"},
+        {"Volume/6", "99"},
+        {"Volume/VolumeMic2", "7"},
+    };
+    QByteArray content;
+    for (auto entry = strange.begin(); entry != strange.end(); ++entry) {
+        const QList<QByteArray> path = entry.key().split('/');
+        content += '[' + path.at(0) + "]\n" + path.at(1) + '=' + entry.value() + '\n';
+    }
+    flash::setContent(content);
+    QCOMPARE(flash::entries(), strange);
+    AudioDataBase store;
+    store.setEqType(2);
+    flash::Entries after = flash::entries();
+    QCOMPARE(after.take("EQ/Type"), QByteArray("2"));
+    QCOMPARE(after, strange);
+}
+
+void HandEditedSettingsTest::editIsSeenWithoutRestart()
+{
+    AudioDataBase store;
+    store.setEqType(2);
+    flash::setContent("[EQ]\nType=333\n[Mine]\nKey=1\n");
+    QCOMPARE(store.data(QStringLiteral("EQ"), QStringLiteral("Type"), 0).toInt(), 333);
+    store.setLoudNess(true);
+    QCOMPARE(flash::entries(), (flash::Entries{{"EQ/Type", "333"}, {"Mine/Key", "1"}, {"Volume/Loudness", "true"}}));
+}
+
+QTEST_GUILESS_MAIN(HandEditedSettingsTest)
+
+#include "tst_audiodatabase_handedited.moc"
