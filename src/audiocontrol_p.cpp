@@ -260,7 +260,7 @@ int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool u
     const QString group = groupOf(active, members);
     if (group != active) {
         trackNameFromSpToQt(group, name);
-        facadeInfo() << "Will change the group volume of " << name;
+        facadeNote() << "Will change the group volume of " << name;
     }
 
     QHash<QString, quint8> &steps = stepVolumes(tag);

@@ -37,3 +37,8 @@ QDebug logging::openFacadeError(const CodeLocation &at)
 {
     return logger(at).debug() << "[QT]" << "[Error]" << "[Audiocontrol]" << "line:" << at.line;
 }
+
+QDebug logging::openFacadeNote(const CodeLocation &at)
+{
+    return logger(at).debug() << "[QT]";
+}

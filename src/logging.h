@@ -13,6 +13,7 @@
  *   traceCritical() << value;  [ERR] THREAD SIGNATURE LINE -- value     (critical level)
  *   facadeInfo() << value;     [QT] [Audiocontrol] value
  *   facadeError() << value;    [QT] [Error] [Audiocontrol] line: LINE value
+ *   facadeNote() << value;     [QT] value                     (one line goes without the facade's name, meant so)
  *
  * All but traceCritical() are at debug level, the facade's errors included. While their level is off the values are not even
  * evaluated. Use them in a named function, never in a lambda: the signature is part of the line.
@@ -32,6 +33,7 @@ QDebug openTraceDebug(const CodeLocation &at);
 QDebug openTraceCritical(const CodeLocation &at);
 QDebug openFacadeInfo(const CodeLocation &at);
 QDebug openFacadeError(const CodeLocation &at);
+QDebug openFacadeNote(const CodeLocation &at);
 
 /// The items of one line, kept by reference until the end of the full expression.
 template<typename... Items>
@@ -95,3 +97,4 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 #define traceCritical() QZAUDIO_LOG_LINE(isCriticalEnabled, openTraceCritical)
 #define facadeInfo() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeInfo)
 #define facadeError() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeError)
+#define facadeNote() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeNote)
