@@ -24,13 +24,19 @@ const char *orEmpty(const char *name)
     return name ? name : "";
 }
 
-/// Gives the result of one call on a platform object made for it, -1 with the log line that all of these share.
-template<typename Object, typename Operation, typename... Arguments>
-int callFresh(const logging::CodeLocation &at, Operation operation, Arguments &&...arguments)
+/**
+ * Gives the result of one call on a platform object made for it, -1 with the log line that all of these share.
+ *
+ * What the operation says of itself, which may be nothing, is logged only once there is an object.
+ */
+template<typename Object, typename Message, typename Operation, typename... Arguments>
+int callFresh(const logging::CodeLocation &at, const Message &said, Operation operation, Arguments &&...arguments)
 {
     const PlatformObject<Object> object;
     if (!object)
         logging::logError(at, "Create audio source failed."); // meant so, for every kind of object
+    else if constexpr (std::tuple_size_v<Message> > 0)
+        std::apply([&at](const auto &...items) { logging::logInfo(at, items...); }, said);
     return object.call(operation, arguments...);
 }
 
@@ -535,13 +541,13 @@ void AudioControl::setMicroPhoneVolume(int volume)
 
 int AudioControl::getMicAnalogGain(float *first, float *second)
 {
-    return callFresh<Volume>(QZAUDIO_HERE, &Volume::getMicAnalogGain, first, second);
+    return callFresh<Volume>(QZAUDIO_HERE, message(), &Volume::getMicAnalogGain, first, second);
 }
 
 int AudioControl::setMicAnalogGain(float first, float second)
 {
     facadeInfo() << first << second;
-    return callFresh<Volume>(QZAUDIO_HERE, &Volume::setMicAnalogGain, first, second);
+    return callFresh<Volume>(QZAUDIO_HERE, message(), &Volume::setMicAnalogGain, first, second);
 }
 
 int AudioControl::setMicOpAndPga(float op, float pga)
@@ -558,14 +564,12 @@ int AudioControl::setMicOpAndPga(float op, float pga)
 
 int AudioControl::startMicGainCalibration()
 {
-    facadeInfo() << "startMicGainCalibration";
-    return callFresh<Volume>(QZAUDIO_HERE, &Volume::startMicGainCalibration);
+    return callFresh<Volume>(QZAUDIO_HERE, message("startMicGainCalibration"), &Volume::startMicGainCalibration);
 }
 
 int AudioControl::setMicGainCalibration()
 {
-    facadeInfo() << "setMicGainCalibration";
-    return callFresh<Volume>(QZAUDIO_HERE, &Volume::setMicGainCalibration);
+    return callFresh<Volume>(QZAUDIO_HERE, message("setMicGainCalibration"), &Volume::setMicGainCalibration);
 }
 
 int AudioControl::getMicCalibrationGain(int *first, int *second)
@@ -584,24 +588,22 @@ int AudioControl::getMicCalibrationGain(int *first, int *second)
 
 void AudioControl::setDownlinkDelayEstimation()
 {
-    facadeInfo() << "setDownlinkDelayEstimation";
-    callFresh<App>(QZAUDIO_HERE, &App::startDownlinkDelayEstimation);
+    callFresh<App>(QZAUDIO_HERE, message("setDownlinkDelayEstimation"), &App::startDownlinkDelayEstimation);
 }
 
 int AudioControl::getDownlinkDelayEstimation(short *delay)
 {
-    facadeInfo() << "getDownlinkDelayEstimation";
-    return callFresh<App>(QZAUDIO_HERE, &App::getDownlinkDelayEstimation, delay);
+    return callFresh<App>(QZAUDIO_HERE, message("getDownlinkDelayEstimation"), &App::getDownlinkDelayEstimation, delay);
 }
 
 int AudioControl::setHandsfreeDelay(int delay)
 {
-    facadeInfo() << "set setHandsfreeDelay" << delay;
     const PlatformObject<Source> source;
     if (!source) {
         facadeError() << "Create audio source failed.";
         return -1;
     }
+    facadeInfo() << "set setHandsfreeDelay" << delay;
     const int result = source->setHandsfreeDelay(delay);
     return logOutcome(QZAUDIO_HERE, result, message("setHandsfreeDelaysuccess."), message("setHandsfreeDelay error", result)); // spelled so
 }
