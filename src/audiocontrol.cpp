@@ -110,7 +110,6 @@ AudioControl *AudioControl::getInstance()
 AudioControl::AudioControl(QObject *parent)
     : QObject(parent)
     , d(new AudioControlPrivate)
-    , alterMode(true)
 {
     d->q = this;
 }

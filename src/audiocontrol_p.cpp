@@ -398,8 +398,8 @@ void AudioControlPrivate::setFadeBalance(int fade, int balance)
 {
     facadeInfo() << "setFadeBalance" << balance << fade;
     // In 64 bits: INT_MIN has no absolute value in 32.
-    const qint64 fadeSteps = qAbs<qint64>(fade);
-    const qint64 balanceSteps = qAbs<qint64>(balance);
+    const auto fadeSteps = qAbs<qint64>(fade);
+    const auto balanceSteps = qAbs<qint64>(balance);
     if (balanceSteps > tables::highestPosition || fadeSteps > tables::highestPosition) {
         facadeError() << "input fade" << fade << "balance" << balance << "err";
         return;

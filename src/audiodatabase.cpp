@@ -96,7 +96,7 @@ QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 {
     QSettings settings(settingsFilePath(), QSettings::IniFormat);
     settings.beginGroup(group);
-    const QVariant value = settings.value(key, defaultValue);
+    QVariant value = settings.value(key, defaultValue);
     settings.endGroup();
     return value;
 }

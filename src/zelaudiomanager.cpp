@@ -580,10 +580,12 @@ void ZelAudioManager::getMicAnalogOpAndPga(float &op, int &pga)
         pga = wholeGain(gain - highestStage);
         return;
     }
-    const float *stage = std::lower_bound(std::begin(tables::microphoneStages), std::end(tables::microphoneStages), gain);
-    const bool isExact = *stage == gain;
-    const bool isTooFarBelow = gain - *(stage - 1) > tables::largestProgrammableGain;
-    op = isExact || isTooFarBelow ? *stage : *(stage - 1);
+    std::size_t next = 1;
+    while (tables::microphoneStages[next] < gain)
+        ++next;
+    const float above = tables::microphoneStages[next];
+    const float below = tables::microphoneStages[next - 1];
+    op = above == gain || gain - below > tables::largestProgrammableGain ? above : below;
     pga = wholeGain(gain - op); // negative below the chosen stage
 }
 

@@ -315,7 +315,7 @@ private:
     Q_DISABLE_COPY(AudioControl)
 
     AudioControlPrivate *d;
-    bool alterMode;
+    bool alterMode = true;
     static AudioControl *adCtrl;
 };
 

@@ -28,11 +28,11 @@ class QZAUDIO_EXPORT FocusRequester
 {
 public:
     FocusRequester() = default;
-    /// @param dispatcher where focus changes go; not owned, may be null
-    FocusRequester(int streamType, int durationHint, IAudioFocusDispatcher *dispatcher, const QString &clientId);
+    /// @param changeDispatcher where focus changes go; not owned, may be null
+    FocusRequester(int requestedStreamType, int requestedHint, IAudioFocusDispatcher *changeDispatcher, const QString &id);
 
     /// Whether the entry belongs to the client; ids are compared case-sensitively.
-    bool hasSameClient(const QString &clientId) const;
+    bool hasSameClient(const QString &id) const;
 
     /// "GAIN", "LOSS_TRANSIENT" and so on; any other value gives "[invalid focus change N]".
     static QString focusChangeToString(int focusChange);
