@@ -171,7 +171,7 @@ void SettingsFileGuard::sweepLeftovers()
     if (directory.number < 0 || !tryKernelLock(directory) || checkLockFile(lockFilePath()) != LockFile::None)
         return; // a living writer's temporary file must not go
     checkLockFile(lockFilePath() + QStringLiteral(".rmlock")); // made while a stale lock file is removed
-    removeTemporaryFiles([](const QFileInfo &, const QString &letters) { return looksRandom(letters); });
+    removeTemporaryFiles([](const QFileInfo &file, const QString &letters) { return file.size() == 0 || looksRandom(letters); });
 }
 
 SettingsFileGuard::Version SettingsFileGuard::currentVersion()

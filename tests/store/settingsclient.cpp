@@ -2,29 +2,34 @@
  * A second process for the tests of the settings store.
  *
  *   read                             what every getter answers, one "name value" a line
+ *   read-then-save KEY TEXT          the same, and then saves Volume/KEY
  *   value GROUP KEY                  "TYPE TEXT" of the stored value, or "default"
  *   save GROUP KEY TYPE TEXT         saves one value; TYPE is a name of QMetaType ("int", "float", ...)
- *   count KEY N                      saves Volume/KEY = 1, 2, ... N
- *   save-between-stops KEY TEXT      stops itself (SIGSTOP) right before and right after saving Volume/KEY
+ *   count KEY N                      says "counting" and saves Volume/KEY = 1, 2, ... N
+ *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
+ *   save-named KEY TEXT              the same as if the file system had no unnamed files (O_TMPFILE)
  *   hold-lock MS                     says "held" and holds the lock file of QSettings for so long
  *   hold-folder MS                   says "held" and holds the folder's kernel lock for so long
  *   hang                             says "held", holds both, and never ends
- *   rewrite N                        rewrites the file as a program without this library does, N times: Foreign/Key = 1 ... N
  */
 #include <qzaudio/audiodatabase.h>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QFile>
 #include <QtCore/QLockFile>
-#include <QtCore/QSettings>
 #include <QtCore/QTextStream>
 #include <QtCore/QThread>
 
+#include <cerrno>
 #include <climits>
-
 #include <csignal>
+#include <cstddef>
+
 #include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/file.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace
@@ -42,9 +47,8 @@ int usage()
     return 2;
 }
 
-void printAll()
+void printAll(audio::AudioDataBase &store)
 {
-    audio::AudioDataBase store;
     for (int type = 0; type < 6; ++type)
         output() << "volume" << type << ' ' << store.getVolume(static_cast<ZelAudioType>(type)) << '\n';
     for (int band = 0; band < 16; ++band)
@@ -55,6 +59,14 @@ void printAll()
     output() << "micInputValue " << store.micInputValue() << '\n';
     output() << "autoMicGain " << store.getAutoMicGain() << '\n';
     output() << "handsfreeDelay " << store.getHandsfreeDelay() << '\n';
+}
+
+void readThenSave(const QString &key, const QString &text)
+{
+    audio::AudioDataBase store;
+    printAll(store);
+    if (!key.isEmpty())
+        store.save(QStringLiteral("Volume"), key, text);
 }
 
 void printValue(const QString &group, const QString &key)
@@ -79,6 +91,7 @@ int save(const QString &group, const QString &key, const QString &type, const QS
 void count(const QString &key, int last)
 {
     audio::AudioDataBase store;
+    output() << "counting" << Qt::endl;
     for (int value = 1; value <= last; ++value)
         store.save(QStringLiteral("Volume"), key, value);
 }
@@ -86,15 +99,29 @@ void count(const QString &key, int last)
 void saveBetweenStops(const QString &key, const QString &text)
 {
     audio::AudioDataBase store;
-    raise(SIGSTOP);
-    store.save(QStringLiteral("Volume"), key, text);
-    raise(SIGSTOP);
+    const QString group = QStringLiteral("Volume");
+    const pid_t self = getpid();
+    kill(self, SIGSTOP);
+    store.save(group, key, text);
+    kill(self, SIGSTOP);
 }
 
-void rewrite(int last)
+/// openat() with O_TMPFILE fails from now on in this process.
+bool refuseUnnamedFiles()
 {
-    for (int value = 1; value <= last; ++value)
-        QSettings(QStringLiteral("/media/flash/nvm/audioData.db"), QSettings::IniFormat).setValue(QStringLiteral("Foreign/Key"), value);
+    constexpr quint32 isOpenat = SYS_openat;
+    constexpr quint32 flagsOffset = offsetof(seccomp_data, args) + 2 * sizeof(quint64) + (Q_BYTE_ORDER == Q_BIG_ENDIAN ? 4 : 0);
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, isOpenat, 0, 4),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, flagsOffset),
+        BPF_STMT(BPF_ALU | BPF_AND | BPF_K, O_TMPFILE),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, O_TMPFILE, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {static_cast<unsigned short>(sizeof filter / sizeof filter[0]), &filter[0]};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
 /// Two who lie in the way. Both let go when the process ends.
@@ -123,7 +150,9 @@ int main(int argc, char **argv)
     const QString command = words.value(1);
     Holder holder;
     if (command == QLatin1String("read") && argc == 2)
-        printAll();
+        readThenSave(QString(), QString());
+    else if (command == QLatin1String("read-then-save") && argc == 4)
+        readThenSave(words.at(2), words.at(3));
     else if (command == QLatin1String("value") && argc == 4)
         printValue(words.at(2), words.at(3));
     else if (command == QLatin1String("save") && argc == 6)
@@ -132,8 +161,8 @@ int main(int argc, char **argv)
         count(words.at(2), words.at(3).toInt());
     else if (command == QLatin1String("save-between-stops") && argc == 4)
         saveBetweenStops(words.at(2), words.at(3));
-    else if (command == QLatin1String("rewrite") && argc == 3)
-        rewrite(words.at(2).toInt());
+    else if (command == QLatin1String("save-named") && argc == 4 && refuseUnnamedFiles())
+        saveBetweenStops(words.at(2), words.at(3));
     else if (command == QLatin1String("hold-lock") && argc == 3 && holder.takeLock())
         holder.stay(words.at(2).toInt());
     else if (command == QLatin1String("hold-folder") && argc == 3 && holder.takeFolder())

@@ -1,0 +1,85 @@
+#include "flash.h"
+#include "settingsprocess.h"
+#include "storetest.h"
+
+#include <qzaudio/audiodatabase.h>
+
+#include <QtTest/QtTest>
+
+using audio::AudioDataBase;
+
+namespace
+{
+
+constexpr int savesEach = 2000;
+constexpr int patienceMs = 500000;
+
+} // namespace
+
+/// Several processes that save at once.
+class ConcurrentSettingsTest : public StoreTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void processesWithAKeyEach_data();
+    void processesWithAKeyEach();
+    void readerSeesOnlyWholeFiles();
+};
+
+void ConcurrentSettingsTest::processesWithAKeyEach_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("two processes") << 2;
+    QTest::newRow("four processes") << 4;
+}
+
+void ConcurrentSettingsTest::processesWithAKeyEach()
+{
+    QFETCH(int, count);
+    flash::setContent(flash::fullSettings());
+    flash::Entries expected = flash::entries();
+    QElapsedTimer timer;
+    timer.start();
+    std::vector<std::unique_ptr<QProcess>> writers;
+    for (int i = 0; i < count; ++i) {
+        const QString key = QStringLiteral("writer%1").arg(i);
+        QStringList words = settingsprocess::commandLine({QStringLiteral("count"), key, QString::number(savesEach)});
+        writers.push_back(std::make_unique<QProcess>());
+        const QString program = words.takeFirst();
+        writers.back()->start(program, words);
+        expected.insert("Volume/" + key.toLatin1(), QByteArray::number(savesEach));
+    }
+    for (const auto &writer : writers) {
+        QVERIFY(writer->waitForFinished(patienceMs));
+        QVERIFY2(writer->exitStatus() == QProcess::NormalExit && writer->exitCode() == 0, writer->readAllStandardError().constData());
+    }
+    const qint64 milliseconds = timer.elapsed();
+    QCOMPARE(flash::entries(), expected);
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+    log.reset();
+    qInfo("%d saves in %lld ms, 0 values lost", count * savesEach, milliseconds);
+}
+
+/// In the test's own process, beside a writer: no state in between, and each value at least as new as the one before.
+void ConcurrentSettingsTest::readerSeesOnlyWholeFiles()
+{
+    flash::setContent(flash::fullSettings());
+    AudioDataBase store;
+    const auto writer = settingsprocess::start({QStringLiteral("count"), QStringLiteral("writer"), QString::number(savesEach)});
+    int last = 0;
+    int changes = 0;
+    while (!writer->waitForFinished(0)) {
+        const int value = store.data(QStringLiteral("Volume"), QStringLiteral("writer"), 0).toInt();
+        QVERIFY2(value >= last, qPrintable(QStringLiteral("%1 after %2").arg(value).arg(last)));
+        changes += value > last;
+        last = value;
+        QCOMPARE(store.data(QStringLiteral("Elsewhere"), QStringLiteral("Key"), 0).toString(), QStringLiteral("also kept"));
+    }
+    QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("writer"), 0).toInt(), savesEach);
+    QVERIFY(changes > 1);
+}
+
+QTEST_GUILESS_MAIN(ConcurrentSettingsTest)
+
+#include "tst_audiodatabase_concurrent.moc"
