@@ -63,6 +63,7 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
         while (complaint.endsWith(QLatin1Char('.'))) {
             complaint.chop(1);
         }
+        complaint.replace(0, 1, complaint.at(0).toLower());
         return complain(complaint, first);
     }
     return {command, 0};

@@ -3,7 +3,7 @@
 #include "console.h"
 #include "exitstatus.h"
 #include "junitreport.h"
-#include "logrecorder.h"
+#include "timelinelog.h"
 #include "scenarioplayer.h"
 #include "statetable.h"
 #include "timeline.h"
@@ -131,7 +131,7 @@ int PlayCommand::run(const QCommandLineParser &parsed)
 
     Console::setColors(*colors);
     Timeline timeline;
-    const LogRecorder recorder(timeline, parsed.isSet(QStringLiteral("log")));
+    const TimelineLog recorder(timeline, parsed.isSet(QStringLiteral("log")));
     const ScenarioResult result = ScenarioPlayer(timeline).play(file.fileName(), program);
 
     Console::out(QLatin1Char('\n') + StateTable::toText() + QLatin1Char('\n'));

@@ -96,7 +96,7 @@ QString SettingsCommand::table(const SettingsReader &reader)
         storedWidth = std::max(storedWidth, storedText(setting.stored).size());
         defaultWidth = std::max(defaultWidth, setting.defaultText.size());
     }
-    const auto row = [&](const QString &key, const QString &stored, const QString &defaultText, const QString &meaning) {
+    const auto row = [&](const QString &key, const QString &stored, const QString &defaultText, const QString &meaning) -> QString {
         const int column = keyWidth + storedWidth + defaultWidth + 3 * gap;
         return key.leftJustified(keyWidth + gap) + stored.leftJustified(storedWidth + gap) + defaultText.leftJustified(defaultWidth + gap)
             + Console::wrapped(meaning, column, column).mid(column) + QLatin1Char('\n');

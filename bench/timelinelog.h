@@ -1,5 +1,5 @@
-#ifndef LOGRECORDER_H
-#define LOGRECORDER_H
+#ifndef TIMELINELOG_H
+#define TIMELINELOG_H
 
 #include <QtCore/QtGlobal>
 
@@ -11,20 +11,20 @@ class Timeline;
  * Without debug lines the library formats none; its critical lines are shown always. Lines of other categories go where they
  * went before. One at a time: Qt has one message handler.
  */
-class LogRecorder
+class TimelineLog
 {
 public:
-    LogRecorder(Timeline &shownIn, bool debugLines);
-    ~LogRecorder();
+    TimelineLog(Timeline &shownIn, bool debugLines);
+    ~TimelineLog();
 
 private:
-    Q_DISABLE_COPY(LogRecorder)
+    Q_DISABLE_COPY(TimelineLog)
 
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
     Timeline &timeline;
     QtMessageHandler previous;
-    static LogRecorder *current;
+    static TimelineLog *current;
 };
 
 #endif

@@ -1,26 +1,26 @@
-#include "logrecorder.h"
+#include "timelinelog.h"
 
 #include "timeline.h"
 
 #include <QtCore/QLoggingCategory>
 
-LogRecorder *LogRecorder::current = nullptr;
+TimelineLog *TimelineLog::current = nullptr;
 
-LogRecorder::LogRecorder(Timeline &shownIn, bool debugLines)
+TimelineLog::TimelineLog(Timeline &shownIn, bool debugLines)
     : timeline(shownIn)
-    , previous(qInstallMessageHandler(&LogRecorder::handle))
+    , previous(qInstallMessageHandler(&TimelineLog::handle))
 {
     current = this;
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, debugLines);
 }
 
-LogRecorder::~LogRecorder()
+TimelineLog::~TimelineLog()
 {
     qInstallMessageHandler(previous);
     current = nullptr;
 }
 
-void LogRecorder::handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+void TimelineLog::handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const QLatin1String category(context.category);
     if (type == QtFatalMsg) {
