@@ -205,8 +205,11 @@
             scenario();
             return null;
         } catch (error) {
-            const isError = error instanceof Error;
-            return {text: isError ? String(error) : "thrown: " + show(error), line: isError ? scenarioLine(error.stack) : 0};
+            if (!(error instanceof Error))
+                return {text: "thrown: " + show(error), line: 0};
+            // Where calling a function that does not exist fails with an error of its own, the engine wraps that into another.
+            const wrapped = /^TypeError: Property '.*' of object (\w*Error: .*) is not a function$/.exec(String(error));
+            return {text: wrapped ? wrapped[1] : String(error), line: scenarioLine(error.stack)};
         }
     };
 })

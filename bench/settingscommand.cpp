@@ -51,8 +51,9 @@ QVector<Command::Option> SettingsCommand::options() const
 
 QString SettingsCommand::details() const
 {
-    return QStringLiteral("Shows the settings file %1, or another FILE, as a table: each key, what is\n"
-                          "stored for it (- for nothing), what holds when nothing is, and its meaning. Nothing is changed.\n"
+    return QStringLiteral("Shows the settings file, or another FILE, as a table: each key, what is stored for it (- for\n"
+                          "nothing), what holds when nothing is, and its meaning. Nothing is changed. The settings file is\n"
+                          "%1.\n"
                           "With --watch changes show as: time, key, old value -> new value.\n"
                           "\n"
                           "Exit status: 0 success, also without a file; 1 the file cannot be read; 2 a mistake on the\n"

@@ -3,8 +3,8 @@
 #include <qzaudio/audiodatabase.h>
 #include <qzaudio/zelaudiomanager.h>
 
-AudioPolicyInspector::AudioPolicyInspector(ZelAudioManager &manager)
-    : manager(manager)
+AudioPolicyInspector::AudioPolicyInspector(ZelAudioManager &inspected)
+    : manager(inspected)
 {
 }
 

@@ -22,7 +22,7 @@ public:
         const QTimer *timer;
     };
 
-    explicit AudioPolicyInspector(ZelAudioManager &manager);
+    explicit AudioPolicyInspector(ZelAudioManager &inspected);
 
     /// 0 to 19, as last given to updateAudioStatus() by an application or by the manager's own timers.
     int status() const;

@@ -13,9 +13,9 @@ QmlAudioPolicy::QmlAudioPolicy(QObject *parent)
 {
 }
 
-QmlAudioPolicy::QmlAudioPolicy(const ManagerProvider &provider, QObject *parent)
+QmlAudioPolicy::QmlAudioPolicy(const ManagerProvider &giveManager, QObject *parent)
     : QObject(parent)
-    , provider(provider)
+    , provider(giveManager)
 {
 }
 

@@ -58,7 +58,7 @@ public:
     /// Works with ZelAudioManager::instance().
     explicit QmlAudioPolicy(QObject *parent = nullptr);
     /// For the bench, which switches its manager on and off.
-    explicit QmlAudioPolicy(const ManagerProvider &provider, QObject *parent = nullptr);
+    explicit QmlAudioPolicy(const ManagerProvider &giveManager, QObject *parent = nullptr);
 
     int status();
     int channel();

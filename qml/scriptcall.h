@@ -36,8 +36,8 @@ class ScriptName
 {
 public:
     ScriptName() = default;
-    explicit ScriptName(const QByteArray &bytes)
-        : bytes(bytes)
+    explicit ScriptName(const QByteArray &name)
+        : bytes(name)
         , given(true)
     {
     }
@@ -96,8 +96,13 @@ public:
     template<typename Field>
     void readField(const ScriptArgument &argument, const char *name, Field &out)
     {
-        const QJSValue value = field(argument, name);
-        read({name, value}, out);
+        // Looking at another value would take a thrown error back.
+        if (!thrown) {
+            const QJSValue value = field(argument, name);
+            if (!thrown) {
+                read({name, value}, out);
+            }
+        }
     }
 
 private:
