@@ -1,8 +1,6 @@
 #include "childprocess.h"
 #include "policytest.h"
 
-#include <journal.h>
-
 #include <limits>
 
 namespace

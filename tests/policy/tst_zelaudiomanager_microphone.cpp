@@ -1,7 +1,6 @@
 #include "policytest.h"
 
 #include <faults.h>
-#include <journal.h>
 
 #include <qzaudio/audiocontrol.h>
 

@@ -1,0 +1,304 @@
+#include <audiocontroltables.h>
+#include <audiodatabasetables.h>
+#include <zelaudiomanagertables.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QMap>
+#include <QtCore/QStringList>
+#include <QtCore/QTextStream>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+/*
+ * Writes the library's fixed tables into a Markdown document:
+ *
+ *   policy_tables [--check] DOCUMENT
+ *
+ * Each table stands between the lines "<!-- table: NAME -->" and "<!-- end of table -->". With --check nothing is written, and the
+ * exit status is 1 when document and library disagree.
+ */
+
+namespace
+{
+
+namespace policy = ::tables;
+namespace store = audio::tables;
+
+constexpr int columnCount = 20; ///< statuses and channels run from 0 to 19
+
+const char *typeName(int type)
+{
+    constexpr const char *names[] = {"media", "prompts", "telephony", "ring", "speech", "HiCar call"};
+    static_assert(std::size(names) == store::volumeTypeCount, "each type has a name");
+    return names[type];
+}
+
+QString typeText(int type)
+{
+    return QStringLiteral("%1 %2").arg(type).arg(QLatin1String(typeName(type)));
+}
+
+QString row(const QStringList &cells)
+{
+    return QLatin1String("| ") + cells.join(QLatin1String(" | ")) + QLatin1String(" |");
+}
+
+QStringList head(const QStringList &cells)
+{
+    QStringList rule;
+    for (int i = 0; i < cells.size(); ++i)
+        rule += QStringLiteral("---");
+    return {row(cells), QLatin1Char('|') + rule.join(QLatin1Char('|')) + QLatin1Char('|')};
+}
+
+bool isNoSource(const char *qtName)
+{
+    return std::strcmp(qtName, store::noSource) == 0;
+}
+
+/// The platform's name of a source, and whether its volume is boosted.
+QString sourceText(const char *qtName)
+{
+    if (isNoSource(qtName))
+        return QStringLiteral("none");
+    const auto *name = std::find_if(std::begin(store::sourceNames), std::end(store::sourceNames), [qtName](const store::SourceName &candidate) {
+        return std::strcmp(candidate.qtName, qtName) == 0;
+    });
+    if (name == std::end(store::sourceNames))
+        return QStringLiteral("unknown to the facade");
+    const bool boosted = std::any_of(
+        std::begin(store::boostedSources), std::end(store::boostedSources), [name](const char *source) { return std::strcmp(source, name->spName) == 0; });
+    return QLatin1Char('`') + QLatin1String(name->spName) + QLatin1Char('`') + QLatin1String(boosted ? ", boosted" : "");
+}
+
+/// A channel as the store knows it: the last row of its number counts, none is media without a source.
+store::ChannelRow channelRow(int channel)
+{
+    store::ChannelRow found = {channel, ZelAudioTypeMedia, store::noSource};
+    for (const store::ChannelRow &candidate : store::channelRows) {
+        if (candidate.channel == channel)
+            found = candidate;
+    }
+    return found;
+}
+
+bool setsEqualizer(int channel)
+{
+    return std::find(std::begin(policy::equalizerResettingChannels), std::end(policy::equalizerResettingChannels), channel)
+        != std::end(policy::equalizerResettingChannels);
+}
+
+QList<int> channelsOfType(int type)
+{
+    QList<int> channels;
+    for (int channel = 0; channel <= policy::highestChannel; ++channel) {
+        if (channelRow(channel).type == type)
+            channels.append(channel);
+    }
+    return channels;
+}
+
+bool isAlternative(int type)
+{
+    return type == ZelAudioTypePrompt || type == ZelAudioTypeHiCarCall;
+}
+
+QStringList statusTable()
+{
+    QStringList lines
+        = head({QStringLiteral("Status"), QStringLiteral("Volume applied"), QStringLiteral("To the source"), QStringLiteral("Volume keys work on")});
+    for (const store::StatusRow &status : store::statusRows) {
+        const auto *key = std::find_if(std::begin(policy::volumeKeyRows), std::end(policy::volumeKeyRows), [&status](const policy::VolumeKeyRow &candidate) {
+            return candidate.status == status.status;
+        });
+        lines += row({QString::number(status.status),
+                      typeText(status.type),
+                      isNoSource(status.spName) ? QStringLiteral("of the channel") : sourceText(status.spName),
+                      key == std::end(policy::volumeKeyRows) ? QStringLiteral("as the channel says") : typeText(key->type)});
+    }
+    return lines;
+}
+
+QString keyText(int channel)
+{
+    if (channel == policy::hiCarChannel)
+        return typeText(ZelAudioTypeHiCarCall) + QLatin1String(", in every status");
+    return channelRow(channel).type == ZelAudioTypeMedia ? typeText(ZelAudioTypeMedia) : QStringLiteral("nothing");
+}
+
+QStringList channelTable()
+{
+    QStringList lines = head({QStringLiteral("Channel"),
+                              QStringLiteral("Source on the main track"),
+                              QStringLiteral("Volume type"),
+                              QStringLiteral("Volume keys work on"),
+                              QStringLiteral("Sets the equalizer")});
+    for (int channel = 0; channel < columnCount; ++channel) {
+        const store::ChannelRow info = channelRow(channel);
+        lines += row({QString::number(channel),
+                      sourceText(info.spName),
+                      typeText(info.type),
+                      keyText(channel),
+                      setsEqualizer(channel) ? QStringLiteral("each time") : QStringLiteral("no")});
+    }
+    return lines;
+}
+
+QStringList volumeTable()
+{
+    QStringList lines = head({QStringLiteral("Volume type"),
+                              QStringLiteral("Default"),
+                              QStringLiteral("Default with home screen %1").arg(store::largeHomeUiType),
+                              QStringLiteral("Pushed at start"),
+                              QStringLiteral("Setting it writes"),
+                              QStringLiteral("Written again")});
+    for (int type = 0; type < store::volumeTypeCount; ++type) {
+        QStringList channels;
+        const QList<int> numbers = channelsOfType(type);
+        for (const int channel : numbers)
+            channels += QString::number(channel);
+        const bool pushed = std::find(std::begin(policy::volumeTypesPushedAtStart), std::end(policy::volumeTypesPushedAtStart), type)
+            != std::end(policy::volumeTypesPushedAtStart);
+        QString target = QLatin1String(channels.size() == 1 ? "channel " : "channels ") + channels.join(QLatin1String(", "));
+        if (type == ZelAudioTypePrompt)
+            target = QStringLiteral("the alternative track");
+        if (type == ZelAudioTypeHiCarCall)
+            target = QStringLiteral("the HiCar call's stream and the alternative track");
+        const bool again = !isAlternative(type) && channels.size() > 1;
+        lines += row({typeText(type),
+                      QString::number(store::defaultVolumes[type]),
+                      QString::number(store::largeHomeUiVolume),
+                      pushed ? QStringLiteral("yes") : QStringLiteral("no"),
+                      target,
+                      again ? QStringLiteral("after %1 ms").arg(policy::deferredVolumeMs) : QStringLiteral("no")});
+    }
+    return lines;
+}
+
+QStringList timerTable()
+{
+    const auto line = [](const char *name, const QString &time, const char *started, const char *effect) {
+        return row({QLatin1Char('`') + QLatin1String(name) + QLatin1Char('`'), time, QLatin1String(started), QLatin1String(effect)});
+    };
+    const auto milliseconds = [](int time) { return QStringLiteral("%1 ms").arg(time); };
+    QStringList lines = head({QStringLiteral("Timer"), QStringLiteral("Time"), QStringLiteral("Started by"), QStringLiteral("When it runs out")});
+    lines += line("muteTimer", QStringLiteral("count × %1 ms").arg(policy::muteUnitMs), "`setAudioMute(true, count)`", "unmutes");
+    lines += line("delayVolumeTimer", milliseconds(policy::deferredVolumeMs), "a volume for two channels or more", "writes pending volumes again");
+    lines += line("customEqTimer", milliseconds(policy::customEqualizerRepeatMs), "`adjustCustomEq()`", "nothing; until then a repeat is ignored");
+    lines += line("firstEqTimer", milliseconds(policy::firstEqualizerMs), "the first channel of the process", "sets the equalizer once more");
+    lines += line("cpAlertTimer", milliseconds(policy::carPlayAlertMs), "`cpDuckAudio()`, reverse gear in", "status 10");
+    lines += line("cpUnduckTimer",
+                  milliseconds(policy::carPlayUnduckMs),
+                  "`cpUnduckAudio()`, reverse gear out",
+                  "status 11 and the main audio back, unless ducked again");
+    return lines;
+}
+
+QStringList equalizerTable()
+{
+    QStringList cells = {QStringLiteral("Type")};
+    for (int band = 0; band < store::equalizerBandCount; ++band)
+        cells += QString::number(band);
+    QStringList lines = head(cells);
+    for (const EqBaseData &preset : store::equalizerPresets) {
+        cells = QStringList{QString::number(preset.type)};
+        for (const float gain : preset.gains)
+            cells += preset.type == policy::customEqualizerType ? QStringLiteral("stored") : QString::number(static_cast<double>(gain), 'f', 1);
+        lines += row(cells);
+    }
+    return lines;
+}
+
+QStringList microphoneTable()
+{
+    QStringList stages;
+    for (const float stage : policy::microphoneStages)
+        stages += QString::number(static_cast<double>(stage));
+    return {QStringLiteral("Stages in dB: %1. At most %2 dB are added above a stage while a higher one is left.")
+                .arg(stages.join(QLatin1String(", ")))
+                .arg(static_cast<double>(policy::largestProgrammableGain))};
+}
+
+QMap<QString, QStringList> allTables()
+{
+    return {
+        {QStringLiteral("statuses"), statusTable()},
+        {QStringLiteral("channels"), channelTable()},
+        {QStringLiteral("volume types"), volumeTable()},
+        {QStringLiteral("timers"), timerTable()},
+        {QStringLiteral("equalizer"), equalizerTable()},
+        {QStringLiteral("microphone"), microphoneTable()},
+    };
+}
+
+struct Renewal
+{
+    QStringList lines; ///< the document as it has to be
+    QStringList problems;
+    QStringList outdated; ///< names of the tables that differ
+};
+
+Renewal renewed(const QStringList &document)
+{
+    const QString begin = QStringLiteral("<!-- table: ");
+    const QString end = QStringLiteral("<!-- end of table -->");
+    QMap<QString, QStringList> missing = allTables();
+    Renewal renewal;
+    for (int i = 0; i < document.size(); ++i) {
+        renewal.lines += document.at(i);
+        if (!document.at(i).startsWith(begin))
+            continue;
+        const QString name = document.at(i).mid(begin.size()).section(QLatin1String(" -->"), 0, 0);
+        const int last = document.indexOf(end, i);
+        if (!missing.contains(name) || last < 0) {
+            renewal.problems += QStringLiteral("line %1: there is no table \"%2\", or it stands twice, or it does not end").arg(i + 1).arg(name);
+            continue;
+        }
+        const QStringList table = missing.take(name);
+        if (document.mid(i + 1, last - i - 1) != table)
+            renewal.outdated += name;
+        renewal.lines += table;
+        i = last - 1;
+    }
+    const QStringList names = missing.keys();
+    for (const QString &name : names)
+        renewal.problems += QStringLiteral("the table \"%1\" is missing").arg(name);
+    return renewal;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QTextStream error(stderr);
+    const bool check = argc == 3 && std::strcmp(argv[1], "--check") == 0;
+    if (argc != 2 && !check) {
+        error << "Usage: policy_tables [--check] DOCUMENT" << Qt::endl;
+        return 2;
+    }
+    QFile file(QFile::decodeName(argv[argc - 1]));
+    if (!file.open(QIODevice::ReadOnly)) {
+        error << file.fileName() << ": " << file.errorString() << Qt::endl;
+        return 2;
+    }
+    const Renewal renewal = renewed(QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')));
+    file.close();
+    for (const QString &problem : renewal.problems)
+        error << file.fileName() << ": " << problem << Qt::endl;
+    if (!renewal.problems.isEmpty())
+        return 1;
+    if (check) {
+        for (const QString &name : renewal.outdated)
+            error << file.fileName() << ": the table \"" << name << "\" is not the library's; tools/policy-tables renews it" << Qt::endl;
+        return renewal.outdated.isEmpty() ? 0 : 1;
+    }
+    if (renewal.outdated.isEmpty())
+        return 0;
+    if (!file.open(QIODevice::WriteOnly) || file.write(renewal.lines.join(QLatin1Char('\n')).toUtf8()) < 0 || !file.flush()) {
+        error << file.fileName() << ": " << file.errorString() << Qt::endl;
+        return 2;
+    }
+    return 0;
+}
