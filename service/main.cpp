@@ -1,0 +1,93 @@
+/*
+ * qzaudio-focusd: audio focus for the processes of a head unit, over D-Bus.
+ *
+ * What it does and which limits it has, its help says (options.cpp); which rules focus has, focusservice.h says.
+ */
+
+#include "audioserviceadaptor.h"
+#include "focusservice.h"
+#include "options.h"
+#include "stopsignals.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QLoggingCategory>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusConnectionInterface>
+#include <QtDBus/QDBusError>
+
+#include <cstdio>
+
+namespace
+{
+
+enum ExitStatus : int {
+    Stopped = 0,
+    NoBus = 1, ///< no bus, the name is taken, or the bus has gone
+    UsageError = 2,
+};
+
+void print(std::FILE *stream, const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+ExitStatus fail(const QString &message)
+{
+    print(stderr, QStringLiteral("qzaudio-focusd: ") + message + QLatin1Char('\n'));
+    return NoBus;
+}
+
+int serve(const Options &options)
+{
+    QDBusConnection bus = options.systemBus ? QDBusConnection::systemBus() : QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return fail(QStringLiteral("there is no bus: ") + bus.lastError().message());
+
+    FocusService service(bus, options.megaBaseCount, options.volume ? FocusService::Volume::Served : FocusService::Volume::Absent);
+    new AudioServiceAdaptor(&service); // a child
+    // The object first: once the name is there, calls come.
+    if (!bus.registerObject(options.path, &service))
+        return fail(QStringLiteral("there can be no object at ") + options.path);
+    if (!bus.registerService(options.name)) {
+        const QString reason = bus.lastError().isValid() ? bus.lastError().message() : QStringLiteral("somebody else has it");
+        return fail(QStringLiteral("cannot get the name %1: %2").arg(options.name, reason));
+    }
+
+    // Qt tells that the connection is lost with a signal that looks as if it came over the bus.
+    bus.connect(QString(),
+                QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"),
+                QStringLiteral("Disconnected"),
+                QCoreApplication::instance(),
+                SLOT(quit()));
+    const StopSignals stopSignals;
+    print(stdout, QStringLiteral("serving %1 at %2\n").arg(options.name, options.path));
+    QCoreApplication::exec();
+    return bus.isConnected() ? Stopped : fail(QStringLiteral("the bus has gone"));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    StopSignals::block();
+    QCoreApplication application(argc, argv);
+    const Options options = Options::parse(QCoreApplication::arguments().mid(1));
+    switch (options.action) {
+    case Options::Action::ShowHelp:
+        print(stdout, Options::help());
+        return Stopped;
+    case Options::Action::ShowVersion:
+        print(stdout, QStringLiteral("qzaudio-focusd " QZAUDIO_VERSION "\n"));
+        return Stopped;
+    case Options::Action::Complain:
+        print(stderr, QStringLiteral("qzaudio-focusd: %1 See qzaudio-focusd --help.\n").arg(options.complaint));
+        return UsageError;
+    case Options::Action::Serve:
+        break;
+    }
+    if (!options.log)
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    return serve(options);
+}

@@ -1,0 +1,119 @@
+#include "options.h"
+
+#include "clientregistry.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QRegularExpression>
+
+#include <limits>
+
+namespace
+{
+
+bool matches(const QString &text, const char *pattern)
+{
+    return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(pattern))).match(text).hasMatch();
+}
+
+bool isBusName(const QString &text)
+{
+    constexpr int longestName = 255;
+    return text.size() <= longestName && matches(text, "[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+");
+}
+
+bool isObjectPath(const QString &text)
+{
+    return matches(text, "/|(/[A-Za-z0-9_]+)+");
+}
+
+} // namespace
+
+Options Options::parse(const QStringList &arguments)
+{
+    const QCommandLineOption help(QStringList {QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption version(QStringList {QStringLiteral("v"), QStringLiteral("version")});
+    const QCommandLineOption session(QStringLiteral("session"));
+    const QCommandLineOption system(QStringLiteral("system"));
+    const QCommandLineOption name(QStringLiteral("name"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption path(QStringLiteral("path"), QString(), QStringLiteral("PATH"));
+    const QCommandLineOption megaBases(QStringLiteral("mega-bases"), QString(), QStringLiteral("COUNT"));
+    const QCommandLineOption noVolume(QStringLiteral("no-volume"));
+    const QCommandLineOption log(QStringLiteral("log"));
+    QCommandLineParser parser;
+    parser.addOptions({help, version, session, system, name, path, megaBases, noVolume, log});
+
+    Options options;
+    const auto complain = [&options](const QString &complaint) {
+        options.action = Action::Complain;
+        options.complaint = complaint;
+        return options;
+    };
+    if (!parser.parse(QStringList(QStringLiteral("qzaudio-focusd")) + arguments))
+        return complain(parser.errorText());
+    if (parser.isSet(help) || parser.isSet(version)) {
+        options.action = parser.isSet(help) ? Action::ShowHelp : Action::ShowVersion;
+        return options;
+    }
+    if (!parser.positionalArguments().isEmpty())
+        return complain(QStringLiteral("There is nothing to do with \"%1\".").arg(parser.positionalArguments().constFirst()));
+    if (parser.isSet(session) && parser.isSet(system))
+        return complain(QStringLiteral("It is either --session or --system."));
+    options.systemBus = parser.isSet(system);
+    if (parser.isSet(name))
+        options.name = parser.value(name);
+    if (!isBusName(options.name))
+        return complain(QStringLiteral("\"%1\" is no bus name.").arg(options.name));
+    if (parser.isSet(path))
+        options.path = parser.value(path);
+    if (!isObjectPath(options.path))
+        return complain(QStringLiteral("\"%1\" is no object path.").arg(options.path));
+    if (parser.isSet(megaBases)) {
+        options.megaBaseCount = parser.value(megaBases).toInt();
+        if (options.megaBaseCount < 1)
+            return complain(QStringLiteral("--mega-bases is a number from 1 to %1.").arg(std::numeric_limits<int>::max()));
+    }
+    options.volume = !parser.isSet(noVolume);
+    options.log = parser.isSet(log);
+    return options;
+}
+
+QString Options::help()
+{
+    const Options defaults;
+    return QStringLiteral("Usage: qzaudio-focusd [OPTION]...\n"
+                          "\n"
+                          "Serves audio focus to the processes of a bus: interface tavi.AudioService.\n"
+                          "\n"
+                          "  --session           on the session bus (the default)\n"
+                          "  --system            on the system bus\n"
+                          "  --name NAME         bus name of the service, %1 by default\n"
+                          "  --path PATH         path of its object, %2 by default\n"
+                          "  --mega-bases COUNT  how many mega bases nextMegaBase() goes through, from 0 on; %3 by default\n"
+                          "  --no-volume         leaves volume and mute to others: isVolumeAvailable() is false\n"
+                          "  --log               prints the library's own log lines, too\n"
+                          "  -h, --help          shows this text\n"
+                          "  -v, --version       shows the version\n"
+                          "\n"
+                          "Focus:\n"
+                          "  A client id belongs to the connection that requested focus with it; other connections that\n"
+                          "  use it get the error AccessDenied. When a connection leaves the bus, its clients are\n"
+                          "  abandoned and focus goes to the next one. A duration hint outside 1 to 4 is denied (1).\n"
+                          "\n"
+                          "Limits:\n"
+                          "  %4 characters in a client id (else InvalidArgs), %5 clients of a connection, %6 clients and\n"
+                          "  %7 connections with clients together (else LimitsExceeded).\n"
+                          "\n"
+                          "Volume:\n"
+                          "  Level and mute are those of media. The first question for them starts up the audio platform\n"
+                          "  in this process; from then on volumeChanged comes, also for volumes that other processes\n"
+                          "  store. The mega base is kept while the service runs and is 0 at first.\n"
+                          "\n"
+                          "Exit status: 0 told to stop (SIGTERM, SIGINT); 1 no bus, the name is taken, or the bus has gone;\n"
+                          "2 a mistake on the command line.\n")
+        .arg(defaults.name, defaults.path)
+        .arg(defaults.megaBaseCount)
+        .arg(ClientRegistry::maximumIdLength)
+        .arg(ClientRegistry::maximumClientsOfConnection)
+        .arg(ClientRegistry::maximumClients)
+        .arg(ClientRegistry::maximumConnections);
+}
