@@ -10,9 +10,11 @@
 #include <QtCore/QSettings>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <optional>
 
 namespace audio
 {
@@ -45,6 +47,9 @@ int wholeNumber(const QVariant &value)
     constexpr double highest = std::numeric_limits<int>::max();
     return number >= lowest && number <= highest ? static_cast<int>(number) : 0;
 }
+
+/// A value that could not be written waits in this process's QSettings; the next access writes it, even when that is a read.
+std::atomic_bool valuesMayWait{false};
 
 } // namespace
 
@@ -94,7 +99,12 @@ void AudioDataBase::_initVolume()
 
 QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 {
+    std::optional<SettingsFileGuard> guard;
+    if (valuesMayWait)
+        guard.emplace();
     QSettings settings(settingsFilePath(), QSettings::IniFormat);
+    if (guard)
+        valuesMayWait = settings.status() != QSettings::NoError;
     settings.beginGroup(group);
     QVariant value = settings.value(key, defaultValue);
     settings.endGroup();
@@ -105,11 +115,14 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
 {
     {
         const SettingsFileGuard guard;
-        QSettings settings(settingsFilePath(), QSettings::IniFormat);
-        settings.beginGroup(group);
-        settings.setValue(key, value);
-        settings.endGroup();
-        settings.sync();
+        if (guard.mayWrite()) {
+            QSettings settings(settingsFilePath(), QSettings::IniFormat);
+            settings.beginGroup(group);
+            settings.setValue(key, value);
+            settings.endGroup();
+            settings.sync();
+            valuesMayWait = settings.status() != QSettings::NoError;
+        }
     }
     if (!QFile::exists(settingsFilePath()))
         traceCritical() << qUtf8Printable(settingsFilePath()) << "file not exists!!!";

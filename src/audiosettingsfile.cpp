@@ -102,7 +102,7 @@ void removeTemporaryFilesOfLock(qint64 lockedAt)
 enum class LockFile {
     None,
     Held,
-    HeldTooLong, ///< by a process that hangs
+    Abandoned, ///< by a process that hangs, or it could not be removed
 };
 
 /// What stands in the way of a lock of one's own. A dead holder's lock file does not: it is removed, with the holder's temporary file.
@@ -111,18 +111,17 @@ LockFile checkLockFile(const QString &path)
     const Descriptor lock(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     if (lock.number < 0)
         return LockFile::None;
-    const bool isAbandoned = tryKernelLock(lock);
-    if (!isAbandoned && errno != EWOULDBLOCK)
+    const bool isDead = tryKernelLock(lock);
+    if (!isDead && errno != EWOULDBLOCK)
         return LockFile::None; // this file system has no kernel locks: QSettings must judge by itself
     struct stat64 status = {};
     if (::fstat64(lock.number, &status) != 0 || status.st_nlink == 0)
         return LockFile::Held; // its holder has removed it, and there may be another by now
     const qint64 lockedAt = modificationTime(status);
-    if (!isAbandoned)
-        return qAbs(QDateTime::currentMSecsSinceEpoch() - lockedAt) > staleTimeMs ? LockFile::HeldTooLong : LockFile::Held;
+    if (!isDead)
+        return qAbs(QDateTime::currentMSecsSinceEpoch() - lockedAt) > staleTimeMs ? LockFile::Abandoned : LockFile::Held;
     removeTemporaryFilesOfLock(lockedAt);
-    QFile::remove(path);
-    return LockFile::None;
+    return QFile::remove(path) ? LockFile::None : LockFile::Abandoned;
 }
 
 } // namespace
@@ -142,8 +141,7 @@ SettingsFileGuard::SettingsFileGuard()
     LockFile lockFile = checkLockFile(lockFilePath());
     for (; lockFile == LockFile::Held; lockFile = checkLockFile(lockFilePath()))
         QThread::msleep(retryIntervalMs);
-    if (lockFile == LockFile::HeldTooLong)
-        QFile::remove(lockFilePath()); // QSettings would wait for ever
+    isBlocked = lockFile == LockFile::Abandoned && !QFile::remove(lockFilePath());
     folder = directory.release();
     before = currentVersion();
 }
@@ -163,6 +161,11 @@ SettingsFileGuard::~SettingsFileGuard()
     }
     if (folder >= 0)
         ::close(folder); // ends the lock
+}
+
+bool SettingsFileGuard::mayWrite() const
+{
+    return !isBlocked;
 }
 
 void SettingsFileGuard::sweepLeftovers()

@@ -32,6 +32,9 @@ public:
     SettingsFileGuard();
     ~SettingsFileGuard();
 
+    /// False where a lock file lies in the way that cannot be removed, in a folder that is not ours: QSettings would wait for ever.
+    bool mayWrite() const;
+
     /// Removes what dead writers of this file left in its folder, nothing else. Does nothing, without waiting, while somebody writes.
     static void sweepLeftovers();
 
@@ -46,6 +49,7 @@ private:
     static Version currentVersion();
 
     int folder = -1;
+    bool isBlocked = false;
     Version before;
 };
 
