@@ -48,8 +48,8 @@ QByteArray flash::content(const QString &name)
 
 void flash::setContent(const QByteArray &content, const QString &name)
 {
-    static QDateTime last;
-    last = qMax(last.addMSecs(1), QDateTime::currentDateTime());
+    static QDateTime last = QDateTime::currentDateTime().addSecs(-3600);
+    last = last.addMSecs(1);
     QFile file(pathOf(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush()
         || !file.setFileTime(last, QFileDevice::FileModificationTime))

@@ -20,7 +20,8 @@ QStringList names();
 
 /// Of the settings file, or of another one in the folder. A missing file reads as empty.
 QByteArray content(const QString &name = QStringLiteral("audioData.db"));
-/// Writes it as somebody does who is not faster than the clock: two contents never have the same time stamp.
+/// Each content gets a time stamp of its own, about an hour ago: who compares stamps of what the library writes and what stands
+/// here never takes the one for the other, however fast a test is.
 void setContent(const QByteArray &content, const QString &name = QStringLiteral("audioData.db"));
 
 /// Lines of an INI file by "GROUP/KEY", the values as they stand there. A line that is neither a group nor KEY=VALUE comes under "?".

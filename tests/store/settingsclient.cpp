@@ -8,6 +8,13 @@
  *   count KEY N                      says "counting" and saves Volume/KEY = 1, 2, ... N
  *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
  *   save-named KEY TEXT              the same as if the file system had no unnamed files (O_TMPFILE)
+ *   steps STEP...                    in one process that keeps its store; a STEP is one of
+ *       GROUP/KEY=NUMBER             saves it
+ *       GROUP/KEY                    prints data() as text, or "default"
+ *       +NAME:BYTES                  makes a file beside the settings, as large as fits
+ *       -NAME                        removes it
+ *       clear                        prints what clear() returns
+ *       show                         prints the file as it is, its lines joined by blanks
  *   hold-lock MS                     says "held" and holds the lock file of QSettings for so long
  *   hold-folder MS                   says "held" and holds the folder's kernel lock for so long
  *   hang                             says "held", holds both, and never ends
@@ -15,6 +22,7 @@
 #include <qzaudio/audiodatabase.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
 #include <QtCore/QLockFile>
 #include <QtCore/QTextStream>
 #include <QtCore/QThread>
@@ -124,6 +132,36 @@ bool refuseUnnamedFiles()
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
+void takeStep(audio::AudioDataBase &store, const QString &step)
+{
+    const QString folder = QStringLiteral("/media/flash/nvm/");
+    const QString group = step.section(QLatin1Char('/'), 0, 0);
+    const QString key = step.section(QLatin1Char('/'), 1).section(QLatin1Char('='), 0, 0);
+    if (step == QLatin1String("clear")) {
+        output() << (store.clear() ? "true" : "false") << '\n';
+    } else if (step == QLatin1String("show")) {
+        QFile file(folder + QStringLiteral("audioData.db"));
+        output() << (file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().simplified()) : QStringLiteral("no file")) << '\n';
+    } else if (step.startsWith(QLatin1Char('+'))) {
+        QFile file(folder + step.mid(1).section(QLatin1Char(':'), 0, 0));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(QByteArray(step.section(QLatin1Char(':'), 1).toInt(), 'x'));
+    } else if (step.startsWith(QLatin1Char('-'))) {
+        QFile::remove(folder + step.mid(1));
+    } else if (step.contains(QLatin1Char('='))) {
+        store.save(group, key, step.section(QLatin1Char('='), 1).toInt());
+    } else {
+        output() << store.data(group, key, QStringLiteral("default")).toString() << '\n';
+    }
+}
+
+void takeSteps(const QStringList &steps)
+{
+    audio::AudioDataBase store;
+    for (const QString &step : steps)
+        takeStep(store, step);
+}
+
 /// Two who lie in the way. Both let go when the process ends.
 class Holder
 {
@@ -163,6 +201,8 @@ int main(int argc, char **argv)
         saveBetweenStops(words.at(2), words.at(3));
     else if (command == QLatin1String("save-named") && argc == 4 && refuseUnnamedFiles())
         saveBetweenStops(words.at(2), words.at(3));
+    else if (command == QLatin1String("steps") && argc > 2)
+        takeSteps(words.mid(2));
     else if (command == QLatin1String("hold-lock") && argc == 3 && holder.takeLock())
         holder.stay(words.at(2).toInt());
     else if (command == QLatin1String("hold-folder") && argc == 3 && holder.takeFolder())

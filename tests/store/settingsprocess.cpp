@@ -7,9 +7,9 @@ namespace
 
 constexpr int patienceMs = 100000;
 
-void startProcess(QProcess &process, const QStringList &arguments)
+void startProcess(QProcess &process, const QStringList &arguments, const QStringList &wrapper = {})
 {
-    QStringList words = settingsprocess::commandLine(arguments);
+    QStringList words = wrapper + settingsprocess::commandLine(arguments);
     const QString program = words.takeFirst();
     process.start(program, words);
 }
@@ -26,12 +26,12 @@ bool settingsprocess::isEmulated()
     return qstrlen(SETTINGS_CLIENT_EMULATOR) > 0;
 }
 
-settingsprocess::Outcome settingsprocess::run(const QStringList &arguments)
+settingsprocess::Outcome settingsprocess::run(const QStringList &arguments, const QStringList &wrapper)
 {
     QElapsedTimer timer;
     timer.start();
     QProcess process;
-    startProcess(process, arguments);
+    startProcess(process, arguments, wrapper);
     Outcome outcome;
     if (process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit)
         outcome.exitCode = process.exitCode();

@@ -22,7 +22,8 @@ struct Outcome
     qint64 milliseconds = 0;
 };
 
-Outcome run(const QStringList &arguments);
+/// @p wrapper is a command that the program is started by, for example in a mount namespace of its own.
+Outcome run(const QStringList &arguments, const QStringList &wrapper = {});
 
 /// Returns when the process has written its first line; killed with the returned object.
 std::unique_ptr<QProcess> start(const QStringList &arguments);

@@ -1,0 +1,162 @@
+#include "flash.h"
+#include "settingsprocess.h"
+#include "storetest.h"
+
+#include <qzaudio/audiodatabase.h>
+
+#include <QtTest/QtTest>
+
+using audio::AudioDataBase;
+
+namespace
+{
+
+QByteArray randomBytes(int count, quint32 seed)
+{
+    QRandomGenerator generator(seed);
+    QByteArray bytes(count, '\0');
+    for (char &byte : bytes)
+        byte = static_cast<char>(generator.bounded(256));
+    return bytes;
+}
+
+} // namespace
+
+/// A settings file that is no settings file, or only part of one.
+class BrokenFileTest : public StoreTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void truncatedAtEveryLength();
+    void emptyFile();
+    void randomContent_data();
+    void randomContent();
+    void randomLinesAmongGoodOnes_data();
+    void randomLinesAmongGoodOnes();
+    void folderInTheFilesPlace();
+};
+
+/// Every line that is there whole keeps its value, also through the next save.
+void BrokenFileTest::truncatedAtEveryLength()
+{
+    const QByteArray full = flash::fullSettings();
+    const flash::Entries all = flash::parse(full);
+    for (int length = 0; length <= full.size(); ++length) {
+        const QByteArray left = full.left(length);
+        flash::setContent(left);
+        const flash::Entries whole = flash::parse(left.left(left.lastIndexOf('\n') + 1));
+        const QByteArray place = "length " + QByteArray::number(length);
+
+        AudioDataBase store;
+        for (int type = 0; type < 6; ++type) {
+            const QByteArray number = QByteArray::number(type);
+            const bool isCut = left.endsWith('\n' + number + '=');
+            const int expected = whole.contains("Volume/" + number) || left.endsWith('\n' + number + '=' + QByteArray::number(type + 1)) ? type + 1
+                : isCut                                                                                                                  ? 0
+                : type == 5                                                                                                              ? 15
+                                                                                                                                         : 20;
+            QVERIFY2(store.getVolume(static_cast<ZelAudioType>(type)) == expected, place.constData());
+        }
+        QVERIFY2(store.eqType() == (whole.contains("EQ/Type") || left.endsWith("Type=4") ? 4 : left.endsWith("Type=") ? 0 : 6), place.constData());
+
+        store.setMicInputValue(33);
+        const flash::Entries after = flash::entries();
+        QVERIFY2(after.value("Volume/VolumeMic") == "33", place.constData());
+        for (auto entry = whole.begin(); entry != whole.end(); ++entry) {
+            if (entry.key() != "Volume/VolumeMic")
+                QVERIFY2(after.value(entry.key()) == entry.value(), QByteArray(place + ' ' + entry.key()).constData());
+        }
+        QVERIFY2(after.size() <= all.size() + 1, place.constData()); // at most the line that was cut, and nothing made up
+    }
+}
+
+void BrokenFileTest::emptyFile()
+{
+    flash::setContent("");
+    AudioDataBase store;
+    QCOMPARE(store.eqType(), 6);
+    QCOMPARE(store.getVolume(ZelAudioTypeHiCarCall), 15);
+    store.setEqType(1);
+    QCOMPARE(flash::entries(), (flash::Entries{{"EQ/Type", "1"}}));
+}
+
+void BrokenFileTest::randomContent_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    quint32 seed = 1;
+    for (int size : {1, 2, 3, 10, 100, 1000, 4096, 65536, 1048576}) {
+        for (int variant = 0; variant < 4; ++variant, ++seed)
+            QTest::addRow("%d random bytes, seed %u", size, seed) << randomBytes(size, seed);
+    }
+    QTest::newRow("zeros") << QByteArray(4096, '\0');
+    QTest::newRow("all ones") << QByteArray(4096, '\xff');
+    QTest::newRow("brackets") << QByteArray(4096, '[');
+    QTest::newRow("equals signs") << QByteArray(4096, '=');
+    QTest::newRow("backslashes") << QByteArray(4096, '\\');
+    QTest::newRow("an endless quotation") << QByteArray("[Volume]\n0=\"" + QByteArray(100000, 'a'));
+}
+
+/// It reads as no settings at all; a save makes a good file of it.
+void BrokenFileTest::randomContent()
+{
+    QFETCH(QByteArray, content);
+    flash::setContent(content);
+    {
+        AudioDataBase store;
+        QCOMPARE(store.eqType(), 6);
+        QCOMPARE(store.micInputValue(), 12);
+        QVERIFY(store.loudNess());
+        store.setEqType(3);
+        store.setVolume(ZelAudioTypeSpeech, 9, true);
+        QCOMPARE(store.eqType(), 3);
+    }
+    QCOMPARE(settingsprocess::storedValue(QStringLiteral("EQ"), QStringLiteral("Type")), QStringLiteral("QString 3"));
+    QCOMPARE(settingsprocess::storedValue(QStringLiteral("Volume"), QStringLiteral("4")), QStringLiteral("QString 9"));
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+void BrokenFileTest::randomLinesAmongGoodOnes_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    for (quint32 seed = 1; seed <= 20; ++seed)
+        QTest::addRow("seed %u", seed) << randomBytes(64, seed).replace('\n', '.').replace('\r', '.').replace('[', '.').replace('\\', '.').replace('"', '.');
+    QTest::newRow("no equals sign") << QByteArray("Loudness");
+    QTest::newRow("unfinished group") << QByteArray("[Volume");
+}
+
+void BrokenFileTest::randomLinesAmongGoodOnes()
+{
+    QFETCH(QByteArray, line);
+    const flash::Entries good = flash::parse(flash::fullSettings());
+    flash::setContent(flash::fullSettings().replace("[Volume]\n", '\n' + line + "\n[Volume]\n"));
+    AudioDataBase store;
+    store.setEqType(2);
+    const flash::Entries after = flash::entries();
+    for (auto entry = good.begin(); entry != good.end(); ++entry)
+        QCOMPARE(after.value(entry.key()), entry.key() == "EQ/Type" ? QByteArray("2") : entry.value());
+}
+
+void BrokenFileTest::folderInTheFilesPlace()
+{
+    QVERIFY(QDir(flash::folder()).mkpath(QStringLiteral("audioData.db/inner")));
+    flash::setContent("mine", QStringLiteral("audioData.db/inner/file"));
+    AudioDataBase store;
+    QCOMPARE(store.eqType(), 6);
+    log->take();
+    store.setEqType(3);
+    QCOMPARE(log->takeTexts(), QStringList()); // something of that name is there
+    QCOMPARE(store.eqType(), 3);
+    QVERIFY(!store.clear());
+    QCOMPARE(log->take().size(), 1);
+    QCOMPARE(flash::content(QStringLiteral("audioData.db/inner/file")), QByteArray("mine"));
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+
+    flash::clean();
+    store.setLoudNess(false);
+    QCOMPARE(flash::entries().value("Volume/Loudness"), QByteArray("false"));
+}
+
+QTEST_GUILESS_MAIN(BrokenFileTest)
+
+#include "tst_audiodatabase_brokenfile.moc"

@@ -1,0 +1,158 @@
+#include "flash.h"
+#include "settingsprocess.h"
+#include "storetest.h"
+
+#include <QtTest/QtTest>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+const QString notThere = QStringLiteral("/media/flash/nvm/audioData.db file not exists!!!");
+const QString notRemoved = QStringLiteral("clear /media/flash/nvm/audioData.db fail!!!");
+const QByteArray stored = "[Volume]\n0=1\n1=2\n\n[Mine]\nKey=kept\n";
+
+QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+/// The critical lines, without what stands before their values.
+QStringList criticalTexts(const QString &errors)
+{
+    QStringList texts;
+    const QStringList lines = errors.split(QLatin1Char('\n')).filter(QLatin1String("[ERR]"));
+    for (const QString &line : lines)
+        texts.append(line.section(QStringLiteral(" -- "), 1));
+    return texts;
+}
+
+} // namespace
+
+/// A flash partition that cannot be written to. Each time the store works on in memory, and what is stored stays as it is.
+class BrokenFlashTest : public StoreTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void unwritable_data();
+    void unwritable();
+    void full_data();
+    void full();
+};
+
+void BrokenFlashTest::unwritable_data()
+{
+    QTest::addColumn<QStringList>("wrapper"); // %1 is a folder with the settings file
+    QTest::addColumn<QByteArray>("content"); // of that file, empty for none
+    QTest::addColumn<int>("folderMode");
+    QTest::addColumn<int>("fileMode");
+    QTest::addColumn<bool>("hasDeadLock");
+    QTest::addColumn<QString>("output"); // of the steps below
+    QTest::addColumn<QStringList>("errors");
+    const QByteArray none;
+    const QStringList bare = words("bwrap --dev-bind / /");
+    const QStringList flashIn = words(WITH_FLASH " --dir %1");
+    const QStringList notRoot = flashIn + words("bwrap --unshare-user --uid 1000 --gid 1000 --dev-bind / /");
+    const QString asBefore = QString::fromUtf8(stored.simplified());
+    // What could not be written waits in memory, so the same process still reads it: 17.
+    QTest::newRow("folder missing: it is made") << bare + words("--tmpfs /media/flash") << none << 0755 << 0644 << false
+                                                << QStringLiteral("17 default [Volume] 0=17 true") << QStringList();
+    QTest::newRow("folder cannot be made") << bare + words("--tmpfs /media/flash --remount-ro /media/flash") << none << 0755 << 0644 << false
+                                           << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
+    QTest::newRow("read-only folder") << flashIn + words("--read-only") << stored << 0755 << 0644 << false
+                                      << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+    QTest::newRow("read-only folder without file") << flashIn + words("--read-only") << none << 0755 << 0644 << false
+                                                   << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
+    QTest::newRow("read-only folder with a dead lock") << flashIn + words("--read-only") << stored << 0755 << 0644 << true
+                                                       << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+    QTest::newRow("read-only file") << flashIn + bare + words("--ro-bind %1/audioData.db /media/flash/nvm/audioData.db") << stored << 0755 << 0644 << false
+                                    << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+    QTest::newRow("no permission for the file") << notRoot << stored << 0755 << 0444 << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" true")
+                                                << QStringList();
+    QTest::newRow("no permission for the folder") << notRoot << stored << 0555 << 0644 << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
+                                                  << QStringList{notRemoved};
+    QTest::newRow("no permission for the folder, with a dead lock")
+        << notRoot << stored << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+}
+
+void BrokenFlashTest::unwritable()
+{
+    QFETCH(QStringList, wrapper);
+    QFETCH(QByteArray, content);
+    QFETCH(int, folderMode);
+    QFETCH(int, fileMode);
+    QFETCH(bool, hasDeadLock);
+    QTemporaryDir folder;
+    const QByteArray folderPath = QFile::encodeName(folder.path());
+    const QString path = folder.filePath(QStringLiteral("audioData.db"));
+    if (!content.isEmpty()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        QCOMPARE(chmod(QFile::encodeName(path).constData(), static_cast<mode_t>(fileMode)), 0);
+    }
+    if (hasDeadLock) {
+        QFile lock(path + QStringLiteral(".lock"));
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+    }
+    QCOMPARE(chmod(folderPath.constData(), static_cast<mode_t>(folderMode)), 0);
+    wrapper.replaceInStrings(QStringLiteral("%1"), folder.path());
+
+    const settingsprocess::Outcome outcome = settingsprocess::run(words("steps Volume/0=17 Volume/0 Volume/1 show clear"), wrapper);
+    QCOMPARE(chmod(folderPath.constData(), 0755), 0);
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
+    QTEST(outcome.output.simplified(), "output");
+    QTEST(criticalTexts(outcome.errors), "errors");
+    QVERIFY(outcome.milliseconds < 10000);
+    const QStringList left = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden);
+    const bool isRemoved = content.isEmpty() || outcome.output.simplified().endsWith(QStringLiteral(" true"));
+    QStringList expected = isRemoved ? QStringList() : QStringList(QStringLiteral("audioData.db"));
+    if (hasDeadLock)
+        expected.append(QStringLiteral("audioData.db.lock"));
+    QCOMPARE(left, expected);
+}
+
+void BrokenFlashTest::full_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QStringList>("errors");
+    const QString before = QStringLiteral("Volume/0=1 Volume/1=2");
+    QTest::newRow("what is stored stays") << before << QStringLiteral("+filler:100000 Volume/0=17 show Volume/1") << QStringLiteral("[Volume] 0=1 1=2 2")
+                                          << QStringList();
+    QTest::newRow("no room for the first save") << QStringLiteral("show") << QStringLiteral("+filler:100000 Volume/0=17 show Volume/0 -filler Volume/1=2 show")
+                                                << QStringLiteral("no file default [Volume] 1=2") << QStringList{notThere};
+    QTest::newRow("room again: the next save writes both")
+        << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/2=3 show") << QStringLiteral("[Volume] 0=17 1=2 2=3") << QStringList();
+    QTest::newRow("room again: the next read writes it")
+        << before << QStringLiteral("+filler:100000 Volume/0=17 Volume/0 -filler Volume/1 show") << QStringLiteral("17 2 [Volume] 0=17 1=2") << QStringList();
+    QTest::newRow("written once") << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/1 Volume/0=5 Volume/1 show")
+                                  << QStringLiteral("2 2 [Volume] 0=5 1=2") << QStringList();
+}
+
+void BrokenFlashTest::full()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, steps);
+    // Before and after in one namespace, so in one shell; the file takes one memory page, a lock file and a temporary one each.
+    const QString program = settingsprocess::commandLine({}).join(QLatin1Char(' '));
+    QProcess shell;
+    shell.start(QStringLiteral(WITH_FLASH),
+                {QStringLiteral("--size"),
+                 QStringLiteral("12288"),
+                 QStringLiteral("sh"),
+                 QStringLiteral("-c"),
+                 QStringLiteral("%1 steps %2 >/dev/null 2>&1; %1 steps %3; cd /media/flash/nvm; rm -f filler; echo; ls -A").arg(program, before, steps)});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 0);
+    const QString output = QString::fromUtf8(shell.readAllStandardOutput());
+    QTEST(output.section(QStringLiteral("\n\n"), 0, 0).simplified(), "output");
+    QTEST(criticalTexts(QString::fromUtf8(shell.readAllStandardError())), "errors");
+    QCOMPARE(output.section(QStringLiteral("\n\n"), 1).simplified(), QStringLiteral("audioData.db"));
+}
+
+QTEST_GUILESS_MAIN(BrokenFlashTest)
+
+#include "tst_audiodatabase_brokenflash.moc"

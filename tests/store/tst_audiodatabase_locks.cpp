@@ -1,0 +1,236 @@
+#include "flash.h"
+#include "settingsprocess.h"
+#include "storetest.h"
+
+#include <qzaudio/audiodatabase.h>
+
+#include <QtTest/QtTest>
+
+using audio::AudioDataBase;
+
+namespace
+{
+
+constexpr int holdingMs = 1500;
+
+/// Far less than the 30 seconds that a lock file takes to become stale.
+constexpr int promptlyMs = 10000;
+
+const QString lockName = QStringLiteral("audioData.db.lock");
+
+QByteArray signedBy(qint64 process)
+{
+    return QByteArray::number(process) + "\nsettingsclient\n" + QSysInfo::machineHostName().toUtf8() + '\n' + QSysInfo::machineUniqueId() + '\n'
+        + QSysInfo::bootUniqueId() + '\n';
+}
+
+} // namespace
+
+/// Lock files and temporary files of others, dead and living.
+class LocksTest : public StoreTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lockOfDeadProcess_data();
+    void lockOfDeadProcess();
+    void lockOfKilledProcess();
+    void lockOfLivingProcess_data();
+    void lockOfLivingProcess();
+    void lockOfHangingProcess();
+    void sweep_data();
+    void sweep();
+    void sweepLeavesLinksAndFolders();
+    void noSweepWhileSomebodyWrites_data();
+    void noSweepWhileSomebodyWrites();
+    void temporaryFilesGoWithTheirLock();
+};
+
+void LocksTest::lockOfDeadProcess_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("not signed") << QByteArray();
+    QTest::newRow("signed") << signedBy(4000000); // beyond the largest process number in use
+    QTest::newRow("signed by a process that is another one by now") << signedBy(QCoreApplication::applicationPid());
+    QTest::newRow("signed in part") << QByteArray("12");
+    QTest::newRow("zeros") << QByteArray(100, '\0');
+}
+
+void LocksTest::lockOfDeadProcess()
+{
+    QFETCH(QByteArray, content);
+    AudioDataBase store;
+    flash::setContent(content, lockName);
+    flash::setContent(content, lockName + QStringLiteral(".rmlock"));
+    QElapsedTimer timer;
+    timer.start();
+    store.setEqType(3);
+    QVERIFY2(timer.elapsed() < promptlyMs, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(flash::entries(), (flash::Entries{{"EQ/Type", "3"}}));
+    const AudioDataBase later;
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+void LocksTest::lockOfKilledProcess()
+{
+    const auto holder = settingsprocess::start({QStringLiteral("hang")});
+    QVERIFY(flash::names().contains(lockName));
+    holder->kill();
+    QVERIFY(holder->waitForFinished());
+    QVERIFY(flash::names().contains(lockName));
+    AudioDataBase store;
+    QElapsedTimer timer;
+    timer.start();
+    store.setEqType(3);
+    QVERIFY2(timer.elapsed() < promptlyMs, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(flash::entries(), (flash::Entries{{"EQ/Type", "3"}}));
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+void LocksTest::lockOfLivingProcess_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("the lock file of QSettings") << QStringLiteral("hold-lock");
+    QTest::newRow("the folder") << QStringLiteral("hold-folder");
+}
+
+/// A save waits for it and a start does not.
+void LocksTest::lockOfLivingProcess()
+{
+    QFETCH(QString, command);
+    flash::setContent(flash::fullSettings());
+    const auto holder = settingsprocess::start({command, QString::number(holdingMs)});
+    AudioDataBase store;
+    QCOMPARE(store.eqType(), 4);
+    QCOMPARE(holder->state(), QProcess::Running);
+    QVERIFY(!holder->waitForFinished(0)); // still held: reading did not wait
+    QElapsedTimer timer;
+    timer.start();
+    store.setEqType(3);
+    QVERIFY(holder->waitForFinished(1000)); // let go before the save ended
+    QVERIFY2(timer.elapsed() < promptlyMs, qPrintable(QString::number(timer.elapsed())));
+    flash::Entries expected = flash::parse(flash::fullSettings());
+    expected.insert("EQ/Type", "3");
+    QCOMPARE(flash::entries(), expected);
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+/// A lock file that is 30 seconds old, made older here than it is, stops nobody any more, though its holder lives.
+void LocksTest::lockOfHangingProcess()
+{
+    flash::setContent(flash::fullSettings());
+    const auto holder = settingsprocess::start({QStringLiteral("hold-lock"), QStringLiteral("60000")});
+    QFile lock(flash::folder() + QLatin1Char('/') + lockName);
+    QVERIFY(lock.open(QIODevice::ReadWrite));
+    QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-31), QFileDevice::FileModificationTime));
+    AudioDataBase store;
+    QElapsedTimer timer;
+    timer.start();
+    store.setEqType(3);
+    QVERIFY2(timer.elapsed() < promptlyMs, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(flash::entries().value("EQ/Type"), QByteArray("3"));
+    QCOMPARE(holder->state(), QProcess::Running);
+    holder->kill();
+    holder->waitForFinished();
+}
+
+void LocksTest::sweep_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isSwept");
+    const auto row = [](const char *name, const char *content, bool isSwept) {
+        QTest::addRow("%s%s", name, *content ? "" : ", empty") << QString::fromLatin1(name) << QByteArray(content) << isSwept;
+    };
+    row("audioData.db.aBcDeF", "[Volume]\n0=1\n", true);
+    row("audioData.db.XyzzyQ", "[Vol", true);
+    row("audioData.db.qwertz", "", true);
+    row("audioData.db.lock", "", true);
+    row("audioData.db.lock.rmlock", "", true);
+    for (const char *kept : {"audioData.db.backup",
+                             "audioData.db.Backup",
+                             "audioData.db.BACKUP",
+                             "audioData.db.old",
+                             "audioData.db.bak2024",
+                             "audioData.db.aBcDe",
+                             "audioData.db.aBcDeFg",
+                             "audioData.db.aBcDe1",
+                             "audioData.db-aBcDeF",
+                             "audioDataXdb.aBcDeF",
+                             "other.db.aBcDeF",
+                             "audioData.db.aBcDeF.txt",
+                             "xaudioData.db.aBcDeF",
+                             ".audioData.db.aBcDeF",
+                             "aBcDeF",
+                             "lock",
+                             "other.db.lock"})
+        row(kept, "mine", false);
+}
+
+void LocksTest::sweep()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isSwept);
+    flash::setContent(flash::fullSettings());
+    flash::setContent(content, name);
+    const AudioDataBase store;
+    QCOMPARE(flash::names().contains(name), !isSwept);
+    if (!isSwept)
+        QCOMPARE(flash::content(name), content);
+    QCOMPARE(flash::content(), flash::fullSettings());
+}
+
+void LocksTest::sweepLeavesLinksAndFolders()
+{
+    QVERIFY(QDir(flash::folder()).mkpath(QStringLiteral("audioData.db.aBcDeF")));
+    QVERIFY(QFile::link(QStringLiteral("/etc/hostname"), flash::folder() + QStringLiteral("/audioData.db.fEdCbA")));
+    const QStringList before = flash::names();
+    QCOMPARE(before.size(), 2);
+    const AudioDataBase store;
+    QCOMPARE(flash::names(), before);
+}
+
+void LocksTest::noSweepWhileSomebodyWrites_data()
+{
+    lockOfLivingProcess_data();
+}
+
+void LocksTest::noSweepWhileSomebodyWrites()
+{
+    QFETCH(QString, command);
+    flash::setContent("[Volume]\n", QStringLiteral("audioData.db.aBcDeF"));
+    const auto holder = settingsprocess::start({command, QString::number(60000)});
+    const QStringList before = flash::names();
+    const AudioDataBase store;
+    QCOMPARE(flash::names(), before);
+    holder->kill();
+    QVERIFY(holder->waitForFinished());
+    const AudioDataBase later;
+    QCOMPARE(flash::names(), QStringList());
+}
+
+/// By its time a file is told from somebody's own copy that was made earlier or later.
+void LocksTest::temporaryFilesGoWithTheirLock()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto make = [](const char *name, const QDateTime &time) {
+        flash::setContent("[Volume]\n", QString::fromLatin1(name));
+        QFile file(flash::folder() + QLatin1Char('/') + QString::fromLatin1(name));
+        return file.open(QIODevice::ReadWrite) && file.setFileTime(time, QFileDevice::FileModificationTime);
+    };
+    QVERIFY(make("audioData.db.before", now.addMSecs(-1001)));
+    QVERIFY(make("audioData.db.during", now.addMSecs(-990)));
+    QVERIFY(make("audioData.db.latest", now.addSecs(60)));
+    QVERIFY(make("audioData.db.lock", now.addMSecs(-1000)));
+    AudioDataBase store; // sweeps already
+    QCOMPARE(flash::names(), (QStringList{QStringLiteral("audioData.db.before"), QStringLiteral("audioData.db.latest")}));
+    QVERIFY(make("audioData.db.during", now.addMSecs(-990)));
+    QVERIFY(make("audioData.db.lock", now.addMSecs(-1000)));
+    store.setEqType(3); // so does a save
+    QCOMPARE(flash::names(), (QStringList{QStringLiteral("audioData.db"), QStringLiteral("audioData.db.before"), QStringLiteral("audioData.db.latest")}));
+}
+
+QTEST_GUILESS_MAIN(LocksTest)
+
+#include "tst_audiodatabase_locks.moc"
