@@ -3,14 +3,15 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME qzaudio)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "qzaudio developers <qzaudio@localhost>")
+set(CPACK_PACKAGE_CONTACT "qzaudio developers <qzaudio@head-unit.invalid>") # there is no such mailbox
+# Each package has a summary of its own, which this one would be put in front of.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 if(CMAKE_CROSSCOMPILING)
     set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE armhf)
@@ -25,12 +26,15 @@ if(QZAUDIO_WITH_QML)
 endif()
 
 # The dependencies are written out: dpkg-shlibdeps cannot read the libraries of another processor.
-set(runtime "libc6 (>= 2.34), libgcc-s1 (>= 3.5), libstdc++6 (>= 12)")
-set(qt "libqt5core5a (>= 5.15.1), libqt5dbus5 (>= 5.14)")
 set(same "(= ${PROJECT_VERSION})")
-set(simulated)
+set(runtime "libc6 (>= 2.34), libgcc-s1 (>= 3.5), libstdc++6 (>= 12)")
+set(core "libqt5core5a (>= 5.15.1)")
+set(bus "libqt5dbus5 (>= 5.14.1)")
+set(qml "libqt5qml5 (>= 5.15)")
+set(library "libqzaudio${PROJECT_VERSION_MAJOR} ${same}")
+set(simulator)
 if(QZAUDIO_ON_SIMULATOR)
-    set(simulated ", libqzaudio-simulator1 ${same}")
+    set(simulator ", libqzaudio-simulator${PROJECT_VERSION_MAJOR} ${same}")
 endif()
 
 # qzaudio_package(COMPONENT NAME SECTION SUMMARY DESCRIPTION DEPENDS)
@@ -46,34 +50,63 @@ function(qzaudio_package component name section summary description depends)
     install(FILES packaging/copyright ${PROJECT_BINARY_DIR}/changelog.gz
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name}
         COMPONENT ${component}
+        EXCLUDE_FROM_ALL # in packages only
     )
 endfunction()
 
-qzaudio_package(library libqzaudio1 libs
+# qzaudio_shared_library(COMPONENT SONAME_WITHOUT_VERSION): what the dynamic linker and other packages must be told of a library.
+# CPack could do it, but by scripts that Debian has replaced by a trigger, and with a dependency on this very version.
+function(qzaudio_shared_library component name)
+    string(TOUPPER ${component} upper)
+    set(control ${PROJECT_BINARY_DIR}/control/${component})
+    file(WRITE ${control}/triggers "activate-noawait ldconfig\n")
+    file(WRITE ${control}/shlibs
+        "${name} ${PROJECT_VERSION_MAJOR} ${CPACK_DEBIAN_${upper}_PACKAGE_NAME} (>= ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})\n"
+    )
+    set(CPACK_DEBIAN_${upper}_PACKAGE_CONTROL_EXTRA "${control}/triggers;${control}/shlibs" PARENT_SCOPE)
+endfunction()
+
+qzaudio_package(library libqzaudio${PROJECT_VERSION_MAJOR} libs
     "audio library of a car's head unit"
-    "Volumes, ducking, mute, routing, equalizer, microphone settings and audio focus for the applications of a head unit."
-    "${runtime}, ${qt}${simulated}"
+    "Volumes, ducking, mute, routing, equalizer, microphone settings and audio
+focus for the applications of a head unit."
+    "${runtime}, ${core}, ${bus}${simulator}"
 )
+qzaudio_shared_library(library libqzaudio)
 qzaudio_package(development libqzaudio-dev libdevel
     "audio library of a car's head unit - development files"
-    "Headers, CMake package and pkg-config description of libqzaudio.so.1."
-    "libqzaudio1 ${same}, qtbase5-dev"
+    "Headers, CMake package, pkg-config description and bus interface of
+libqzaudio.so.${PROJECT_VERSION_MAJOR}."
+    "${library}, qtbase5-dev (>= 5.15)"
 )
-qzaudio_package(simulator libqzaudio-simulator1 libs
+install(FILES packaging/libqzaudio-dev.lintian-overrides
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+    RENAME libqzaudio-dev
+    COMPONENT development
+    EXCLUDE_FROM_ALL
+)
+qzaudio_package(simulator libqzaudio-simulator${PROJECT_VERSION_MAJOR} libs
     "audio library of a car's head unit - simulated platform"
-    "Stands in for the platform's audio-setting library on a desk. Nothing reaches any hardware."
-    "${runtime}, libqt5core5a (>= 5.15.1)"
+    "Stands in for the platform's audio-setting library on a desk. Nothing
+reaches any hardware."
+    "${runtime}, ${core}"
 )
+if(QZAUDIO_ON_SIMULATOR)
+    qzaudio_shared_library(simulator libqzaudio_simulator)
+endif()
 qzaudio_package(qml qml-module-qzaudio libs
     "audio library of a car's head unit - QML modules"
     "The modules QzAudio and QzAudio.Simulator."
-    "${runtime}, ${qt}, libqt5qml5 (>= 5.15), libqzaudio1 ${same}${simulated}"
+    "${runtime}, ${core}, ${bus}, ${qml}, ${library}${simulator}"
 )
 qzaudio_package(tools qzaudio-tools sound
     "audio library of a car's head unit - desk bench and focus daemon"
-    "qzaudio-bench plays scenarios on the simulated platform; qzaudio-focusd serves audio focus on the bus."
-    "${runtime}, ${qt}, libqt5qml5 (>= 5.15), libqzaudio1 ${same}${simulated}"
+    "qzaudio-bench plays scenarios on the simulated platform; qzaudio-focusd serves
+audio focus on the bus."
+    "${runtime}, ${core}, ${bus}, ${qml}, ${library}${simulator}"
 )
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
+
 # A release's changelog, in the packaging's own form, without the time of the build in it.
 execute_process(
     COMMAND ${GZIP} -9 -n -c ${PROJECT_SOURCE_DIR}/packaging/changelog
