@@ -16,7 +16,8 @@ int allocationCount()
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-#include <sanitizer/allocator_interface.h>
+// The compiler brings the function, but no header that declares it.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void *, std::size_t), void (*freed)(const volatile void *));
 
 namespace
 {
@@ -30,7 +31,7 @@ void blockFreed(const volatile void *)
 {
 }
 
-const int hooks = __sanitizer_install_malloc_and_free_hooks(blockAllocated, blockFreed);
+[[maybe_unused]] const int hooks = __sanitizer_install_malloc_and_free_hooks(blockAllocated, blockFreed);
 
 } // namespace
 
