@@ -49,6 +49,11 @@ install(FILES ${PROJECT_BINARY_DIR}/qzaudio.pc
     COMPONENT development
 )
 
+install(FILES dbus/tavi.AudioService.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces
+    COMPONENT development
+)
+
 if(QZAUDIO_ON_SIMULATOR)
     install(TARGETS qzaudio_simulator
         LIBRARY
