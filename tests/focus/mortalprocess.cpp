@@ -1,0 +1,55 @@
+#include "mortalprocess.h"
+
+#include <QtTest/QtTest>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace
+{
+
+/// Generous: a sanitizer, or the emulator of another processor, may be at work.
+constexpr int longestWait = 20000; // ms
+
+} // namespace
+
+MortalProcess::MortalProcess(QObject *parent)
+    : QProcess(parent)
+{
+    setProcessChannelMode(ForwardedErrorChannel);
+}
+
+MortalProcess::~MortalProcess()
+{
+    kill();
+    waitForFinished(longestWait);
+}
+
+QString MortalProcess::startAndReadLine(const QString &program, const QStringList &arguments)
+{
+    // How programs of this build are started: with the emulator when they are for another processor.
+    QStringList command = QString::fromLatin1(QZAUDIO_LAUNCHER).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    command += program;
+    command += arguments;
+    start(command.takeFirst(), command);
+    return readNextLine();
+}
+
+QString MortalProcess::readNextLine()
+{
+    // Nothing is said without a reason: canReadLine() is true again with each line that is left.
+    if (!QTest::qWaitFor([this] { return canReadLine() || state() == NotRunning; }, longestWait) || !canReadLine())
+        return QString();
+    return QString::fromLocal8Bit(readLine()).trimmed();
+}
+
+bool MortalProcess::stop()
+{
+    terminate();
+    return QTest::qWaitFor([this] { return state() == NotRunning; }, longestWait);
+}
+
+void MortalProcess::setupChildProcess()
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+}

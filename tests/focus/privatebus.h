@@ -1,0 +1,34 @@
+#pragma once
+
+#include "mortalprocess.h"
+
+#include <QtCore/QString>
+#include <QtCore/QTemporaryDir>
+#include <QtDBus/QDBusConnection>
+
+/**
+ * A dbus-daemon of the test's own, with its own address and its own rules, which dies with the test.
+ */
+class PrivateBus
+{
+public:
+    /// @param activationFile the text of a ".service" file for the bus to start a service with, or empty
+    explicit PrivateBus(const QString &activationFile = QString());
+    ~PrivateBus();
+
+    /// Empty when the daemon did not start in time.
+    QString address() const { return m_address; }
+    /// A new connection, with a unique name of its own; closed with the bus or by disconnect().
+    QDBusConnection connect();
+    void disconnect(const QDBusConnection &connection);
+    /// Ends the daemon.
+    bool stop() { return m_daemon.stop(); }
+
+private:
+    Q_DISABLE_COPY(PrivateBus)
+
+    QTemporaryDir m_folder;
+    MortalProcess m_daemon;
+    QString m_address;
+    QStringList m_connections;
+};
