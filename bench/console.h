@@ -36,7 +36,7 @@ void error(const QString &text);
  * @param indent columns of blanks before the first line
  * @param hanging columns of blanks before the further ones
  */
-QString wrapped(const QString &text, int indent, int hanging);
+QString wrapped(const QString &given, int indent, int hanging);
 
 /// Columns that output keeps to.
 constexpr int width = 100;

@@ -115,6 +115,10 @@ int FocusCommand::run(const QCommandLineParser &parsed)
     if (words.size() != (needsClient ? 2 : 1)) {
         return complain(needsClient ? QStringLiteral("%1 takes one client").arg(action) : QStringLiteral("%1 takes no client").arg(action));
     }
+    const int buses = int(parsed.isSet(QStringLiteral("session"))) + int(parsed.isSet(QStringLiteral("system"))) + int(parsed.isSet(QStringLiteral("address")));
+    if (buses > 1) {
+        return complain(QStringLiteral("--session, --system and --address do not go together"));
+    }
     const std::optional<int> hint = parsed.isSet(QStringLiteral("hint")) ? hintOf(parsed.value(QStringLiteral("hint"))) : AUDIOFOCUS_GAIN;
     if (!hint) {
         return complain(QStringLiteral("--hint is gain, transient, may-duck, exclusive or a number"));

@@ -133,7 +133,7 @@
         const changeNames = {"-3": "LossTransientCanDuck", "-2": "LossTransient", "-1": "Loss", "1": "Gain"};
         client.focusChanged.connect(change => {
             changes.push(change);
-            host.event(client.clientId + " is told " + (changeNames[change] || change));
+            host.note(client.clientId + " is told " + (changeNames[change] || change));
             if (properties && properties.onFocusChanged)
                 properties.onFocusChanged(change);
         });

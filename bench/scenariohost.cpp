@@ -40,9 +40,9 @@ void ScenarioHost::endRequest(const QString &requestResult)
     timeline.endRequest(requestResult);
 }
 
-void ScenarioHost::event(const QString &text)
+void ScenarioHost::note(const QString &text)
 {
-    timeline.event(text);
+    timeline.note(text);
 }
 
 void ScenarioHost::check(bool passed, int line, const QString &cause)

@@ -26,7 +26,7 @@ public:
     Q_INVOKABLE void say(const QString &text);
     Q_INVOKABLE void beginRequest(const QString &request);
     Q_INVOKABLE void endRequest(const QString &requestResult);
-    Q_INVOKABLE void event(const QString &text);
+    Q_INVOKABLE void note(const QString &text);
     /// @param line of the scenario, from 1; 0 when unknown
     Q_INVOKABLE void check(bool passed, int line, const QString &cause);
 

@@ -72,7 +72,7 @@ void Timeline::endRequest(const QString &result)
     }
 }
 
-void Timeline::event(const QString &text)
+void Timeline::note(const QString &text)
 {
     addEntry(Style::Plain, text, QString(requestColumn, QLatin1Char(' ')));
 }

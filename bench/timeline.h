@@ -36,7 +36,7 @@ public:
     /// @param result empty where the request has none
     void endRequest(const QString &result);
     /// What the script was told, outside any request of its own.
-    void event(const QString &text);
+    void note(const QString &text);
     void check(bool passed, const QString &text, const QString &cause);
     /// A log line of the library.
     void log(const QString &line);

@@ -29,7 +29,7 @@ void TimelineLog::handle(QtMsgType type, const QMessageLogContext &context, cons
         current->timeline.log(message);
         return;
     } else if (category == QLatin1String("js") || category == QLatin1String("qml")) {
-        current->timeline.event(QStringLiteral("console: ") + message);
+        current->timeline.note(QStringLiteral("console: ") + message);
         return;
     }
     current->previous(type, context, message);

@@ -404,8 +404,8 @@ int QmlAudioPolicy::setMicGainCalibration()
 QVariantMap QmlAudioPolicy::getMicCalibrationGain()
 {
     int first = 0;
-    const double second = double(manager().getMicCalibrationGain(&first));
-    return {{QStringLiteral("first"), first}, {QStringLiteral("second"), second}};
+    const float second = manager().getMicCalibrationGain(&first);
+    return {{QStringLiteral("first"), first}, {QStringLiteral("second"), ScriptValues::decimal(second)}};
 }
 
 int QmlAudioPolicy::setHandsfreeDelay(const QJSValue &delay)

@@ -75,6 +75,7 @@ void BenchCommandLineTest::mistakes_data()
     row("focus request", "request takes one client");
     row("focus current me", "current takes no client");
     row("focus request me --hint loud", "--hint is gain, transient, may-duck, exclusive or a number");
+    row("focus current --system --session", "--session, --system and --address do not go together");
     row("focus request me --stream x", "--stream is a number");
 }
 
