@@ -99,7 +99,7 @@ void AudioControlInputsTest::setInputDestination_data()
     };
     const QString done = info("Set audio stream input source success.");
     const Act act = feed("uplink", "BT_MIC_Record");
-    const auto call = [](int result) { return QStringLiteral("Source.setInputDestination(\"uplink\", \"BT_MIC_Record\") -> %1").arg(result); };
+    const auto call = [](int result) { return QStringLiteral(R"(Source.setInputDestination("uplink", "BT_MIC_Record") -> %1)").arg(result); };
     addRow("a destination, with a Volume that is only made and destroyed",
            {},
            act,
@@ -134,7 +134,7 @@ void AudioControlInputsTest::setInputDestination_data()
            {},
            feed(nullptr, nullptr),
            {},
-           {created("Source"), created("Volume"), "Source.setInputDestination(\"\", \"\") -> 101"_s, destroyed("Volume"), destroyed("Source")},
+           {created("Source"), created("Volume"), R"(Source.setInputDestination("", "") -> 101)"_s, destroyed("Volume"), destroyed("Source")},
            {info("set audio stream input source  "),
             trace(inputByName, " tag"),
             trace(inputByName, " dest"),
@@ -149,7 +149,7 @@ void AudioControlInputsTest::setInputDestinationByTag_data()
         return QStringList{
             created("Source"),
             created("Volume"),
-            QStringLiteral("Source.setInputDestination(\"%1\", \"%2\") -> %3").arg(QLatin1String(track), QLatin1String(destination)).arg(result),
+            QStringLiteral(R"(Source.setInputDestination("%1", "%2") -> %3)").arg(QLatin1String(track), QLatin1String(destination)).arg(result),
             destroyed("Volume"),
             destroyed("Source"),
         };

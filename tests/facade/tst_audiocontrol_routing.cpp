@@ -111,40 +111,40 @@ void AudioControlRoutingTest::setOutputSource_data()
            {},
            route("main", "S+FilePlayer"),
            {},
-           fresh("Source", {"Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 0"_s}),
+           fresh("Source", {R"(Source.setOutputSource("main", "S+FilePlayer") -> 0)"_s}),
            begin("main", "S+FilePlayer") << done);
     addRow("a source on the rear seats' track: the text still speaks of the front seat",
            {},
            route("second", "S+IPod"),
            {},
-           fresh("Source", {"Source.setOutputSource(\"second\", \"S+IPod\") -> 0"_s}),
+           fresh("Source", {R"(Source.setOutputSource("second", "S+IPod") -> 0)"_s}),
            begin("second", "S+IPod") << done);
     addRow("refused",
            {refused("Source.setOutputSource", 7)},
            route("main", "S+FilePlayer"),
            {},
-           fresh("Source", {"Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 7"_s}),
+           fresh("Source", {R"(Source.setOutputSource("main", "S+FilePlayer") -> 7)"_s}),
            begin("main", "S+FilePlayer") + failed(7));
     addRow("names are not translated: the chip does not know the track",
            {},
            route("tail", "S+FilePlayer_APP"),
            {},
-           fresh("Source", {"Source.setOutputSource(\"tail\", \"S+FilePlayer_APP\") -> 101"_s}),
+           fresh("Source", {R"(Source.setOutputSource("tail", "S+FilePlayer_APP") -> 101)"_s}),
            begin("tail", "S+FilePlayer_APP") + failed(101));
     addRow("no Source can be made", {noneMade("Source")}, route("main", "S+IPod"), {}, {notCreated("Source")}, begin("main", "S+IPod") + failed(-1));
     addRow("null names reach the platform as empty ones",
            {},
            route(nullptr, nullptr),
            {},
-           fresh("Source", {"Source.setOutputSource(\"\", \"\") -> 101"_s}),
+           fresh("Source", {R"(Source.setOutputSource("", "") -> 101)"_s}),
            begin("", "") + failed(101));
     addRow("a null source reaches the platform as an empty one",
            {},
            route("main", nullptr),
            {},
-           fresh("Source", {"Source.setOutputSource(\"main\", \"\") -> 102"_s}),
+           fresh("Source", {R"(Source.setOutputSource("main", "") -> 102)"_s}),
            begin("main", "") + failed(102));
-    addRow("empty names are the same", {}, route("", ""), {}, fresh("Source", {"Source.setOutputSource(\"\", \"\") -> 101"_s}), begin("", "") + failed(101));
+    addRow("empty names are the same", {}, route("", ""), {}, fresh("Source", {R"(Source.setOutputSource("", "") -> 101)"_s}), begin("", "") + failed(101));
 }
 
 void AudioControlRoutingTest::setOutputSourceByTag_data()
@@ -163,7 +163,7 @@ void AudioControlRoutingTest::setOutputSourceByTag_data()
                {},
                routeTag(row.tag, "S+IPod_APP"),
                {},
-               fresh("Source", {QStringLiteral("Source.setOutputSource(\"%1\", \"S+IPod\") -> 0").arg(QLatin1String(row.track))}),
+               fresh("Source", {QStringLiteral(R"(Source.setOutputSource("%1", "S+IPod") -> 0)").arg(QLatin1String(row.track))}),
                translation(outputByTag, row.tag, row.track, "S+IPod_APP", "S+IPod", "src") + forwarded(row.track, "S+IPod") << done);
     }
     for (const NoTag &row : noTags) {
@@ -175,7 +175,7 @@ void AudioControlRoutingTest::setOutputSourceByTag_data()
                translation(outputByTag, row.tag, "", "S+IPod_APP", "S+IPod", "src") << error("get spTag string error."));
     }
     const QStringList failed = {error("Set Front seat audio stream error 102"), trace(outputByName, "setoutput failed")};
-    const QStringList emptySource = fresh("Source", {"Source.setOutputSource(\"main\", \"\") -> 102"_s});
+    const QStringList emptySource = fresh("Source", {R"(Source.setOutputSource("main", "") -> 102)"_s});
     addRow("an unknown source is passed on as an empty name",
            {},
            routeTag(0, "S+Gramophone_APP"),
@@ -198,7 +198,7 @@ void AudioControlRoutingTest::setOutputSourceByTag_data()
            {refused("Source.setOutputSource", 7)},
            routeTag(0, "S+IPod_APP"),
            {},
-           fresh("Source", {"Source.setOutputSource(\"main\", \"S+IPod\") -> 7"_s}),
+           fresh("Source", {R"(Source.setOutputSource("main", "S+IPod") -> 7)"_s}),
            translation(outputByTag, 0, "main", "S+IPod_APP", "S+IPod", "src") + forwarded("main", "S+IPod")
                << error("Set Front seat audio stream error 7") << trace(outputByName, "setoutput failed"));
     addRow("no Source can be made",
@@ -221,7 +221,7 @@ void AudioControlRoutingTest::setOutputFrontSource_data()
         return QStringList{
             created("Source"),
             created("Mixer"),
-            QStringLiteral("Source.setOutputSource(\"main\", \"S+IPod\") -> %1").arg(sourceResult),
+            QStringLiteral(R"(Source.setOutputSource("main", "S+IPod") -> %1)").arg(sourceResult),
             QStringLiteral("Source.setOutputChannelMask(%1) -> %2").arg(mask).arg(maskResult),
             QStringLiteral("Mixer.setFrontRearMode(%1) -> %2").arg(mode).arg(modeResult),
             destroyed("Mixer"),
@@ -250,7 +250,7 @@ void AudioControlRoutingTest::setOutputFrontSource_data()
     const QStringList withoutMixer = {
         created("Source"),
         notCreated("Mixer"),
-        "Source.setOutputSource(\"main\", \"S+IPod\") -> 0"_s,
+        R"(Source.setOutputSource("main", "S+IPod") -> 0)"_s,
         destroyed("Source"),
     };
     addRow("no Mixer can be made: no mask is sent", {noneMade("Mixer")}, frontOnly, {}, withoutMixer, {begin, failed("0 0 -1")});
@@ -259,7 +259,7 @@ void AudioControlRoutingTest::setOutputFrontSource_data()
            {noneMade("Mixer"), refused(source, 7)},
            frontOnly,
            {},
-           {created("Source"), notCreated("Mixer"), "Source.setOutputSource(\"main\", \"S+IPod\") -> 7"_s, destroyed("Source")},
+           {created("Source"), notCreated("Mixer"), R"(Source.setOutputSource("main", "S+IPod") -> 7)"_s, destroyed("Source")},
            {begin, failed("7 0 -1")});
     addRow("no Source can be made: the Mixer is destroyed all the same",
            {noneMade("Source")},
@@ -279,7 +279,7 @@ void AudioControlRoutingTest::setOutputFrontSource_data()
            {},
            {created("Source"),
             created("Mixer"),
-            "Source.setOutputSource(\"\", \"\") -> 101"_s,
+            R"(Source.setOutputSource("", "") -> 101)"_s,
             "Source.setOutputChannelMask(3) -> 0"_s,
             "Mixer.setFrontRearMode(0) -> 0"_s,
             destroyed("Mixer"),
@@ -294,7 +294,7 @@ void AudioControlRoutingTest::setOutputFrontSourceByTag_data()
         return QStringList{
             created("Source"),
             created("Mixer"),
-            QStringLiteral("Source.setOutputSource(\"%1\", \"%2\") -> %3").arg(QLatin1String(track), QLatin1String(source)).arg(result),
+            QStringLiteral(R"(Source.setOutputSource("%1", "%2") -> %3)").arg(QLatin1String(track), QLatin1String(source)).arg(result),
             "Source.setOutputChannelMask(3) -> 0"_s,
             "Mixer.setFrontRearMode(0) -> 0"_s,
             destroyed("Mixer"),
@@ -331,7 +331,7 @@ void AudioControlRoutingTest::setOutputFrontSourceByTag_data()
            {},
            {created("Source"),
             created("Mixer"),
-            "Source.setOutputSource(\"main\", \"S+IPod\") -> 0"_s,
+            R"(Source.setOutputSource("main", "S+IPod") -> 0)"_s,
             "Source.setOutputChannelMask(15) -> 0"_s,
             "Mixer.setFrontRearMode(1) -> 0"_s,
             destroyed("Mixer"),
