@@ -37,6 +37,8 @@ PrivateBus::PrivateBus(const QString &activationFile)
         return;
     if (!activationFile.isEmpty() && !write(m_folder.filePath(QStringLiteral("test.service")), activationFile))
         return;
+    m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
+    m_daemon.setStandardErrorFile(QProcess::nullDevice()); // complains about limits that it may not raise
     m_daemon.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--config-file=") + configurationFile, QStringLiteral("--nofork"), QStringLiteral("--print-address")});
     m_address = m_daemon.readNextLine();
