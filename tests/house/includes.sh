@@ -28,11 +28,9 @@ forbid()
     for include in $list; do
         checked=$((checked + 1))
         target=${include#*:}
-        case $target in
-        Qt*) continue ;;
-        *.h) [ ! -e "$folder/$target" ] && [ ! -e "include/$target" ] && [ ! -e "platform/$target" ] || continue ;;
-        *) continue ;;
-        esac
+        if [ -e "$folder/$target" ] || [ -e "include/$target" ] || [ -e "platform/$target" ]; then
+            continue
+        fi
         for header in $forbidden; do
             [ "${header##*/}" != "${target##*/}" ] && continue
             echo "${include%%:*} includes $header"
