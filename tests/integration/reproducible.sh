@@ -10,7 +10,7 @@ shift 4
 rm -rf "$work"
 for copy in first second-and-longer; do
     mkdir -p "$work/$copy/source"
-    for part in CMakeLists.txt cmake include platform src simulator; do
+    for part in CMakeLists.txt cmake dbus include packaging platform src simulator; do
         cp -r "$project/$part" "$work/$copy/source/"
     done
     CCACHE_DISABLE=1 "$cmake" -G Ninja -S "$work/$copy/source" -B "$work/$copy/build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \

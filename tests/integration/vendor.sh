@@ -19,10 +19,7 @@ mkdir -p "$work"
 "$cmake" -G Ninja -S "$project" -B "$work/build" -DQZAUDIO_PLATFORM=vendor "-DQZAUDIO_PLATFORM_SDK=$work/sdk" "$@"
 "$cmake" --build "$work/build"
 "$cmake" --install "$work/build" --prefix "$work/prefix"
-if find "$work/prefix" -iname '*simulator*' | grep .; then
-    echo "these belong to the simulated platform and were installed all the same"
-    exit 1
-fi
+"$project/tests/integration/installed.sh" "$project" "$work/prefix" "$libdir" "$project/tests/integration/installed.txt"
 
 "$cmake" -G Ninja -S "$project/tests/vendor/smoke" -B "$work/smoke" "-DCMAKE_PREFIX_PATH=$work/prefix" "-DSDK=$work/sdk" "$@"
 "$cmake" --build "$work/smoke"

@@ -1,0 +1,18 @@
+#!/bin/sh
+# An installed tree holds what it should and nothing else.
+#
+# Usage: installed.sh PROJECT PREFIX LIBDIR LIST...    each LIST names files below the prefix
+set -eu
+
+project=$1 prefix=$2 libdir=$3
+shift 3
+
+# The file with a build type's settings is named after it.
+(cd "$prefix" && find . ! -type d) | sed -e 's;^\./;;' -e 's;/QzAudioTargets-[a-z]*\.cmake$;/QzAudioTargets-CONFIGURATION.cmake;' | sort >"$prefix.is"
+{
+    sed -e "s;^LIBDIR/;$libdir/;" "$@"
+    case "$*" in
+    *simulator*) (cd "$project/bench" && find scenarios -name '*.js' | sed 's;^;share/qzaudio/;') ;;
+    esac
+} | sort >"$prefix.should"
+diff -u "$prefix.should" "$prefix.is"

@@ -1,0 +1,31 @@
+#!/bin/sh
+# The manual pages tell every option that the programs' help tells, and no other.
+#
+# Usage: manuals.sh PROJECT BIN
+# shellcheck disable=SC2086 # an emulator's command is several words
+set -eu
+
+project=$1 bin=$2
+
+# options_in: the long options in the text of the standard input
+options_in()
+{
+    grep -oE -e '--[a-z][a-z-]*' | sort -u
+}
+
+# compare PROGRAM HELP
+compare()
+{
+    # Roff writes a minus sign as \-.
+    page=$(sed 's/\\-/-/g' "$project/packaging/$1.1" | options_in)
+    help=$(printf '%s\n' "$2" | options_in)
+    [ "$help" ] || { echo "$1 tells no option" && exit 1; }
+    [ "$page" = "$help" ] || {
+        printf '%s: its manual page has the options\n%s\nand its help has\n%s\n' "$1" "$page" "$help"
+        exit 1
+    }
+}
+
+help_of_bench=$(for command in '' play settings focus; do ${EMULATOR:-} "$bin/qzaudio-bench" $command --help; done)
+compare qzaudio-bench "$help_of_bench"
+compare qzaudio-focusd "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
