@@ -30,7 +30,11 @@ install(DIRECTORY include/qzaudio
 )
 
 # A client's linker must find the platform's library, which the client itself does not name.
-target_link_options(qzaudio INTERFACE $<INSTALL_INTERFACE:-Wl,-rpath-link,$<INSTALL_PREFIX>/${CMAKE_INSTALL_LIBDIR}>)
+target_link_options(qzaudio
+    INTERFACE
+        $<BUILD_INTERFACE:-Wl,-rpath-link,${CMAKE_LIBRARY_OUTPUT_DIRECTORY}>
+        $<INSTALL_INTERFACE:-Wl,-rpath-link,$<INSTALL_PREFIX>/${CMAKE_INSTALL_LIBDIR}>
+)
 
 install(EXPORT QzAudioTargets
     NAMESPACE QzAudio::

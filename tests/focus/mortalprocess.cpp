@@ -28,7 +28,7 @@ MortalProcess::~MortalProcess()
 QString MortalProcess::startAndReadLine(const QString &program, const QStringList &arguments)
 {
     // How programs of this build are started: with the emulator when they are for another processor.
-    QStringList command = QString::fromLatin1(QZAUDIO_LAUNCHER).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    QStringList command = QString::fromLatin1(QZAUDIO_LAUNCHER).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     command += program;
     command += arguments;
     start(command.takeFirst(), command);

@@ -214,7 +214,7 @@ void FocusDaemonTest::startedByTheBus()
     QString text = QString::fromUtf8(file.readAll());
     const QRegularExpression program(QStringLiteral("^Exec=.*/qzaudio-focusd$"), QRegularExpression::MultilineOption);
     QVERIFY(text.contains(program));
-    const QString launcher = QString::fromLatin1(QZAUDIO_LAUNCHER).replace(QLatin1Char(';'), QLatin1Char(' '));
+    const QString launcher = QString::fromLatin1(QZAUDIO_LAUNCHER);
     text.replace(program, QStringLiteral("Exec=%1 %2").arg(launcher, QStringLiteral(QZAUDIO_FOCUSD)));
 
     PrivateBus activating(text);

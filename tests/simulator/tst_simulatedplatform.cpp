@@ -474,7 +474,7 @@ struct Ending
 
 Ending runLeftovers(const QString &state, const QString &loggingRules)
 {
-    QStringList command = QStringLiteral(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    QStringList command = QStringLiteral(EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     command += QStringLiteral(PLATFORMLEFTOVERS);
     command += state;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
