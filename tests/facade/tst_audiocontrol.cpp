@@ -106,7 +106,8 @@ void AudioControlTest::leavesItsAppAlive()
 void AudioControlTest::belongsToItsParent()
 {
     QObject parent;
-    QCOMPARE((new AudioControl(&parent))->parent(), &parent);
+    const AudioControl child(&parent);
+    QCOMPARE(child.parent(), &parent);
     ++appsLeftBehind;
     QVERIFY(!control->parent());
 }

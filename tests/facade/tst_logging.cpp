@@ -210,9 +210,9 @@ void LoggingTest::countsAllocations()
     const int before = allocationCount();
     const QString text(100, QLatin1Char('x'));
     QCOMPARE(allocationCount(), before + 1);
-    int *volatile number = new int(text.size()); // volatile: not to be optimised away
-    QCOMPARE(allocationCount(), before + 2);
-    delete number;
+    QCOMPARE(text.size(), 100);
+    const std::unique_ptr<QObject> object = std::make_unique<QObject>();
+    QVERIFY(allocationCount() > before + 1); // operator new comes by here, too
 }
 
 void LoggingTest::allocatesNothingWhileSilent_data()

@@ -377,7 +377,7 @@ QByteArray bytesWith(const Set &set)
 {
     Record record = {};
     set(record);
-    return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
+    return {reinterpret_cast<const char *>(&record), sizeof record};
 }
 
 /// Zeroes but for these bytes at this offset.

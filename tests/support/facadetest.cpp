@@ -37,14 +37,14 @@ void FacadeTest::cleanup()
 
 QStringList FacadeTest::takeCalls()
 {
-    const QStringList calls = platform->journal()->calls();
+    QStringList calls = platform->journal()->calls();
     platform->journal()->clear();
     return calls;
 }
 
 QStringList FacadeTest::takeCallsAndLifetimes()
 {
-    const QStringList calls = platform->journal()->calls(Journal::Lifetimes::Include);
+    QStringList calls = platform->journal()->calls(Journal::Lifetimes::Include);
     platform->journal()->clear();
     return calls;
 }

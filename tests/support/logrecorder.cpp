@@ -6,23 +6,34 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <utility>
+
 namespace
 {
 
-QMutex mutex;
-QList<LogRecorder::Line> lines;
-QtMessageHandler previousHandler = nullptr;
+struct Recording
+{
+    QMutex mutex;
+    QList<LogRecorder::Line> lines;
+    QtMessageHandler previousHandler = nullptr;
+};
+
+Recording &recording()
+{
+    static Recording only;
+    return only;
+}
 
 void record(QtMsgType level, const QMessageLogContext &context, const QString &text)
 {
     if (level == QtFatalMsg) {
-        previousHandler(level, context, text);
+        recording().previousHandler(level, context, text);
         return;
     }
     if (qstrcmp(context.category, "default") != 0)
         return;
-    const QMutexLocker locker(&mutex);
-    lines.append({level, context.file, context.line, context.function, text});
+    const QMutexLocker locker(&recording().mutex);
+    recording().lines.append({level, context.file, context.line, context.function, text});
 }
 
 QString withoutNumbers(const LogRecorder::Line &line)
@@ -45,21 +56,19 @@ QString withoutNumbers(const LogRecorder::Line &line)
 
 LogRecorder::LogRecorder()
 {
-    lines.clear();
-    previousHandler = qInstallMessageHandler(record);
+    recording().lines.clear();
+    recording().previousHandler = qInstallMessageHandler(record);
 }
 
 LogRecorder::~LogRecorder()
 {
-    qInstallMessageHandler(previousHandler);
+    qInstallMessageHandler(recording().previousHandler);
 }
 
 QList<LogRecorder::Line> LogRecorder::take()
 {
-    const QMutexLocker locker(&mutex);
-    const QList<Line> taken = lines;
-    lines.clear();
-    return taken;
+    const QMutexLocker locker(&recording().mutex);
+    return std::exchange(recording().lines, {});
 }
 
 QStringList LogRecorder::takeTexts()
