@@ -132,7 +132,7 @@ void PolicyTest::start()
 
 QStringList PolicyTest::takeCalls()
 {
-    const QStringList taken = platform->journal()->calls(Journal::Lifetimes::Include);
+    QStringList taken = platform->journal()->calls(Journal::Lifetimes::Include);
     platform->journal()->clear();
     return taken;
 }
@@ -144,7 +144,7 @@ QStringList PolicyTest::takeManagerLines()
 
 QList<VolumeChange> PolicyTest::takeVolumeChanges()
 {
-    const QList<VolumeChange> taken = m_volumeChanges;
+    QList<VolumeChange> taken = m_volumeChanges;
     m_volumeChanges.clear();
     return taken;
 }

@@ -403,7 +403,7 @@ void tst_ZelAudioManager_StartUp::managerOwnsItsStore()
     QCOMPARE(manager->children().size(), 1);
     QCOMPARE(manager->children().constFirst()->metaObject()->className(), "audio::AudioDataBase");
     QObject parent;
-    const ZelAudioManager *owned = new ZelAudioManager(&parent);
+    const auto owned = std::make_unique<ZelAudioManager>(&parent);
     QCOMPARE(owned->parent(), &parent);
 }
 

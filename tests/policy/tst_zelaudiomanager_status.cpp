@@ -126,17 +126,17 @@ void tst_ZelAudioManager_Status::channel_data()
 {
     struct Row
     {
-        int channel;
         const char *source;
+        int channel;
         bool setsEqualizer;
     };
     constexpr Row rows[] = {
-        {0, "S+none", false},          {1, "S+none", false},           {2, "BT_AUDIO_Track", false}, {3, "S+FilePlayer", true},
-        {4, "S+IosMirror", false},     {5, "S+CarPlayMedia", true},    {6, "S+CarPlayAlert", false}, {7, "S+CarPlayTelephony", false},
-        {8, "S+CarPlaySpeech", false}, {9, "S+CarPlayDefault", false}, {10, "S+AndroidAuto", true},  {11, "S+BtRingtone", false},
-        {12, "S+BtPcmPhone", false},   {13, "S+DiscPlayer", false},    {14, "S+none", false},        {15, "S+AuxIn", false},
-        {16, "S+none", false},         {17, "S+CarLife", true},        {18, "S+none", false},        {19, "S+AirPlayMedia", false},
-        {20, "S+none", false},         {-1, "S+none", false},
+        {"S+none", 0, false},          {"S+none", 1, false},           {"BT_AUDIO_Track", 2, false}, {"S+FilePlayer", 3, true},
+        {"S+IosMirror", 4, false},     {"S+CarPlayMedia", 5, true},    {"S+CarPlayAlert", 6, false}, {"S+CarPlayTelephony", 7, false},
+        {"S+CarPlaySpeech", 8, false}, {"S+CarPlayDefault", 9, false}, {"S+AndroidAuto", 10, true},  {"S+BtRingtone", 11, false},
+        {"S+BtPcmPhone", 12, false},   {"S+DiscPlayer", 13, false},    {"S+none", 14, false},        {"S+AuxIn", 15, false},
+        {"S+none", 16, false},         {"S+CarLife", 17, true},        {"S+none", 18, false},        {"S+AirPlayMedia", 19, false},
+        {"S+none", 20, false},         {"S+none", -1, false},
     };
     QTest::addColumn<int>("channel");
     QTest::addColumn<QString>("source");
