@@ -12,9 +12,6 @@ endif()
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
 
-# On Arm GCC 12 takes the header of a QVector's data for the whole of it; the builds for the desk keep the warning.
-set(CMAKE_CXX_FLAGS_INIT -Wno-stringop-overflow)
-
 # Programs to run while building are this machine's, all else is Arm's.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
