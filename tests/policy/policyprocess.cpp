@@ -75,7 +75,7 @@ int startUp(int argc, char **argv)
     platform->setHomeUiType(QString::fromLocal8Bit(argv[2]).toInt());
     Diary diary;
     const QMetaObject::Connection calls
-        = QObject::connect(platform->journal(), &simulator::Journal::appended, [&diary](const simulator::JournalEntry &entry) { diary.noteCall(entry); });
+        = QObject::connect(platform->journal(), &simulator::Journal::appended, [pen = &diary](const simulator::JournalEntry &entry) { pen->noteCall(entry); });
     ZelAudioManager::instance();
     diary.noteFile(true);
     QObject::disconnect(calls);
@@ -119,8 +119,8 @@ int adjustBand(int argc, char **argv)
     ZelAudioManager *manager = ZelAudioManager::instance();
     simulator::Platform::instance()->journal()->clear();
     QTextStream out(stdout);
-    QObject::connect(simulator::Platform::instance()->journal(), &simulator::Journal::appended, [&out](const simulator::JournalEntry &entry) {
-        out << entry.call() << Qt::endl;
+    QObject::connect(simulator::Platform::instance()->journal(), &simulator::Journal::appended, [stream = &out](const simulator::JournalEntry &entry) {
+        *stream << entry.call() << Qt::endl;
     });
     manager->adjustCustomEq(3, QString::fromLocal8Bit(argv[2]).toInt());
     out << "alive" << Qt::endl;

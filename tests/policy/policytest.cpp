@@ -167,5 +167,6 @@ QStringList PolicyTest::storedLines() const
 
 void PolicyTest::store(const QString &key, const QVariant &value) const
 {
-    QSettings(settingsPath(), QSettings::IniFormat).setValue(key, value);
+    QSettings file(settingsPath(), QSettings::IniFormat);
+    file.setValue(key, value);
 }

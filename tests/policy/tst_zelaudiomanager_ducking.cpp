@@ -100,9 +100,9 @@ void tst_ZelAudioManager_Ducking::duckSetsTheModesInOrder()
     control->setAlterMode(false);
     QStringList modes;
     const QMetaObject::Connection watch
-        = connect(platform->journal(), &simulator::Journal::appended, this, [control, &modes](const simulator::JournalEntry &entry) {
+        = connect(platform->journal(), &simulator::Journal::appended, this, [control, list = &modes](const simulator::JournalEntry &entry) {
               if (!entry.isCreate() && !entry.isDestroy())
-                  modes += entry.operation + QLatin1String(control->getAlterMode() ? " on" : " off");
+                  *list += entry.operation + QLatin1String(control->getAlterMode() ? " on" : " off");
           });
     manager->duck(0);
     manager->unDuck();

@@ -7,8 +7,16 @@
 namespace
 {
 
-const QStringList muted = {QStringLiteral("Volume.muteTrack(\"main\", 0) -> 0"), QStringLiteral("Volume.muteTrack(\"alternative\", 0) -> 0")};
-const QStringList audible = {QStringLiteral("Volume.unmuteTrack(\"main\", 0) -> 0"), QStringLiteral("Volume.unmuteTrack(\"alternative\", 0) -> 0")};
+QStringList muted()
+{
+    return {QStringLiteral("Volume.muteTrack(\"main\", 0) -> 0"), QStringLiteral("Volume.muteTrack(\"alternative\", 0) -> 0")};
+}
+
+QStringList audible()
+{
+    return {QStringLiteral("Volume.unmuteTrack(\"main\", 0) -> 0"), QStringLiteral("Volume.unmuteTrack(\"alternative\", 0) -> 0")};
+}
+
 const QStringList ducked = calls::fresh(QStringLiteral("Volume.setDuckingMode(1) -> 0")) + calls::fresh(QStringLiteral("Volume.setDuckingTargetGain(60) -> 0"));
 const QStringList restored = calls::fresh(QStringLiteral("Volume.setDuckingMode(0) -> 0"));
 
@@ -54,13 +62,13 @@ void tst_ZelAudioManager_Mute::timedMute()
     QFETCH(qint64, milliseconds);
     start();
     manager->setAudioMute(true, count);
-    QCOMPARE(takeCalls(), muted);
+    QCOMPARE(takeCalls(), muted());
     QCOMPARE(manager->isAttOn(), true);
     clock->advance(milliseconds - 1);
     QCOMPARE(takeCalls(), QStringList());
     log->take();
     clock->advance(1);
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
     QCOMPARE(takeManagerLines(), QStringList{QStringLiteral("[DBG] THREAD void ZelAudioManager::deMute() LINE -- Set audio demute")});
     QCOMPARE(manager->isAttOn(), false);
     QVERIFY(!managerstate::muteTimer(*manager).isActive());
@@ -70,9 +78,9 @@ void tst_ZelAudioManager_Mute::timedMuteOfZeroEndsInTheNextTurn()
 {
     start();
     manager->setAudioMute(true, 0);
-    QCOMPARE(takeCalls(), muted);
+    QCOMPARE(takeCalls(), muted());
     QCoreApplication::processEvents();
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
 }
 
 void tst_ZelAudioManager_Mute::timedMuteIsRestarted()
@@ -86,7 +94,7 @@ void tst_ZelAudioManager_Mute::timedMuteIsRestarted()
     clock->advance(999);
     QCOMPARE(takeCalls(), QStringList());
     clock->advance(1);
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
 }
 
 void tst_ZelAudioManager_Mute::timedMuteOvertakenByAnUnmuteKeepsItsTimer()
@@ -96,15 +104,15 @@ void tst_ZelAudioManager_Mute::timedMuteOvertakenByAnUnmuteKeepsItsTimer()
     clock->advance(300);
     takeCalls();
     manager->setAudioMute(false, 0);
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
     QVERIFY(managerstate::muteTimer(*manager).isActive());
     clock->advance(200);
     manager->setMute(true); // meant to last
-    QCOMPARE(takeCalls(), muted);
+    QCOMPARE(takeCalls(), muted());
     clock->advance(499);
     QCOMPARE(takeCalls(), QStringList());
     clock->advance(1);
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
 }
 
 void tst_ZelAudioManager_Mute::timedMuteLeavesNoTraceWhenUnmuted()
@@ -123,12 +131,12 @@ void tst_ZelAudioManager_Mute::unmute_data()
     QTest::addColumn<bool>("mute");
     QTest::addColumn<int>("count");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("a negative count unmutes what is muted") << true << true << -1 << audible;
+    QTest::newRow("a negative count unmutes what is muted") << true << true << -1 << audible();
     QTest::newRow("a negative count leaves what is audible") << false << true << -1 << QStringList();
-    QTest::newRow("the most negative count") << true << true << std::numeric_limits<int>::min() << audible;
-    QTest::newRow("no mute, no count") << true << false << 0 << audible;
-    QTest::newRow("no mute, whatever the count") << true << false << 5 << audible;
-    QTest::newRow("no mute, negative count") << true << false << -5 << audible;
+    QTest::newRow("the most negative count") << true << true << std::numeric_limits<int>::min() << audible();
+    QTest::newRow("no mute, no count") << true << false << 0 << audible();
+    QTest::newRow("no mute, whatever the count") << true << false << 5 << audible();
+    QTest::newRow("no mute, negative count") << true << false << -5 << audible();
     QTest::newRow("no mute of what is audible") << false << false << 5 << QStringList();
 }
 
@@ -158,19 +166,19 @@ void tst_ZelAudioManager_Mute::muteAndAttenuation()
     manager->setMute(false);
     QCOMPARE(takeCalls(), QStringList());
     manager->setMute(true);
-    QCOMPARE(takeCalls(), muted);
+    QCOMPARE(takeCalls(), muted());
     manager->setMute(true);
     QCOMPARE(takeCalls(), QStringList());
     log->take();
     manager->triggerAtt();
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
     QCOMPARE(takeManagerLines().constFirst(), QStringLiteral("[DBG] THREAD void ZelAudioManager::triggerAtt() LINE --"));
     QCOMPARE(manager->isAttOn(), false);
     manager->triggerAtt();
-    QCOMPARE(takeCalls(), muted);
+    QCOMPARE(takeCalls(), muted());
     QCOMPARE(manager->isAttOn(), true);
     manager->deMute();
-    QCOMPARE(takeCalls(), audible);
+    QCOMPARE(takeCalls(), audible());
     manager->deMute();
     QCOMPARE(takeCalls(), QStringList());
     log->take();

@@ -327,9 +327,9 @@ void tst_ZelAudioManager_Volume::volumeKeyTellsAfterEverythingIsDone()
     manager->updateAudioChannel(AudioChannelBtAudio);
     takeCalls();
     QStringList seen;
-    connect(manager.get(), &ZelAudioManager::zelvolumeChanged, this, [this, &seen] {
-        seen = takeCalls();
-        seen += QStringLiteral("stored %1").arg(stored(QStringLiteral("Volume/0")).toInt());
+    connect(manager.get(), &ZelAudioManager::zelvolumeChanged, this, [this, result = &seen] {
+        *result = takeCalls();
+        *result += QStringLiteral("stored %1").arg(stored(QStringLiteral("Volume/0")).toInt());
     });
     manager->updateCurrentAudioVolume(true);
     QCOMPARE(seen, mediaCalls(84, 126) + QStringList{QStringLiteral("stored 21")});
