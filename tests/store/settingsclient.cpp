@@ -100,8 +100,10 @@ void count(const QString &key, int last)
 {
     audio::AudioDataBase store;
     output() << "counting" << Qt::endl;
-    for (int value = 1; value <= last; ++value)
+    for (int value = 1; value <= last; ++value) {
         store.save(QStringLiteral("Volume"), key, value);
+        QThread::usleep(100); // lets the others in: values are lost where writers alternate
+    }
 }
 
 void saveBetweenStops(const QString &key, const QString &text)

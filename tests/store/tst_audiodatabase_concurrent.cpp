@@ -25,6 +25,8 @@ private Q_SLOTS:
     void processesWithAKeyEach_data();
     void processesWithAKeyEach();
     void readerSeesOnlyWholeFiles();
+    void everyVersionHasATimeOfItsOwn_data();
+    void everyVersionHasATimeOfItsOwn();
 };
 
 void ConcurrentSettingsTest::processesWithAKeyEach_data()
@@ -78,6 +80,31 @@ void ConcurrentSettingsTest::readerSeesOnlyWholeFiles()
     }
     QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("writer"), 0).toInt(), savesEach);
     QVERIFY(changes > 1);
+}
+
+void ConcurrentSettingsTest::everyVersionHasATimeOfItsOwn_data()
+{
+    QTest::addColumn<int>("secondsAhead");
+    QTest::newRow("usual") << 0;
+    QTest::newRow("after the clock went back") << 3600;
+}
+
+/// Whoever has read an earlier version of the same size must see by its time, in ms, that this is another one.
+void ConcurrentSettingsTest::everyVersionHasATimeOfItsOwn()
+{
+    QFETCH(int, secondsAhead);
+    AudioDataBase store;
+    store.setEqType(0);
+    QFile file(flash::settingsFile());
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(secondsAhead), QFileDevice::FileModificationTime));
+    qint64 last = QFileInfo(flash::settingsFile()).lastModified().toMSecsSinceEpoch();
+    for (int save = 1; save <= 500; ++save) {
+        store.setEqType(save % 10);
+        const qint64 time = QFileInfo(flash::settingsFile()).lastModified().toMSecsSinceEpoch();
+        QVERIFY2(time > last, qPrintable(QStringLiteral("%1 after %2").arg(time).arg(last)));
+        last = time;
+    }
 }
 
 QTEST_GUILESS_MAIN(ConcurrentSettingsTest)

@@ -34,8 +34,8 @@ void leaveDeadLocks()
 /// "audioData.db.qWerTz" as "audioData.db.XXXXXX"
 QString kindOfName(const QString &name)
 {
-    static const QRegularExpression sixLetters(QStringLiteral("\\.[A-Za-z]{6}\\z"));
-    return QString(name).replace(sixLetters, QStringLiteral(".XXXXXX"));
+    static const QRegularExpression temporary(QStringLiteral("\\AaudioData\\.db\\.[A-Za-z]{6}\\z"));
+    return temporary.match(name).hasMatch() ? QStringLiteral("audioData.db.XXXXXX") : name;
 }
 
 } // namespace
