@@ -47,6 +47,7 @@ install(FILES ${PROJECT_BINARY_DIR}/QzAudioConfig.cmake ${PROJECT_BINARY_DIR}/Qz
     DESTINATION ${QZAUDIO_CMAKE_DIR}
     COMPONENT development
 )
+file(RELATIVE_PATH QZAUDIO_PKGCONFIG_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qzaudio.pc.in qzaudio.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qzaudio.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig

@@ -22,8 +22,7 @@ LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} "
 # The system's pkg-config knows nothing of another processor's Qt.
 [ ! "${EMULATOR:-}" ] || exit 0
 echo "== through pkg-config"
-# The installed description names the final prefix; --define-prefix takes the one it was found under.
-flags=$(PKG_CONFIG_PATH=$work/prefix/$libdir/pkgconfig:${PKG_CONFIG_PATH:-} pkg-config --define-prefix --cflags --libs qzaudio)
+flags=$(PKG_CONFIG_PATH=$work/prefix/$libdir/pkgconfig:${PKG_CONFIG_PATH:-} pkg-config --cflags --libs qzaudio)
 # shellcheck disable=SC2086 # the flags are several words
 ${CXX:-c++} -std=c++14 -o "$work/player" "$project/tests/consumer/main.cpp" $flags
 LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" "$work/player"
