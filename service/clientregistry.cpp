@@ -38,8 +38,8 @@ void ClientRegistry::remove(const QString &clientId)
 
 QStringList ClientRegistry::takeConnection(const QString &connection)
 {
-    const QStringList clients = m_clients.take(connection);
-    for (const QString &client : clients)
+    QStringList clients = m_clients.take(connection);
+    for (const QString &client : qAsConst(clients))
         m_owners.remove(client);
     return clients;
 }
@@ -50,5 +50,5 @@ QString ClientRegistry::idleConnection() const
         if (connection->isEmpty())
             return connection.key();
     }
-    return QString();
+    return {};
 }

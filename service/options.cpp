@@ -30,50 +30,50 @@ bool isObjectPath(const QString &text)
 
 Options Options::parse(const QStringList &arguments)
 {
-    const QCommandLineOption help(QStringList {QStringLiteral("h"), QStringLiteral("help")});
-    const QCommandLineOption version(QStringList {QStringLiteral("v"), QStringLiteral("version")});
-    const QCommandLineOption session(QStringLiteral("session"));
-    const QCommandLineOption system(QStringLiteral("system"));
-    const QCommandLineOption name(QStringLiteral("name"), QString(), QStringLiteral("NAME"));
-    const QCommandLineOption path(QStringLiteral("path"), QString(), QStringLiteral("PATH"));
-    const QCommandLineOption megaBases(QStringLiteral("mega-bases"), QString(), QStringLiteral("COUNT"));
-    const QCommandLineOption noVolume(QStringLiteral("no-volume"));
-    const QCommandLineOption log(QStringLiteral("log"));
+    const QCommandLineOption helpOption(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption versionOption(QStringList{QStringLiteral("v"), QStringLiteral("version")});
+    const QCommandLineOption sessionOption(QStringLiteral("session"));
+    const QCommandLineOption systemOption(QStringLiteral("system"));
+    const QCommandLineOption nameOption(QStringLiteral("name"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption pathOption(QStringLiteral("path"), QString(), QStringLiteral("PATH"));
+    const QCommandLineOption megaBasesOption(QStringLiteral("mega-bases"), QString(), QStringLiteral("COUNT"));
+    const QCommandLineOption noVolumeOption(QStringLiteral("no-volume"));
+    const QCommandLineOption logOption(QStringLiteral("log"));
     QCommandLineParser parser;
-    parser.addOptions({help, version, session, system, name, path, megaBases, noVolume, log});
+    parser.addOptions({helpOption, versionOption, sessionOption, systemOption, nameOption, pathOption, megaBasesOption, noVolumeOption, logOption});
 
     Options options;
-    const auto complain = [&options](const QString &complaint) {
+    const auto complain = [&options](const QString &text) {
         options.action = Action::Complain;
-        options.complaint = complaint;
+        options.complaint = text;
         return options;
     };
     if (!parser.parse(QStringList(QStringLiteral("qzaudio-focusd")) + arguments))
         return complain(parser.errorText());
-    if (parser.isSet(help) || parser.isSet(version)) {
-        options.action = parser.isSet(help) ? Action::ShowHelp : Action::ShowVersion;
+    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
+        options.action = parser.isSet(helpOption) ? Action::ShowHelp : Action::ShowVersion;
         return options;
     }
     if (!parser.positionalArguments().isEmpty())
         return complain(QStringLiteral("There is nothing to do with \"%1\".").arg(parser.positionalArguments().constFirst()));
-    if (parser.isSet(session) && parser.isSet(system))
+    if (parser.isSet(sessionOption) && parser.isSet(systemOption))
         return complain(QStringLiteral("It is either --session or --system."));
-    options.systemBus = parser.isSet(system);
-    if (parser.isSet(name))
-        options.name = parser.value(name);
+    options.systemBus = parser.isSet(systemOption);
+    if (parser.isSet(nameOption))
+        options.name = parser.value(nameOption);
     if (!isBusName(options.name))
         return complain(QStringLiteral("\"%1\" is no bus name.").arg(options.name));
-    if (parser.isSet(path))
-        options.path = parser.value(path);
+    if (parser.isSet(pathOption))
+        options.path = parser.value(pathOption);
     if (!isObjectPath(options.path))
         return complain(QStringLiteral("\"%1\" is no object path.").arg(options.path));
-    if (parser.isSet(megaBases)) {
-        options.megaBaseCount = parser.value(megaBases).toInt();
+    if (parser.isSet(megaBasesOption)) {
+        options.megaBaseCount = parser.value(megaBasesOption).toInt();
         if (options.megaBaseCount < 1)
             return complain(QStringLiteral("--mega-bases is a number from 1 to %1.").arg(std::numeric_limits<int>::max()));
     }
-    options.volume = !parser.isSet(noVolume);
-    options.log = parser.isSet(log);
+    options.volume = !parser.isSet(noVolumeOption);
+    options.log = parser.isSet(logOption);
     return options;
 }
 

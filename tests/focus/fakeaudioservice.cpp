@@ -69,7 +69,7 @@ public:
     {
     }
 
-    QString introspect(const QString &) const override { return QString(); }
+    QString introspect(const QString &) const override { return {}; }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {

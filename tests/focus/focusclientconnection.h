@@ -9,6 +9,7 @@
 #include <QtTest/QtTest>
 
 #include <memory>
+#include <utility>
 
 /// One program on the bus: a connection of its own, the proxy, and the focus changes that came.
 class FocusClientConnection
@@ -54,12 +55,7 @@ public:
     QString abandon(const QString &clientId) { return result(m_proxy->abandonAudioFocus(clientId)); }
 
     /// The changes since the last call; those that the service sent before its last answer are among them.
-    QStringList take()
-    {
-        const QStringList taken = m_changes;
-        m_changes.clear();
-        return taken;
-    }
+    QStringList take() { return std::exchange(m_changes, {}); }
     int changeCount() const { return m_changes.size(); }
 
 private:

@@ -39,7 +39,7 @@ QString MortalProcess::readNextLine()
 {
     // Nothing is said without a reason: canReadLine() is true again with each line that is left.
     if (!QTest::qWaitFor([this] { return canReadLine() || state() == NotRunning; }, longestWait) || !canReadLine())
-        return QString();
+        return {};
     return QString::fromLocal8Bit(readLine()).trimmed();
 }
 

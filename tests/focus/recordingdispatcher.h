@@ -5,6 +5,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <utility>
+
 /// Records focus changes in order, each as "CODE ID": `-3 music`.
 class RecordingDispatcher : public IAudioFocusDispatcher
 {
@@ -14,12 +16,7 @@ public:
     static QString text(int focusChange, const QString &clientId) { return QString::number(focusChange) + QLatin1Char(' ') + clientId; }
 
     /// The changes since the last call.
-    QStringList take()
-    {
-        const QStringList taken = m_changes;
-        m_changes.clear();
-        return taken;
-    }
+    QStringList take() { return std::exchange(m_changes, {}); }
 
 private:
     QStringList m_changes;

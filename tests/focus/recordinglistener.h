@@ -20,12 +20,7 @@ public:
     QString clientId() override { return m_id; }
 
     /// The changes since the last call.
-    QList<int> take()
-    {
-        const QList<int> taken = m_changes;
-        m_changes.clear();
-        return taken;
-    }
+    QList<int> take() { return std::exchange(m_changes, {}); }
 
 private:
     QString m_id;

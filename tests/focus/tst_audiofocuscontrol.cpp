@@ -124,8 +124,8 @@ void AudioFocusControlTest::metaObject()
     QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
     QCOMPARE(meta.methodCount(), meta.methodOffset()); // none of its own
     QObject parent;
-    const auto *const child = new AudioFocusControl(&parent);
-    QCOMPARE(child->parent(), &parent);
+    const AudioFocusControl child(&parent);
+    QCOMPARE(child.parent(), &parent);
 }
 
 void AudioFocusControlTest::emptyStack()

@@ -35,6 +35,7 @@ private:
 std::vector<std::unique_ptr<RecordingListener>> makeListeners()
 {
     std::vector<std::unique_ptr<RecordingListener>> listeners;
+    listeners.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number)
         listeners.push_back(std::make_unique<RecordingListener>(QStringLiteral("client %1").arg(number)));
     return listeners;
@@ -60,6 +61,7 @@ void AudioManagerThreadsTest::oneInstance()
     AudioManager *seen[threadCount] = {};
     StartingGate gate;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (AudioManager *&mine : seen) {
         threads.emplace_back([&mine, &gate] {
             gate.wait();
@@ -103,6 +105,7 @@ void AudioManagerThreadsTest::requestsFromAllThreads()
             ++refused;
     };
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = managersThreadTakesPart ? 1 : 0; number < threadCount; ++number)
         threads.emplace_back(work, number);
     if (managersThreadTakesPart)
@@ -161,11 +164,13 @@ void AudioManagerThreadsTest::sharedClientId()
     const LogRecorder log;
     AudioManager manager;
     std::vector<std::unique_ptr<RecordingListener>> listeners;
+    listeners.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number)
         listeners.push_back(std::make_unique<RecordingListener>(QStringLiteral("everybody")));
     StartingGate gate;
     std::atomic<int> refused{0};
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (const auto &listener : listeners) {
         threads.emplace_back([&, mine = listener.get()] {
             gate.wait();

@@ -3,6 +3,8 @@
 
 #include <QtTest/QtTest>
 
+#include <utility>
+
 namespace
 {
 
@@ -30,12 +32,7 @@ public:
         });
     }
 
-    QStringList take()
-    {
-        const QStringList taken = m_changes;
-        m_changes.clear();
-        return taken;
-    }
+    QStringList take() { return std::exchange(m_changes, {}); }
 
 private:
     QStringList m_changes;
@@ -124,9 +121,9 @@ void AudioServiceTest::interfaceIdentifier()
 void AudioServiceTest::parent()
 {
     QObject owner;
-    const auto *const service = new AudioService(&owner);
-    QCOMPARE(service->parent(), &owner);
-    QVERIFY(service->children().isEmpty()); // the stack is no child
+    const AudioService service(&owner);
+    QCOMPARE(service.parent(), &owner);
+    QVERIFY(service.children().isEmpty()); // the stack is no child
 }
 
 void AudioServiceTest::dispatch_data()

@@ -200,8 +200,8 @@ void TaviAudioServiceInterfaceTest::interfaceName()
     QCOMPARE(proxy->path(), objectPath());
     QVERIFY(!proxy->parent());
     QObject parent;
-    const auto *const child = new TaviAudioServiceInterface(serviceName(), objectPath(), proxy->connection(), &parent);
-    QCOMPARE(child->parent(), &parent);
+    const TaviAudioServiceInterface child(serviceName(), objectPath(), proxy->connection(), &parent);
+    QCOMPARE(child.parent(), &parent);
 }
 
 void TaviAudioServiceInterfaceTest::numbers()
