@@ -186,32 +186,32 @@ private:
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const QStringList words = application.arguments();
+    const QStringList words = QCoreApplication::arguments();
     const QString command = words.value(1);
-    Holder holder;
-    if (command == QLatin1String("read") && argc == 2)
-        readThenSave(QString(), QString());
-    else if (command == QLatin1String("read-then-save") && argc == 4)
-        readThenSave(words.at(2), words.at(3));
-    else if (command == QLatin1String("value") && argc == 4)
+    const bool isNamed = command == QLatin1String("save-named");
+    const bool holdsLock = command == QLatin1String("hold-lock") || command == QLatin1String("hang");
+    const bool holdsFolder = command == QLatin1String("hold-folder") || command == QLatin1String("hang");
+    if (command.startsWith(QLatin1String("read")) && (argc == 2 || argc == 4)) {
+        readThenSave(words.value(2), words.value(3));
+    } else if (command == QLatin1String("value") && argc == 4) {
         printValue(words.at(2), words.at(3));
-    else if (command == QLatin1String("save") && argc == 6)
+    } else if (command == QLatin1String("save") && argc == 6) {
         return save(words.at(2), words.at(3), words.at(4), words.at(5));
-    else if (command == QLatin1String("count") && argc == 4)
+    } else if (command == QLatin1String("count") && argc == 4) {
         count(words.at(2), words.at(3).toInt());
-    else if (command == QLatin1String("save-between-stops") && argc == 4)
+    } else if ((isNamed || command == QLatin1String("save-between-stops")) && argc == 4) {
+        if (isNamed && !refuseUnnamedFiles())
+            return 1;
         saveBetweenStops(words.at(2), words.at(3));
-    else if (command == QLatin1String("save-named") && argc == 4 && refuseUnnamedFiles())
-        saveBetweenStops(words.at(2), words.at(3));
-    else if (command == QLatin1String("steps") && argc > 2)
+    } else if (command == QLatin1String("steps") && argc > 2) {
         takeSteps(words.mid(2));
-    else if (command == QLatin1String("hold-lock") && argc == 3 && holder.takeLock())
-        holder.stay(words.at(2).toInt());
-    else if (command == QLatin1String("hold-folder") && argc == 3 && holder.takeFolder())
-        holder.stay(words.at(2).toInt());
-    else if (command == QLatin1String("hang") && argc == 2 && holder.takeLock() && holder.takeFolder())
-        holder.stay(INT_MAX);
-    else
+    } else if (holdsLock || holdsFolder) {
+        Holder holder;
+        if ((holdsLock && !holder.takeLock()) || (holdsFolder && !holder.takeFolder()))
+            return 1;
+        holder.stay(argc == 3 ? words.at(2).toInt() : INT_MAX);
+    } else {
         return usage();
+    }
     return 0;
 }

@@ -164,7 +164,7 @@ void AudioDataBaseTest::setterWritesItsKey_data()
     row("hands-free delay", [](AudioDataBase &s) { s.setHandsfreeDelay(-40); }, [](AudioDataBase &s) { return QVariant(s.getHandsfreeDelay()); },
         -40, "Volume/MicDelayOrig", "-40", "QString -40");
     row("automatic gain", [](AudioDataBase &s) { s.setAutoMicGain(3.5F); }, [](AudioDataBase &s) { return QVariant(s.getAutoMicGain()); },
-        3.0F, "Volume/AutoMicGainOrig", "@Variant(\\0\\0\\0\\x87@`\\0\\0)", "float 3.5");
+        3.0F, "Volume/AutoMicGainOrig", R"(@Variant(\0\0\0\x87@`\0\0))", "float 3.5");
     // clang-format on
 }
 
@@ -524,7 +524,6 @@ void AudioDataBaseTest::logOfMicrophoneOperations()
     const QString gain = QStringLiteral("[DBG] THREAD float audio::AudioDataBase::getAutoMicGain() LINE -- ");
     QCOMPARE(log->takeTexts(), QStringList({gain + QStringLiteral("\"AutoMicGain%1\"").arg(suffix), gain + QStringLiteral("3")}));
     store.getHandsfreeDelay();
-    const QString delay = QStringLiteral("[DBG] THREAD int audio::AudioDataBase::getHandsfreeDelay() LINE -- ");
     const QList<LogRecorder::Line> lines = log->take();
     QCOMPARE(lines.size(), 2);
     QCOMPARE(lines.first().level, QtDebugMsg);

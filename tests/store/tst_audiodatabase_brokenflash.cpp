@@ -11,7 +11,7 @@ namespace
 
 const QString notThere = QStringLiteral("/media/flash/nvm/audioData.db file not exists!!!");
 const QString notRemoved = QStringLiteral("clear /media/flash/nvm/audioData.db fail!!!");
-const QByteArray stored = "[Volume]\n0=1\n1=2\n\n[Mine]\nKey=kept\n";
+constexpr const char *stored = "[Volume]\n0=1\n1=2\n\n[Mine]\nKey=kept\n";
 
 QStringList words(const char *text)
 {
@@ -55,26 +55,26 @@ void BrokenFlashTest::unwritable_data()
     const QStringList bare = words("bwrap --dev-bind / /");
     const QStringList flashIn = words(WITH_FLASH " --dir %1");
     const QStringList notRoot = flashIn + words("bwrap --unshare-user --uid 1000 --gid 1000 --dev-bind / /");
-    const QString asBefore = QString::fromUtf8(stored.simplified());
+    const QString asBefore = QString::fromUtf8(QByteArray(stored).simplified());
     // What could not be written waits in memory, so the same process still reads it: 17.
     QTest::newRow("folder missing: it is made") << bare + words("--tmpfs /media/flash") << none << 0755 << 0644 << false
                                                 << QStringLiteral("17 default [Volume] 0=17 true") << QStringList();
     QTest::newRow("folder cannot be made") << bare + words("--tmpfs /media/flash --remount-ro /media/flash") << none << 0755 << 0644 << false
                                            << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
-    QTest::newRow("read-only folder") << flashIn + words("--read-only") << stored << 0755 << 0644 << false
+    QTest::newRow("read-only folder") << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << false
                                       << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
     QTest::newRow("read-only folder without file") << flashIn + words("--read-only") << none << 0755 << 0644 << false
                                                    << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
-    QTest::newRow("read-only folder with a dead lock") << flashIn + words("--read-only") << stored << 0755 << 0644 << true
+    QTest::newRow("read-only folder with a dead lock") << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << true
                                                        << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
-    QTest::newRow("read-only file") << flashIn + bare + words("--ro-bind %1/audioData.db /media/flash/nvm/audioData.db") << stored << 0755 << 0644 << false
-                                    << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
-    QTest::newRow("no permission for the file") << notRoot << stored << 0755 << 0444 << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" true")
-                                                << QStringList();
-    QTest::newRow("no permission for the folder") << notRoot << stored << 0555 << 0644 << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
-                                                  << QStringList{notRemoved};
+    QTest::newRow("read-only file") << flashIn + bare + words("--ro-bind %1/audioData.db /media/flash/nvm/audioData.db") << QByteArray(stored) << 0755 << 0644
+                                    << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+    QTest::newRow("no permission for the file") << notRoot << QByteArray(stored) << 0755 << 0444 << false
+                                                << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" true") << QStringList();
+    QTest::newRow("no permission for the folder") << notRoot << QByteArray(stored) << 0555 << 0644 << false
+                                                  << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
     QTest::newRow("no permission for the folder, with a dead lock")
-        << notRoot << stored << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
 }
 
 void BrokenFlashTest::unwritable()

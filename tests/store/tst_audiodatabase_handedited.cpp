@@ -172,9 +172,9 @@ void HandEditedSettingsTest::unknownValuesSurviveUntouched()
     const flash::Entries strange{
         {"Strange/list", "1, two, \"thr,ee\""},
         {"Strange/quoted", "\"  blanks  \""},
-        {"Strange/variant", "@Variant(\\0\\0\\0\\x87@`\\0\\0)"},
+        {"Strange/variant", R"(@Variant(\0\0\0\x87@`\0\0))"},
         {"Strange/size", "@Size(3 4)"},
-        {"Strange/bytes", "@ByteArray(\\x1\\x2)"},
+        {"Strange/bytes", R"(@ByteArray(\x1\x2))"},
         {"Strange/a%20b", "blank in the key"},
         {"Strange/below\\key", "1"},
         {"Strange/at", "@@home"},

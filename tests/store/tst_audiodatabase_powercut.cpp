@@ -54,7 +54,7 @@ private Q_SLOTS:
 void PowerCutTest::initTestCase()
 {
     if (settingsprocess::isEmulated())
-        QSKIP("the emulator does not let a process trace another");
+        QTest::qSkip("the emulator does not let a process trace another", __FILE__, __LINE__);
 }
 
 void PowerCutTest::dyingAtEachSystemCall_data()
@@ -99,7 +99,8 @@ void PowerCutTest::dyingAtEachSystemCall()
         const flash::Entries left = flash::entries();
         QVERIFY2(left == before || left == after, flash::content().constData());
         (left == after ? newValues : oldValues)++;
-        for (const QString &name : flash::names())
+        const QStringList names = flash::names();
+        for (const QString &name : names)
             leftovers[kindOfName(name)]++;
 
         const settingsprocess::Outcome next = settingsprocess::run(nextProcess);

@@ -81,7 +81,7 @@ const std::array<Preset, 8> presets = {{
     {201, "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
 }};
 
-const QList<int> outside{-1, 20, 25, 256, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
+const std::array<int, 6> outside = {-1, 20, 25, 256, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
 
 QList<int> channelsOfType(AudioDataBase &store, int type)
 {
