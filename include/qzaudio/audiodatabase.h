@@ -20,9 +20,9 @@ namespace audio
  * cuts and against other processes that use this library; getters answer from memory, except getAutoMicGain() and
  * getHandsfreeDelay(), which read the file each time.
  *
- * A save blocks for as long as the flash needs, and while another process holds the file's lock, up to 30 seconds where that
- * process hangs. Failures reach no caller but clear()'s: a value that could not be written stays in memory, and the log says
- * "file not exists!!!" when no file is left behind.
+ * A save blocks for as long as the flash needs, and while another process writes; behind one that hangs, up to 30 seconds. Failures
+ * reach no caller but clear()'s: a value that could not be written stays in memory, is tried again by later calls, and the log
+ * says "file not exists!!!" when no file is left behind.
  *
  * No index reaches memory outside its array: outside the range it reads as 0 and changes no value in memory.
  *
@@ -37,7 +37,11 @@ public:
     explicit AudioDataBase(QObject *parent = nullptr);
     ~AudioDataBase() override;
 
-    /// The stored value of GROUP/KEY as the file has it now, or the default when file or key is missing.
+    /**
+     * The stored value of GROUP/KEY as the file has it now, or the default when file or key is missing.
+     *
+     * A value of this process that could not be written yet (full flash) is what it shows, and is tried again by this call.
+     */
     QVariant data(QString group, QString key, QVariant defaultValue);
     /// Writes GROUP/KEY to the file at once. Logs "file not exists!!!" at critical level when no file is there afterwards.
     void save(QString group, QString key, QVariant value);
