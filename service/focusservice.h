@@ -40,7 +40,6 @@ public:
     FocusService(const QDBusConnection &bus, int megaBaseCount, Volume volume, QObject *parent = nullptr);
     ~FocusService() override;
 
-public Q_SLOTS:
     int requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId);
     int abandonAudioFocus(const QString &clientId);
     void unregisterAudioFocusClient(const QString &clientId);

@@ -87,7 +87,9 @@ Operation operationFrom(quint32 number)
 
 std::ostream &operator<<(std::ostream &stream, const Operation &operation)
 {
-    constexpr std::array<const char *, 8> names = {"look", "request", "abandon", "unregister", "notifyTop", "propagate", "discard", "dump"};
+    if (operation.kind == Operation::Look)
+        return stream << '-'; // what shrinking leaves of most
+    constexpr std::array<const char *, 8> names = {"-", "request", "abandon", "unregister", "notifyTop", "propagate", "discard", "dump"};
     return stream << names[static_cast<std::size_t>(operation.kind)] << '(' << clients[static_cast<std::size_t>(operation.client)] << ' ' << operation.stream
                   << ' ' << operation.hint << ' ' << operation.audience << ')';
 }
