@@ -45,11 +45,11 @@ public:
 
     /// What a call gave: its value, or the last word of its error's name.
     template<typename Value>
-    static QString result(const QDBusPendingReply<Value> &reply)
+    QString result(const QDBusPendingReply<Value> &reply)
     {
         return finish(reply) ? QVariant::fromValue(reply.value()).toString() : errorOf(reply);
     }
-    static QString result(const QDBusPendingReply<> &reply) { return finish(reply) ? QStringLiteral("done") : errorOf(reply); }
+    QString result(const QDBusPendingReply<> &reply) { return finish(reply) ? QStringLiteral("done") : errorOf(reply); }
 
     QString request(const QString &clientId, int hint) { return result(m_proxy->requestAudioFocus(3, hint, clientId)); }
     QString abandon(const QString &clientId) { return result(m_proxy->abandonAudioFocus(clientId)); }

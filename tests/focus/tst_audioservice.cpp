@@ -27,7 +27,7 @@ class ChangeRecorder
 public:
     explicit ChangeRecorder(AudioService &service)
     {
-        QObject::connect(&service, &AudioService::audioFocusChanged, [this](int newState, const QString &clientId) {
+        QObject::connect(&service, &AudioService::audioFocusChanged, &service, [this](int newState, const QString &clientId) {
             m_changes.append(QString::number(newState) + QLatin1Char(' ') + clientId);
         });
     }

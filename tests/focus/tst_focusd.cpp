@@ -420,11 +420,9 @@ void FocusDaemonTest::clientLeavesBeforeItIsWatched()
     request.setArguments({3, 1, QStringLiteral("ghost")});
     QVERIFY(ghost->connection().send(request));
     // Once the bus answers this, it has the request, too.
-    QVERIFY(FocusClientConnection::result(QDBusPendingReply<QString>(ghost->connection().interface()->asyncCall(QStringLiteral("GetId")))).size() > 1);
+    QVERIFY(ghost->result(QDBusPendingReply<QString>(ghost->connection().interface()->asyncCall(QStringLiteral("GetId")))).size() > 1);
     ghost.reset();
-    const auto isThere = [&] {
-        return FocusClientConnection::result(QDBusPendingReply<bool>(music.connection().interface()->asyncCall(QStringLiteral("NameHasOwner"), name)));
-    };
+    const auto isThere = [&] { return music.result(QDBusPendingReply<bool>(music.connection().interface()->asyncCall(QStringLiteral("NameHasOwner"), name))); };
     QTRY_COMPARE_WITH_TIMEOUT(isThere(), QStringLiteral("false"), longestWait);
     ::kill(daemonProcess, SIGCONT);
 
@@ -515,7 +513,7 @@ void FocusDaemonTest::floodOfConnections()
     clients.back().reset();
     QTRY_COMPARE_WITH_TIMEOUT(clients.front()->request(QStringLiteral("client 0"), 2), QStringLiteral("0"), longestWait);
     QTRY_VERIFY_WITH_TIMEOUT(late.changeCount() > 0, longestWait);
-    QCOMPARE(late.take().last(), QStringLiteral("-2 late"));
+    QCOMPARE(late.take().constLast(), QStringLiteral("-2 late"));
     clients.erase(clients.begin());
     QTRY_COMPARE_WITH_TIMEOUT(late.changeCount(), 1, longestWait);
     QCOMPARE(late.take(), QStringList(QStringLiteral("1 late")));
@@ -533,7 +531,7 @@ void FocusDaemonTest::floodOfCycles()
         QCOMPARE(client.abandon(id), QStringLiteral("0"));
     }
     QTRY_COMPARE_WITH_TIMEOUT(other.changeCount(), 1000, longestWait);
-    QCOMPARE(other.take().last(), QStringLiteral("1 other"));
+    QCOMPARE(other.take().constLast(), QStringLiteral("1 other"));
 }
 
 void FocusDaemonTest::longIds()

@@ -113,8 +113,8 @@ void FocusRequesterTest::sameClient_data()
     QTest::newRow("other case") << QStringLiteral("ABC") << QStringLiteral("abc") << false;
     QTest::newRow("prefix") << QStringLiteral("ABC") << QStringLiteral("AB") << false;
     QTest::newRow("longer") << QStringLiteral("ABC") << QStringLiteral("ABC ") << false;
-    QTest::newRow("empty and null") << QStringLiteral("") << QString() << true;
-    QTest::newRow("empty and not") << QStringLiteral("") << QStringLiteral("ABC") << false;
+    QTest::newRow("empty and null") << QString(QLatin1String("")) << QString() << true;
+    QTest::newRow("empty and not") << QString(QLatin1String("")) << QStringLiteral("ABC") << false;
 }
 
 void FocusRequesterTest::sameClient()
