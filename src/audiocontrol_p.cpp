@@ -143,9 +143,8 @@ void AudioControlPrivate::tagNameFromQtToSp(AudioControl::AudioTag tag, QString 
 
 quint8 AudioControlPrivate::increaseVolume(QString spName, quint8 value)
 {
-    const bool boosted = std::any_of(std::begin(tables::boostedSources), std::end(tables::boostedSources), [&spName](const char *source) {
-        return spName == QLatin1String(source);
-    });
+    const bool boosted = std::any_of(
+        std::begin(tables::boostedSources), std::end(tables::boostedSources), [&spName](const char *source) { return spName == QLatin1String(source); });
     if (!boosted)
         return value;
     // Through an unsigned int, which holds every product: a direct conversion to 8 bits is undefined beyond 255. The low 8 bits
@@ -188,15 +187,12 @@ void AudioControlPrivate::initTracksVolumes(AudioControl::AudioTag tag, const QH
             continue;
         }
         const quint8 value = increaseVolume(source, lowByte(platformValueOfStep(step)));
-        const QStringList targets = groupKeys.contains(source) ? groups.value(source) : QStringList {source};
+        const QStringList targets = groupKeys.contains(source) ? groups.value(source) : QStringList{source};
         for (const QString &target : targets) {
             const int result = platform->setTrackVolume(track, target.toLocal8Bit().constData(), value);
             const logging::CodeLocation here = QZAUDIO_HERE;
             // Meant so: the failure's line number stands twice.
-            logOutcome(here,
-                       result,
-                       message("set stream", track, target, step, value),
-                       message(here.line, "set stream", track, target, step, value, result));
+            logOutcome(here, result, message("set stream", track, target, step, value), message(here.line, "set stream", track, target, step, value, result));
         }
     }
 }
@@ -344,9 +340,7 @@ int AudioControlPrivate::initEqValue(audio_eq_parameter_t &parameter)
 
 int AudioControlPrivate::initEqSystemVal16(audio_ext_eq_parameter_t &parameter)
 {
-    std::for_each(std::begin(parameter.band) + tables::sentBandCount, std::end(parameter.band), [](audio_ext_eq_band_t &band) {
-        band.type = 0;
-    });
+    std::for_each(std::begin(parameter.band) + tables::sentBandCount, std::end(parameter.band), [](audio_ext_eq_band_t &band) { band.type = 0; });
     return fillExtendedRecord(parameter, tables::sixteenBands);
 }
 
@@ -404,9 +398,7 @@ void AudioControlPrivate::setFadeBalance(int fade, int balance)
         facadeError() << "input fade" << fade << "balance" << balance << "err";
         return;
     }
-    const auto percent = [](qint64 steps) {
-        return static_cast<int>((100 * (tables::highestPosition - steps) + 7) / tables::highestPosition);
-    };
+    const auto percent = [](qint64 steps) { return static_cast<int>((100 * (tables::highestPosition - steps) + 7) / tables::highestPosition); };
     const int gainX = percent(balanceSteps);
     const int gainY = percent(fadeSteps);
     facadeInfo() << "gainX" << gainX << "gainY" << gainY;

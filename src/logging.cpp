@@ -30,12 +30,16 @@ QDebug logging::openTraceCritical(const CodeLocation &at)
 
 QDebug logging::openFacadeInfo(const CodeLocation &at)
 {
-    return logger(at).debug() << "[QT]" << "[Audiocontrol]";
+    return logger(at).debug() << "[QT]"
+                              << "[Audiocontrol]";
 }
 
 QDebug logging::openFacadeError(const CodeLocation &at)
 {
-    return logger(at).debug() << "[QT]" << "[Error]" << "[Audiocontrol]" << "line:" << at.line;
+    return logger(at).debug() << "[QT]"
+                              << "[Error]"
+                              << "[Audiocontrol]"
+                              << "line:" << at.line;
 }
 
 QDebug logging::openFacadeNote(const CodeLocation &at)

@@ -87,9 +87,9 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 
 } // namespace logging
 
-#define QZAUDIO_HERE (logging::CodeLocation {__FILE__, __LINE__, Q_FUNC_INFO})
+#define QZAUDIO_HERE (logging::CodeLocation{__FILE__, __LINE__, Q_FUNC_INFO})
 
-#define QZAUDIO_LOG_LINE(levelIsEnabled, open) \
+#define QZAUDIO_LOG_LINE(levelIsEnabled, open)                                                                       \
     for (bool qzaudioLogs = QLoggingCategory::defaultCategory()->levelIsEnabled(); qzaudioLogs; qzaudioLogs = false) \
     logging::open(QZAUDIO_HERE)
 

@@ -239,9 +239,8 @@ AudioControl::AudioTag ZelAudioManager::currentTag()
 void ZelAudioManager::updateCurrentAudioVolume(bool up)
 {
     traceDebug() << up;
-    const auto key = std::find_if(std::begin(tables::volumeKeyRows), std::end(tables::volumeKeyRows), [this](const tables::VolumeKeyRow &row) {
-        return row.status == currentStatus;
-    });
+    const auto key = std::find_if(
+        std::begin(tables::volumeKeyRows), std::end(tables::volumeKeyRows), [this](const tables::VolumeKeyRow &row) { return row.status == currentStatus; });
     ZelAudioType type = ZelAudioTypeMedia;
     if (key != std::end(tables::volumeKeyRows))
         type = key->type;

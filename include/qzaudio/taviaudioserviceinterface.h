@@ -45,31 +45,16 @@ public Q_SLOTS:
         return asyncCallWithArgumentList(QStringLiteral("abandonAudioFocus"), {QVariant::fromValue(clientId)});
     }
 
-    inline QDBusPendingReply<int> currentMegaBase()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("currentMegaBase"), {});
-    }
+    inline QDBusPendingReply<int> currentMegaBase() { return asyncCallWithArgumentList(QStringLiteral("currentMegaBase"), {}); }
 
     /// The duration hint of the holder, 0 when there is none.
-    inline QDBusPendingReply<int> getCurrentAudioFocus()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("getCurrentAudioFocus"), {});
-    }
+    inline QDBusPendingReply<int> getCurrentAudioFocus() { return asyncCallWithArgumentList(QStringLiteral("getCurrentAudioFocus"), {}); }
 
-    inline QDBusPendingReply<bool> isVolumeAvailable()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("isVolumeAvailable"), {});
-    }
+    inline QDBusPendingReply<bool> isVolumeAvailable() { return asyncCallWithArgumentList(QStringLiteral("isVolumeAvailable"), {}); }
 
-    inline QDBusPendingReply<bool> isVolumeMute()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("isVolumeMute"), {});
-    }
+    inline QDBusPendingReply<bool> isVolumeMute() { return asyncCallWithArgumentList(QStringLiteral("isVolumeMute"), {}); }
 
-    inline QDBusPendingReply<> nextMegaBase()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("nextMegaBase"), {});
-    }
+    inline QDBusPendingReply<> nextMegaBase() { return asyncCallWithArgumentList(QStringLiteral("nextMegaBase"), {}); }
 
     /// 0 granted, 1 failed. @p durationHint is a gain, 1 to 4.
     inline QDBusPendingReply<int> requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId)
@@ -83,10 +68,7 @@ public Q_SLOTS:
         return asyncCallWithArgumentList(QStringLiteral("unregisterAudioFocusClient"), {QVariant::fromValue(clientId)});
     }
 
-    inline QDBusPendingReply<int> volumeLevel()
-    {
-        return asyncCallWithArgumentList(QStringLiteral("volumeLevel"), {});
-    }
+    inline QDBusPendingReply<int> volumeLevel() { return asyncCallWithArgumentList(QStringLiteral("volumeLevel"), {}); }
 };
 
 #endif

@@ -10,7 +10,7 @@
 class Player : public IAudioFocusChangeListener
 {
 public:
-    void onAudioFocusChange(int) override {}
+    void onAudioFocusChange(int) override { }
     QString clientId() override { return QStringLiteral("player"); }
 };
 

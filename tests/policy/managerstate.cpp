@@ -10,12 +10,12 @@ struct Expose
     friend constexpr typename Name::Member memberOf(Name) { return pointer; }
 };
 
-#define EXPOSE_MEMBER(name, type)                                                                                                                              \
-    struct name##_Name                                                                                                                                         \
-    {                                                                                                                                                          \
-        using Member = type ZelAudioManager::*;                                                                                                                \
-        friend constexpr Member memberOf(name##_Name);                                                                                                         \
-    };                                                                                                                                                         \
+#define EXPOSE_MEMBER(name, type)                      \
+    struct name##_Name                                 \
+    {                                                  \
+        using Member = type ZelAudioManager::*;        \
+        friend constexpr Member memberOf(name##_Name); \
+    };                                                 \
     template struct Expose<name##_Name, &ZelAudioManager::name>;
 
 EXPOSE_MEMBER(control, audio::AudioControl *)

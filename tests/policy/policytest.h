@@ -89,11 +89,11 @@ private:
 };
 
 /// The main function of a test on virtual time.
-#define POLICY_TEST_MAIN(TestClass)                                                                                                                            \
-    int main(int argc, char **argv)                                                                                                                            \
-    {                                                                                                                                                          \
-        simulator::VirtualClock::install();                                                                                                                    \
-        QCoreApplication application(argc, argv);                                                                                                              \
-        TestClass test;                                                                                                                                        \
-        return QTest::qExec(&test, argc, argv);                                                                                                                \
+#define POLICY_TEST_MAIN(TestClass)               \
+    int main(int argc, char **argv)               \
+    {                                             \
+        simulator::VirtualClock::install();       \
+        QCoreApplication application(argc, argv); \
+        TestClass test;                           \
+        return QTest::qExec(&test, argc, argv);   \
     }

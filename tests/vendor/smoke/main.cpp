@@ -68,7 +68,10 @@ const Row rows[] = {
     {[](AudioControl &c) { c.setDpsUserGain(1); }, "App.setDpsUserGain "},
     {[](AudioControl &c) { c.setSpeakerDealy(AudioControl::LeftFront, 1); }, "App.setSpeakerDelay "},
     {[](AudioControl &c) { c.setAECQuality(static_cast<AudioControl::AudioQuality>(1)); }, "App.setAecQuality "},
-    {[](AudioControl &c) { c.setEqValue({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}); }, "App.setExtEqParameter "},
+    {[](AudioControl &c) {
+         c.setEqValue({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+     },
+     "App.setExtEqParameter "},
     {[](AudioControl &c) { c.setDownlinkDelayEstimation(); }, "App.startDownlinkDelayEstimation "},
     {[](AudioControl &c) { c.getDownlinkDelayEstimation(&delay); }, "App.getDownlinkDelayEstimation "},
 };
