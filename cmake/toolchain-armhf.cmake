@@ -18,5 +18,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# CTest runs the Arm programs in the emulator.
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm;-L;${CMAKE_SYSROOT})
+# CTest runs the Arm programs in the emulator. Its whole path: a bus that starts a program does not search for it.
+find_program(QZAUDIO_EMULATOR qemu-arm DOC "Runs Arm programs")
+if(QZAUDIO_EMULATOR)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${QZAUDIO_EMULATOR};-L;${CMAKE_SYSROOT})
+endif()

@@ -19,7 +19,8 @@ struct Members
 
 const Members &membersOf(const AudioControl &control)
 {
-    return *reinterpret_cast<const Members *>(reinterpret_cast<const char *>(&control) + sizeof(QObject));
+    const void *const members = reinterpret_cast<const char *>(&control) + sizeof(QObject);
+    return *static_cast<const Members *>(members);
 }
 
 } // namespace
