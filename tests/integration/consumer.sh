@@ -15,7 +15,10 @@ mkdir -p "$work"
     "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt"
 
 echo "== through CMake"
-"$cmake" -G Ninja -S "$project/tests/consumer" -B "$work/cmake" "-DCMAKE_PREFIX_PATH=$work/prefix" "$@"
+prefix=-DCMAKE_PREFIX_PATH=$work/prefix
+# Building for another processor, CMake looks below the roots of that processor's files only.
+[ ! "${EMULATOR:-}" ] || prefix=-DCMAKE_FIND_ROOT_PATH=$work/prefix
+"$cmake" -G Ninja -S "$project/tests/consumer" -B "$work/cmake" "$prefix" "$@"
 "$cmake" --build "$work/cmake"
 LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} "$work/cmake/player"
 

@@ -21,6 +21,9 @@ mkdir -p "$work"
 "$cmake" --install "$work/build" --prefix "$work/prefix"
 "$project/tests/integration/installed.sh" "$project" "$work/prefix" "$libdir" "$project/tests/integration/installed.txt"
 
-"$cmake" -G Ninja -S "$project/tests/vendor/smoke" -B "$work/smoke" "-DCMAKE_PREFIX_PATH=$work/prefix" "-DSDK=$work/sdk" "$@"
+prefix=-DCMAKE_PREFIX_PATH=$work/prefix
+# Building for another processor, CMake looks below the roots of that processor's files only.
+[ ! "${EMULATOR:-}" ] || prefix=-DCMAKE_FIND_ROOT_PATH=$work/prefix
+"$cmake" -G Ninja -S "$project/tests/vendor/smoke" -B "$work/smoke" "$prefix" "-DSDK=$work/sdk" "$@"
 "$cmake" --build "$work/smoke"
 LD_LIBRARY_PATH=$work/prefix/$libdir:$work/sdk/lib ${EMULATOR:-} "$work/smoke/smoke"
