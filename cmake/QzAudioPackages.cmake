@@ -22,7 +22,10 @@ if(QZAUDIO_ON_SIMULATOR)
     list(APPEND CPACK_COMPONENTS_ALL simulator)
 endif()
 if(QZAUDIO_WITH_QML)
-    list(APPEND CPACK_COMPONENTS_ALL qml tools)
+    list(APPEND CPACK_COMPONENTS_ALL qml)
+endif()
+if(QZAUDIO_WITH_QML OR QZAUDIO_WITH_SERVICE)
+    list(APPEND CPACK_COMPONENTS_ALL tools)
 endif()
 
 # The dependencies are written out: dpkg-shlibdeps cannot read the libraries of another processor.
@@ -30,7 +33,10 @@ set(same "(= ${PROJECT_VERSION})")
 set(runtime "libc6 (>= 2.34), libgcc-s1 (>= 3.5), libstdc++6 (>= 12)")
 set(core "libqt5core5a (>= 5.15.1)")
 set(bus "libqt5dbus5 (>= 5.14.1)")
-set(qml "libqt5qml5 (>= 5.15)")
+set(qml)
+if(QZAUDIO_WITH_QML)
+    set(qml ", libqt5qml5 (>= 5.15)")
+endif()
 set(library "libqzaudio${PROJECT_VERSION_MAJOR} ${same}")
 set(simulator)
 if(QZAUDIO_ON_SIMULATOR)
@@ -97,13 +103,13 @@ endif()
 qzaudio_package(qml qml-module-qzaudio libs
     "audio library of a car's head unit - QML modules"
     "The modules QzAudio and QzAudio.Simulator."
-    "${runtime}, ${core}, ${bus}, ${qml}, ${library}${simulator}"
+    "${runtime}, ${core}, ${bus}${qml}, ${library}${simulator}"
 )
 qzaudio_package(tools qzaudio-tools sound
     "audio library of a car's head unit - desk bench and focus daemon"
     "qzaudio-bench plays scenarios on the simulated platform; qzaudio-focusd serves
 audio focus on the bus."
-    "${runtime}, ${core}, ${bus}, ${qml}, ${library}${simulator}"
+    "${runtime}, ${core}, ${bus}${qml}, ${library}${simulator}"
 )
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
 
