@@ -28,7 +28,7 @@ QString recordText(const audio::audio_ext_eq_parameter_t &record);
 template<typename Record>
 QByteArray recordBytes(const Record &record)
 {
-    return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
+    return {reinterpret_cast<const char *>(&record), static_cast<int>(sizeof record)};
 }
 
 /// The fields by name, all of them.
