@@ -30,9 +30,14 @@ install(DIRECTORY include/qzaudio
 )
 
 # A client's linker must find the platform's library, which the client itself does not name.
+if(QZAUDIO_ON_SIMULATOR)
+    set(QZAUDIO_PLATFORM_LIBRARY_DIR ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+else()
+    set(QZAUDIO_PLATFORM_LIBRARY_DIR ${QZAUDIO_PLATFORM_SDK}/lib)
+endif()
 target_link_options(qzaudio
     INTERFACE
-        $<BUILD_INTERFACE:-Wl,-rpath-link,${CMAKE_LIBRARY_OUTPUT_DIRECTORY}>
+        $<BUILD_INTERFACE:-Wl,-rpath-link,${QZAUDIO_PLATFORM_LIBRARY_DIR}>
         $<INSTALL_INTERFACE:-Wl,-rpath-link,$<INSTALL_PREFIX>/${CMAKE_INSTALL_LIBDIR}>
 )
 
