@@ -405,7 +405,7 @@ void TestPlatformObjects::getters()
     QCOMPARE(int(byteOut), 5);
     objects.source->setOutputSource("main", "S+GPS");
     QCOMPARE(objects.source->getActiveSource("main"), "S+GPS");
-    m_platform->chip()->setActiveSource(QStringLiteral("main"), QStringLiteral(""));
+    m_platform->chip()->setActiveSource(QStringLiteral("main"), QLatin1String(""));
     QCOMPARE(objects.source->getActiveSource("main"), "");
     m_platform->chip()->setActiveSource(QStringLiteral("main"), QString());
     QVERIFY(objects.source->getActiveSource("main") == nullptr);

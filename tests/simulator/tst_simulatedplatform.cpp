@@ -18,12 +18,16 @@ using simulator::Platform;
 namespace
 {
 
-QStringList criticalLines;
+QStringList &criticalLines()
+{
+    static QStringList lines;
+    return lines;
+}
 
 void recordCritical(QtMsgType level, const QMessageLogContext &context, const QString &text)
 {
     if (level == QtCriticalMsg && qstrcmp(context.category, "qzaudio.simulator") == 0)
-        criticalLines += text;
+        criticalLines() += text;
 }
 
 } // namespace
@@ -399,7 +403,7 @@ void TestSimulatedPlatform::problems()
     QFETCH(QString, mistake);
     QFETCH(QString, problem);
 
-    criticalLines.clear();
+    criticalLines().clear();
     qInstallMessageHandler(recordCritical);
     QSignalSpy found(m_platform->books(), &simulator::Books::problemFound);
     const int aliveBefore = m_platform->books()->alive(ObjectKind::Volume);
@@ -424,7 +428,7 @@ void TestSimulatedPlatform::problems()
     }
     problem.replace(QStringLiteral("Volume#1"), name);
     QCOMPARE(m_platform->books()->problems(), QStringList(problem));
-    QCOMPARE(criticalLines, QStringList(problem));
+    QCOMPARE(criticalLines(), QStringList(problem));
     QCOMPARE(found.count(), 1);
     QCOMPARE(found.at(0).at(0).toString(), problem);
     QCOMPARE(m_platform->books()->alive(ObjectKind::Volume), aliveBefore);
@@ -474,7 +478,7 @@ struct Ending
 
 Ending runLeftovers(const QString &state, const QString &loggingRules)
 {
-    QStringList command = QStringLiteral(EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QStringList command = QString::fromLatin1(EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     command += QStringLiteral(PLATFORMLEFTOVERS);
     command += state;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

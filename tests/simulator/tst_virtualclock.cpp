@@ -11,6 +11,7 @@
 #include <QtTest/QtTest>
 
 #include <array>
+#include <memory>
 
 #include <unistd.h>
 
@@ -230,14 +231,14 @@ void TestVirtualClock::deletedBetween()
     QCOMPARE(timeout.count(), 0);
 
     auto *const suicidal = new QTimer(this);
-    int turns = 0;
-    connect(suicidal, &QTimer::timeout, this, [suicidal, &turns] {
-        ++turns;
+    const auto turns = std::make_shared<int>(0);
+    connect(suicidal, &QTimer::timeout, this, [suicidal, turns] {
+        ++*turns;
         delete suicidal;
     });
     suicidal->start(10);
     m_clock->advance(50);
-    QCOMPARE(turns, 1);
+    QCOMPARE(*turns, 1);
 }
 
 void TestVirtualClock::remainingAndRegistered()
