@@ -35,11 +35,11 @@ public:
     virtual void onMegaBaseChange(int newValue) = 0;
 };
 
-/// Kept in a list; the library calls nothing on it.
+/// Kept in a list; the library calls nothing on it. Abstract, as the others are: a client derives its own.
 class QZAUDIO_EXPORT IVolumeListener
 {
 public:
-    virtual ~IVolumeListener();
+    virtual ~IVolumeListener() = 0;
 };
 
 #endif
