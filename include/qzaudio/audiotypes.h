@@ -8,24 +8,34 @@
 
 /*
  * The vocabulary of the head unit's audio situations. All of these are addressed by value: any int may be passed through
- * static_cast, and a value outside the range reads as the documented default. Values without a meaning have no enumerator.
+ * static_cast, and a value outside the range reads as the documented default. Values that the tables give no meaning of their own
+ * have no enumerator. docs/policy.md lists each number with its volume type, its source and what the volume keys work on.
  */
 
-/// What is sounding now, 0 to 19.
+/**
+ * What is sounding now, 0 to 19.
+ *
+ * Numbers without an enumerator: 3 is governed as 2 is. 4 and 9 apply the media volume to the source of 1 and of 8. 7 is like 0. 13 and
+ * 17 apply the media volume to the projection's source, as 15 and 19 do.
+ */
 enum AudioStatus : int {
     AudioStatusNone = 0,
+    AudioStatusBtPhoneRing = 1,
+    AudioStatusBtPhoneTelephony = 2,
     AudioStatusCarPlayAlert = 5,
     AudioStatusCarPlayTelephony = 6,
     AudioStatusCarPlaySpeech = 8,
     AudioStatusCarPlayDuck = 10, ///< a CarPlay prompt plays over the main audio
     AudioStatusCarPlayRestore = 11,
+    AudioStatusAndroidAutoSpeech = 12,
     AudioStatusAndroidAutoDuck = 14,
     AudioStatusAndroidAutoRestore = 15,
+    AudioStatusCarLifeSpeech = 16,
     AudioStatusCarLifeDuck = 18,
     AudioStatusCarLifeRestore = 19,
 };
 
-/// A source of sound, 0 to 19.
+/// A source of sound, 0 to 19. Numbers without an enumerator have no source name, and volume type 0.
 enum AudioChannel : int {
     AudioChannelNone = 0,
     AudioChannelBtAudio = 2,
@@ -42,6 +52,7 @@ enum AudioChannel : int {
     AudioChannelDiscPlayer = 13,
     AudioChannelAuxIn = 15,
     AudioChannelCarLife = 17,
+    AudioChannelHiCar = 18, ///< no source name either; the volume keys work on ZelAudioTypeHiCarCall
     AudioChannelAirPlayMedia = 19,
 };
 
