@@ -24,13 +24,14 @@ class AudioControlPrivate;
  * policy manager lives on.
  *
  * Logging: all lines go to Qt's message handler, category "default", at debug level, errors included: those carry "[Error]",
- * "line:" and the source line. The description of each operation names the line that a failure leaves.
+ * "line:" and the source line. A text in quotation marks in a description is what the line says that a failure leaves. A
+ * platform object that cannot be made leaves a line of its own, or counts as the call failing with -1.
  *
  * Results: 0 is success. Traps, kept because clients know them: setAlterVolume(), setAlterStepVolume() and setMicOpAndPga()
  * give -1 on success too; setMasterVolume() holds the platform at 100 whatever it is given.
  *
  * Any int may arrive in an enumeration argument; values outside the documented range are refused or replaced as described.
- * A null name is treated as an empty one.
+ * A null name is treated as an empty one. Pointers that an operation writes to are not tested and must not be null.
  */
 class QZAUDIO_EXPORT AudioControl : public QObject
 {
@@ -131,9 +132,10 @@ public:
     void setStreamVolume(AudioTag tag, const char *name, quint8 volume);
 
     /**
-     * The platform's volume of one source on one track, 0 to 148, or 0 on any failure.
+     * The platform's volume of one source on one track, 0 to 148.
      *
-     * A boosted source reads back boosted. A refusal is logged as "get stream" TRACK SOURCE "err".
+     * A boosted source reads back boosted. A refusal is logged as "get stream" TRACK SOURCE "err" and gives what the platform
+     * wrote all the same: 0 unless it wrote something. 0 for an unknown tag or name, silently.
      */
     quint8 getStreamVolume(AudioTag tag, const char *name);
 
@@ -144,7 +146,7 @@ public:
      */
     int setMasterVolume(quint8 volume);
 
-    /// The platform's master volume, 0 to 100, or 0 on failure ("get master volume err").
+    /// The platform's master volume, 0 to 100. On failure ("get master volume err") what it wrote all the same, 0 unless it wrote something.
     quint8 getMasterVolume();
 
     /**
@@ -300,7 +302,9 @@ public:
 
     // Output processing -----------------------------------------------------------------------------------------------------
 
+    /// Switches the platform's DPS processing ("Set Dps error.ret:"). Always reaches the platform.
     void setDpsEnable(bool enable);
+    /// Switches the platform's stereo processing ("Set Stereo error.ret:"). Always reaches the platform.
     void setStereoEnable(bool enable);
     /// In the platform's unit.
     void setDpsUserGain(float gain);

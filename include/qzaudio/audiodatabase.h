@@ -21,8 +21,10 @@ namespace audio
  * getHandsfreeDelay(), which read the file each time.
  *
  * A save blocks for as long as the flash needs, and while another process writes; behind one that hangs, up to 30 seconds. Failures
- * reach no caller but clear()'s: a value that could not be written stays in memory, is tried again by later calls, and the log
- * says "file not exists!!!" when no file is left behind.
+ * reach no caller but clear()'s: a value that a full flash did not take is tried again by later calls, and the log says "file not
+ * exists!!!" when no file is left behind. Where a lock file lies in the way that cannot be removed, the value is not written, now
+ * or later: a line at critical level says that the file "is blocked by a lock file that cannot be removed". Memory has the new
+ * value in both cases.
  *
  * No index reaches memory outside its array: outside the range it reads as 0 and changes no value in memory.
  *
@@ -40,12 +42,17 @@ public:
     /**
      * The stored value of GROUP/KEY as the file has it now, or the default when file or key is missing.
      *
-     * A value of this process that could not be written yet (full flash) is what it shows, and is tried again by this call.
+     * A value of this process that could not be written yet (full flash) is what it shows, and is tried again by this call. Should
+     * a lock file that cannot be removed lie in the way of that, it gives the default, with a line at critical level.
      */
     QVariant data(QString group, QString key, QVariant defaultValue);
     /// Writes GROUP/KEY to the file at once. Logs "file not exists!!!" at critical level when no file is there afterwards.
     void save(QString group, QString key, QVariant value);
-    /// Removes the file; false, with "fail!!!" at critical level, when that fails. Values in memory stay.
+    /**
+     * Removes the file; false, with "fail!!!" at critical level, when that fails.
+     *
+     * Only the file: values in memory stay, and it waits for no writer, who may put the file there again.
+     */
     bool clear();
 
     /// Volume in memory, usually 0 to 25. The type is folded by the signed remainder of 6; a negative remainder reads as 0.

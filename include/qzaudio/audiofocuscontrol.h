@@ -36,7 +36,12 @@ public:
      * The new holder is sent no GAIN: the result is its grant. The same request by the holder changes nothing.
      */
     int requestAudioFocus(int mainStreamType, int durationHint, IAudioFocusDispatcher *dispatcher, const QString &clientId);
-    /// Gives focus up, or leaves the stack; the next on top is told GAIN. Always 0.
+    /**
+     * Gives focus up, or leaves the stack. Always 0.
+     *
+     * When the entry was on top, the one that comes to be there is told GAIN, unless it is voice communication. When it was not
+     * on top, nobody is told anything.
+     */
     int abandonAudioFocus(const QString &clientId);
     /// Leaves the stack without anybody being told.
     void unregisterAudioFocusClient(const QString &clientId);
@@ -47,7 +52,8 @@ public:
     /// Tells the top entry GAIN, unless it is voice communication.
     void notifyTopOfAudioFocusStack();
     /**
-     * Removes a client: from the top (then, with @p signal, the next one is told GAIN) or else silently from below.
+     * Removes a client: from the top (then, with @p signal, the next one is told GAIN, unless it is voice communication) or else
+     * silently from below.
      *
      * An entry on top hides further entries of the same client below it; they stay.
      */

@@ -15,7 +15,8 @@
  * part of the bus interface "tavi.AudioService".
  *
  * Threads: no lock; callers serialise. The signal is emitted on the thread of the request or abandonment that caused it,
- * before that returns.
+ * before that returns. The stack is in the middle of its work then: a receiver on the same thread must not request, abandon or
+ * unregister from inside the signal. Post such a call to the event loop, or connect queued.
  */
 class QZAUDIO_EXPORT AudioService : public QObject, public IAudioFocusDispatcher
 {
@@ -30,7 +31,7 @@ public:
     void dispatchAudioFocusChange(int focusChange, const QString &clientId) override;
 
 Q_SIGNALS:
-    /// A client gained (1) or lost (-1 to -3) focus.
+    /// A client gained (1) or lost (-1 to -3) focus. After a request with an unchecked hint outside 1..4: 0, to those that had lost it before.
     void audioFocusChanged(int newState, QString clientId);
 
 public Q_SLOTS:

@@ -27,12 +27,17 @@ enum VolResponseState : int {};
  * equalizer and microphone. The manager drives audio::AudioControl and keeps an audio::AudioDataBase of its own.
  *
  * Volumes run from 0 to 25 and reach the platform as volume × 4. Operations report no error; what the platform refuses is
- * logged by the facade. Every operation leaves one "[DBG]" line on entry.
+ * logged by the facade.
+ *
+ * Logging: operations leave a "[DBG]" line on entry, and those that they call leave theirs, with these exceptions: the empty
+ * onCarplayAlertStart() and onCarplayAlertStop() leave none; setEqType(100) first leaves that of eqType(); what asks the
+ * platform for microphone gains logs afterwards, with the answer. instance() itself logs nothing, the making of the manager does.
  *
  * Threads: only the first instance() is guarded. The manager belongs to the thread that made it, which must run a Qt event
  * loop: its six timers and the reverse-gear signal arrive there. Call its operations from that thread only.
  *
- * Each stored change rewrites the settings file before the call returns (see audio::AudioDataBase).
+ * Each stored change rewrites the settings file before the call returns (see audio::AudioDataBase). Pointers that an
+ * operation writes to must not be null.
  */
 class QZAUDIO_EXPORT ZelAudioManager : public QObject
 {
@@ -48,24 +53,41 @@ public:
 
     // Status, channel and volume --------------------------------------------------------------------------------------------
 
-    /// Reports what sounds now (0 to 19) and applies its stored volume. The current status again changes nothing.
+    /**
+     * Reports what sounds now (0 to 19) and applies its stored volume.
+     *
+     * The current status again applies nothing. Every call, that one too, stops the timer of a CarPlay prompt (see cpDuckAudio()).
+     */
     void updateAudioStatus(AudioStatus status);
-    /// Routes the channel (0 to 19) to the main track. No volume is written. The first channel also sets the equalizer.
+    /**
+     * Routes the channel (0 to 19) to the main track. No volume is written.
+     *
+     * The first channel other than 0 in the life of the process also applies the stored equalizer type, and once more after 2000 ms.
+     * From then on channels 3, 5, 10 and 17 apply it on every report. Each of these rewrites the settings file.
+     */
     void updateAudioChannel(AudioChannel channel);
     /// The channel last reported, 0 until then.
     int currentAudioChannel();
     /**
-     * Sets a volume, usually 0 to 25, for all channels of a type at once.
+     * Sets a volume, usually 0 to 25, for all channels of a type at once; types 1 and 5 are the alternative track's.
      *
      * @param save also write it to the settings file
      *
-     * A type with two channels or more is written once more after 500 ms.
+     * A type with two channels or more becomes pending, and 500 ms after the last such call pending types are written to the
+     * platform once more. Of several pending types only the first, third, fifth … are: of three the second is dropped and the
+     * third, though written, stays for the next run. This is deliberate.
      */
     void setVolume(ZelAudioType type, int volume, bool save);
+    /// The volume in memory, saved or not, usually 0 to 25. Other types than 0 to 5 are folded (see audio::AudioDataBase).
     int getVolume(ZelAudioType type);
     /// Writes all six volumes to the settings file.
     void saveVolume();
-    /// The volume key: one step up or down, 0 to 25, for what sounds now; saved. Emits zelvolumeChanged().
+    /**
+     * The volume key: one step up or down, 0 to 25, for what sounds now; saved. Emits zelvolumeChanged().
+     *
+     * In statuses 1, 2, 3, 5, 6, 10, 14 and 18 the status decides the type. In the others only channels of type 0 have one, and
+     * with any other channel (0 is one of them) nothing happens at all. Channel 18 makes it type 5 in every status.
+     */
     void updateCurrentAudioVolume(bool up);
     /// Only logs that it was called.
     void setVolResponse(VolResponseState state, bool on);
@@ -76,6 +98,7 @@ public:
 
     /// Lowers the main audio to the fixed gain 60; @p level is only logged, on purpose.
     void duck(int level);
+    /// Restores the main audio at once, whoever ducked it: there is one ducking mode.
     void unDuck();
     /// Android Auto prompts. The arguments are not used.
     void aaDuckAudio(int, int);
@@ -83,11 +106,13 @@ public:
     /// CarLife prompts. The arguments are not used; the unduck's log line names Android Auto, kept.
     void clDuckAudio(int, int);
     void clUnduckAudio(int);
-    /// CarPlay prompt begins: ducks at once; status 10 is applied when no unduck came within 1000 ms.
+    /// CarPlay prompt begins: ducks at once; status 10 is applied when neither an unduck nor any updateAudioStatus() came within 1000 ms.
     void cpDuckAudio(int, int level);
     /// CarPlay prompt ends: after 500 ms without a new duck, status 11 is applied and the main audio restored.
     void cpUnduckAudio(int);
+    /// Whether CarPlay is connected. Only remembered.
     void setCPConnected(bool connected);
+    /// What setCPConnected() was last given, false until then.
     bool getCPConnected();
     /// Only logs that it was called.
     void updateCPAAStatus(CPAAStatus status);
@@ -102,9 +127,11 @@ public:
      * With @p mute false, or a negative count, unmutes if muted. An unmute leaves a running timed mute's timer running.
      */
     void setAudioMute(bool mute, int count);
-    /// Unmutes.
+    /// Unmutes. A timed mute's timer keeps running.
     void deMute();
+    /// Mutes or unmutes at once, without a time. The state that holds already does nothing; a timed mute's timer keeps running.
     void setMute(bool mute);
+    /// Whether it is muted, as the facade remembers it.
     bool isAttOn();
     /// Mutes when audible, unmutes when muted.
     void triggerAtt();
@@ -119,10 +146,13 @@ public:
     const EqBaseData *getEqBaseData();
     /// The custom curve's band 0 to 15 as stored: twice what adjustCustomEq() was given.
     int customEq(int band);
+    /// The stored equalizer type, usually 0 to 7; 7 is the custom curve.
     int eqType();
     /// Applies and stores an equalizer type, 0 to 7; 100 applies the stored one. An unknown type sounds like type 0.
     void setEqType(int type);
+    /// Applies and stores the type before the stored one, 7 before 0.
     void eqTypePrev();
+    /// Applies and stores the type after the stored one, 0 after 7.
     void eqTypeNext();
     /**
      * Sets one band of the custom curve to value × 2 dB and selects the custom type.
@@ -133,17 +163,20 @@ public:
      * The same value again within 500 ms of the last adjustment is ignored.
      */
     void adjustCustomEq(int value, int band);
+    /// Whether loudness is on, as stored.
     bool loudNess();
+    /// Switches loudness and stores it. It does not survive: every start switches it off, in the settings file too.
     void setLoudNess(bool on);
 
     // Microphone ------------------------------------------------------------------------------------------------------------
 
+    /// The stored microphone input volume, usually 0 to 91.
     int micInputValue();
     /// 0 to 91; beyond it the facade refuses, but the value is stored all the same.
     void setMicInputValue(int value);
     /// True for the original microphone.
     bool micTypeIsDefault();
-    /// Selects the microphone, true for the original one. The platform is given the opposite, on purpose.
+    /// Selects and stores the microphone, true for the original one, and applies its gain and delay. The platform is given the opposite.
     void setMicLeftRightSwitch(bool sw);
     /// The stored gain in whole dB.
     float getMicAnalogGain();
@@ -153,13 +186,17 @@ public:
     int setMicAnalogGain(float left, float right);
     /// Splits the stored gain into an analogue stage (0 to 40 dB) and the programmable rest in whole dB, which may be negative.
     void getMicAnalogOpAndPga(float &op, int &pga);
+    /// Starts the platform's calibration of the microphone gain; 0, or the facade's failure.
     int startMicGainCalibration();
+    /// Applies what the calibration found; 0, or the facade's failure. The stored gain stays.
     int setMicGainCalibration();
-    /// Writes the first calibration gain, gives the second.
+    /// Writes the first calibration gain and gives the second, whatever the platform answers. Without a platform object it only gives 0.
     float getMicCalibrationGain(int *first);
     /// Applies and stores the delay, in the platform's unit; 0, or the facade's failure (stored all the same).
     int setHandsfreeDelay(int delay);
+    /// Starts the estimation of the downlink delay.
     void setDownlinkDelayEstimation();
+    /// Writes the estimated delay, in the platform's unit; 0, or the facade's failure.
     int getDownlinkDelayEstimation(short *delay);
     /// Feeds an input to a destination and applies the stored gain again.
     void setInputDestination(audio::AudioControl::AudioTag tag, const char *name);
