@@ -51,6 +51,8 @@ int wholeNumber(const QVariant &value)
 /// A value that could not be written waits in this process's QSettings; the next access writes it, even when that is a read.
 std::atomic_bool valuesMayWait{false};
 
+constexpr char blocked[] = "is blocked by a lock file that cannot be removed";
+
 } // namespace
 
 AudioDataBase::AudioDataBase(QObject *parent)
@@ -100,8 +102,13 @@ void AudioDataBase::_initVolume()
 QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 {
     std::optional<SettingsFileGuard> guard;
-    if (valuesMayWait)
+    if (valuesMayWait) {
         guard.emplace();
+        if (!guard->mayWrite()) {
+            traceCritical() << qUtf8Printable(settingsFilePath()) << blocked;
+            return defaultValue; // to read would be to write what waits
+        }
+    }
     QSettings settings(settingsFilePath(), QSettings::IniFormat);
     if (guard)
         valuesMayWait = settings.status() != QSettings::NoError;
@@ -115,7 +122,9 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
 {
     {
         const SettingsFileGuard guard;
-        if (guard.mayWrite()) {
+        if (!guard.mayWrite()) {
+            traceCritical() << qUtf8Printable(settingsFilePath()) << blocked;
+        } else {
             QSettings settings(settingsFilePath(), QSettings::IniFormat);
             settings.beginGroup(group);
             settings.setValue(key, value);

@@ -12,7 +12,8 @@
  *       GROUP/KEY=NUMBER             saves it
  *       GROUP/KEY                    prints data() as text, or "default"
  *       +NAME:BYTES                  makes a file beside the settings, as large as fits
- *       -NAME                        removes it
+ *       +NAME/                       makes a folder there
+ *       -NAME                        removes the one or the other
  *       clear                        prints what clear() returns
  *       show                         prints the file as it is, its lines joined by blanks
  *   hold-lock MS                     says "held" and holds the lock file of QSettings for so long
@@ -22,6 +23,7 @@
 #include <qzaudio/audiodatabase.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QLockFile>
 #include <QtCore/QTextStream>
@@ -144,12 +146,15 @@ void takeStep(audio::AudioDataBase &store, const QString &step)
     } else if (step == QLatin1String("show")) {
         QFile file(folder + QStringLiteral("audioData.db"));
         output() << (file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().simplified()) : QStringLiteral("no file")) << '\n';
+    } else if (step.startsWith(QLatin1Char('+')) && step.endsWith(QLatin1Char('/'))) {
+        QDir(folder).mkdir(step.mid(1).chopped(1));
     } else if (step.startsWith(QLatin1Char('+'))) {
         QFile file(folder + step.mid(1).section(QLatin1Char(':'), 0, 0));
         if (file.open(QIODevice::WriteOnly))
             file.write(QByteArray(step.section(QLatin1Char(':'), 1).toInt(), 'x'));
     } else if (step.startsWith(QLatin1Char('-'))) {
-        QFile::remove(folder + step.mid(1));
+        if (!QFile::remove(folder + step.mid(1)))
+            QDir(folder).rmdir(step.mid(1));
     } else if (step.contains(QLatin1Char('='))) {
         store.save(group, key, step.section(QLatin1Char('='), 1).toInt());
     } else {

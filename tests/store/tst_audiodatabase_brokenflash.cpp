@@ -10,6 +10,7 @@ namespace
 {
 
 const QString notThere = QStringLiteral("/media/flash/nvm/audioData.db file not exists!!!");
+const QString blocked = QStringLiteral("/media/flash/nvm/audioData.db is blocked by a lock file that cannot be removed");
 const QString notRemoved = QStringLiteral("clear /media/flash/nvm/audioData.db fail!!!");
 constexpr const char *stored = "[Volume]\n0=1\n1=2\n\n[Mine]\nKey=kept\n";
 
@@ -66,7 +67,7 @@ void BrokenFlashTest::unwritable_data()
     QTest::newRow("read-only folder without file") << flashIn + words("--read-only") << none << 0755 << 0644 << false
                                                    << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
     QTest::newRow("read-only folder with a dead lock") << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << true
-                                                       << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+                                                       << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{blocked, notRemoved};
     QTest::newRow("read-only file") << flashIn + bare + words("--ro-bind %1/audioData.db /media/flash/nvm/audioData.db") << QByteArray(stored) << 0755 << 0644
                                     << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
     QTest::newRow("no permission for the file") << notRoot << QByteArray(stored) << 0755 << 0444 << false
@@ -74,7 +75,7 @@ void BrokenFlashTest::unwritable_data()
     QTest::newRow("no permission for the folder") << notRoot << QByteArray(stored) << 0555 << 0644 << false
                                                   << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
     QTest::newRow("no permission for the folder, with a dead lock")
-        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{blocked, notRemoved};
 }
 
 void BrokenFlashTest::unwritable()
@@ -130,6 +131,10 @@ void BrokenFlashTest::full_data()
         << before << QStringLiteral("+filler:100000 Volume/0=17 Volume/0 -filler Volume/1 show") << QStringLiteral("17 2 [Volume] 0=17 1=2") << QStringList();
     QTest::newRow("written once") << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/1 Volume/0=5 Volume/1 show")
                                   << QStringLiteral("2 2 [Volume] 0=5 1=2") << QStringList();
+    // A folder of the lock file's name cannot be removed like a file: reading gives the default instead of waiting for ever.
+    QTest::newRow("a lock in the way while a value waits")
+        << before << QStringLiteral("+filler:100000 Volume/0=17 +audioData.db.lock/ Volume/0 Volume/1=3 -audioData.db.lock -filler Volume/1 show")
+        << QStringLiteral("default 2 [Volume] 0=17 1=2") << QStringList{blocked, blocked};
 }
 
 void BrokenFlashTest::full()
