@@ -2,15 +2,18 @@
 
 include(CMakePackageConfigHelpers)
 
-# qzaudio_install_manual(PROGRAM): its page, compressed without the time of the build in it.
-find_program(GZIP gzip REQUIRED)
+# qzaudio_compress(FILE TARGET): without the time of the build in it; again when FILE changes.
+find_program(GZIP gzip)
+function(qzaudio_compress file target)
+    execute_process(COMMAND ${GZIP} -9 -n -c ${file} OUTPUT_FILE ${target} RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${file} cannot be compressed with gzip: ${result}")
+    endif()
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+endfunction()
+
 function(qzaudio_install_manual program)
-    execute_process(
-        COMMAND ${GZIP} -9 -n -c ${PROJECT_SOURCE_DIR}/packaging/${program}.1
-        OUTPUT_FILE ${PROJECT_BINARY_DIR}/${program}.1.gz
-        COMMAND_ERROR_IS_FATAL ANY
-    )
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/packaging/${program}.1)
+    qzaudio_compress(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${PROJECT_BINARY_DIR}/${program}.1.gz)
     install(FILES ${PROJECT_BINARY_DIR}/${program}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endfunction()
 

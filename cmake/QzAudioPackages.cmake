@@ -113,11 +113,7 @@ audio focus on the bus."
 )
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
 
-# A release's changelog, in the packaging's own form, without the time of the build in it.
-execute_process(
-    COMMAND ${GZIP} -9 -n -c ${PROJECT_SOURCE_DIR}/packaging/changelog
-    OUTPUT_FILE ${PROJECT_BINARY_DIR}/changelog.gz
-    COMMAND_ERROR_IS_FATAL ANY
-)
+# A release's changelog, in the packaging's own form.
+qzaudio_compress(${PROJECT_SOURCE_DIR}/packaging/changelog ${PROJECT_BINARY_DIR}/changelog.gz)
 
 include(CPack)
