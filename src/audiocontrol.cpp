@@ -33,9 +33,9 @@ template<typename Object, typename Message, typename Operation, typename... Argu
 int callFresh(const logging::CodeLocation &at, const Message &said, Operation operation, Arguments &&...arguments)
 {
     const PlatformObject<Object> object;
-    if (!object)
-        logging::logError(at, "Create audio source failed."); // meant so, for every kind of object
-    else if constexpr (std::tuple_size_v<Message> > 0)
+    if (!isMade(object, "Create audio source failed.", at)) // meant so, for every kind of object
+        return -1;
+    if constexpr (std::tuple_size_v < Message >> 0)
         std::apply([&at](const auto &...items) { logging::logInfo(at, items...); }, said);
     return object.call(operation, arguments...);
 }
@@ -78,18 +78,26 @@ public:
         name = spName.toLocal8Bit();
     }
 
-    /// Logs both names, the second in its role. False, with an error line, for a tag without a track.
-    bool areUsable(const char *role, const logging::CodeLocation &at) const
+    /// Logs both names, the second in its role.
+    void log(const char *role, const logging::CodeLocation &at) const
     {
         logging::logTrace(at, static_cast<int>(m_tag), track, "tag");
         logging::logTrace(at, m_qtName, name, role);
+    }
+
+    /// For operations that pass on a name that is not known, as an empty one: logs both, and an error for a tag without a track.
+    bool areRoutable(const char *role, const logging::CodeLocation &at) const
+    {
+        log(role, at);
         if (track.isEmpty())
             logging::logError(at, "get spTag string error.");
         return !track.isEmpty();
     }
 
-    QByteArray track;
-    QByteArray name; ///< may be empty, and is passed on so
+    bool areKnown() const { return !track.isEmpty() && !name.isEmpty(); }
+
+    QByteArray track; ///< empty for a tag that there is not
+    QByteArray name; ///< empty for a name that there is not
 
 private:
     AudioControl::AudioTag m_tag;
@@ -168,40 +176,33 @@ void AudioControl::setStreamVolume(AudioTag tag, const char *name, quint8 volume
         facadeError() << "input volume val more than " << tables::highestTrackVolume;
         return;
     }
-    QString source;
-    QString track;
-    d->trackNameFromQtToSp(QString::fromUtf8(name), source);
-    d->tagNameFromQtToSp(tag, track);
-    traceDebug() << static_cast<int>(tag) << track << "tag";
-    traceDebug() << name << source << "src";
-    if (source.isEmpty() || track.isEmpty())
+    const PlatformNames names(d, tag, name);
+    names.log("src", QZAUDIO_HERE);
+    if (!names.areKnown())
         return;
     const PlatformObject<Volume> platform;
     if (!platform) {
         facadeError() << "create volume " << name << " err";
         return;
     }
-    const quint8 value = d->increaseVolume(source, volume);
-    const int result = platform->setTrackVolume(track.toLocal8Bit().constData(), source.toLocal8Bit().constData(), value);
+    const quint8 value = d->increaseVolume(QString::fromLocal8Bit(names.name), volume);
+    const int result = platform->setTrackVolume(names.track.constData(), names.name.constData(), value);
     logOutcome(QZAUDIO_HERE, result, message("set stream", name, value), message("set stream", name, "err", result));
 }
 
 quint8 AudioControl::getStreamVolume(AudioTag tag, const char *name)
 {
-    QString source;
-    QString track;
-    d->trackNameFromQtToSp(QString::fromUtf8(name), source);
-    d->tagNameFromQtToSp(tag, track);
-    if (source.isEmpty() || track.isEmpty())
+    const PlatformNames names(d, tag, name);
+    if (!names.areKnown())
         return 0;
     const PlatformObject<Volume> platform;
     if (!platform) {
-        facadeError() << "create volume " << track << source << "err";
+        facadeError() << "create volume " << names.track << names.name << "err";
         return 0;
     }
     quint8 value = 0;
-    const int result = platform->getTrackVolume(track.toLocal8Bit().constData(), source.toLocal8Bit().constData(), &value);
-    logOutcome(QZAUDIO_HERE, result, message("get stream", track, source, value), message("get stream", track, source, "err", result));
+    const int result = platform->getTrackVolume(names.track.constData(), names.name.constData(), &value);
+    logOutcome(QZAUDIO_HERE, result, message("get stream", names.track, names.name, value), message("get stream", names.track, names.name, "err", result));
     return value;
 }
 
@@ -263,12 +264,9 @@ int AudioControl::setAlterVolume(quint8 volume, bool hicarCall)
         return -1;
     }
     const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "Create volume failed.";
+    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
         return -1;
-    }
-    const auto boosted = static_cast<unsigned int>(volume * tables::boostFactor);
-    const auto value = static_cast<quint8>(qMin<int>(static_cast<quint8>(boosted), tables::highestTrackVolume));
+    const quint8 value = AudioControlPrivate::boosted(volume);
     if (hicarCall)
         platform->setTrackVolume("main", "hicar_voice_callmodemspeaker10", value);
     const int result = platform->setAlterTrackVolume(value);
@@ -428,7 +426,7 @@ void AudioControl::setOutputSource(const char *track, const char *source)
 void AudioControl::setOutputSource(AudioTag tag, const char *source)
 {
     const PlatformNames names(d, tag, source);
-    if (names.areUsable("src", QZAUDIO_HERE))
+    if (names.areRoutable("src", QZAUDIO_HERE))
         setOutputSource(names.track.constData(), names.name.constData());
 }
 
@@ -459,7 +457,7 @@ void AudioControl::setOutputFrontSource(const char *track, const char *source, b
 void AudioControl::setOutputFrontSource(AudioTag tag, const char *source, bool frontOnly)
 {
     const PlatformNames names(d, tag, source);
-    if (names.areUsable("src", QZAUDIO_HERE))
+    if (names.areRoutable("src", QZAUDIO_HERE))
         setOutputFrontSource(names.track.constData(), names.name.constData(), frontOnly);
 }
 
@@ -483,7 +481,7 @@ void AudioControl::setInputDestination(const char *track, const char *destinatio
 void AudioControl::setInputDestination(AudioTag tag, const char *destination)
 {
     const PlatformNames names(d, tag, destination);
-    if (names.areUsable("dest", QZAUDIO_HERE))
+    if (names.areRoutable("dest", QZAUDIO_HERE))
         setInputDestination(names.track.constData(), names.name.constData());
 }
 
@@ -552,10 +550,8 @@ int AudioControl::setMicAnalogGain(float first, float second)
 int AudioControl::setMicOpAndPga(float op, float pga)
 {
     const PlatformObject<Volume> volume;
-    if (!volume) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(volume, "Create audio source failed.", QZAUDIO_HERE))
         return -1;
-    }
     volume->setMicOpGain(0, op, op);
     volume->setMicPgaGain(0, pga, pga);
     return -1; // meant so, on success too
@@ -574,10 +570,8 @@ int AudioControl::setMicGainCalibration()
 int AudioControl::getMicCalibrationGain(int *first, int *second)
 {
     const PlatformObject<Volume> volume;
-    if (!volume) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(volume, "Create audio source failed.", QZAUDIO_HERE))
         return -1;
-    }
     int gains[2] = {};
     const int result = volume->getMicCalibrationGain(&gains[0], &gains[1]);
     *first = gains[0];
@@ -598,10 +592,8 @@ int AudioControl::getDownlinkDelayEstimation(short *delay)
 int AudioControl::setHandsfreeDelay(int delay)
 {
     const PlatformObject<Source> source;
-    if (!source) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
         return -1;
-    }
     facadeInfo() << "set setHandsfreeDelay" << delay;
     const int result = source->setHandsfreeDelay(delay);
     return logOutcome(QZAUDIO_HERE, result, message("setHandsfreeDelaysuccess."), message("setHandsfreeDelay error", result)); // spelled so
@@ -631,10 +623,8 @@ void AudioControl::getMicrophoneTest(QList<int> &out)
 void AudioControl::setMicLeftRightSwitch(bool swap)
 {
     const PlatformObject<Source> source;
-    if (!source) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
         return;
-    }
     const int result = source->setMicLeftRightSwitch(swap);
     logOutcome(QZAUDIO_HERE, result, message("ADC left right switch success"), message("ADC left right switch failed.ret:", result));
 }

@@ -143,10 +143,13 @@ void AudioControlPrivate::tagNameFromQtToSp(AudioControl::AudioTag tag, QString 
 
 quint8 AudioControlPrivate::increaseVolume(QString spName, quint8 value)
 {
-    const bool boosted = std::any_of(
+    const bool isBoosted = std::any_of(
         std::begin(tables::boostedSources), std::end(tables::boostedSources), [&spName](const char *source) { return spName == QLatin1String(source); });
-    if (!boosted)
-        return value;
+    return isBoosted ? boosted(value) : value;
+}
+
+quint8 AudioControlPrivate::boosted(quint8 value)
+{
     // Through an unsigned int, which holds every product: a direct conversion to 8 bits is undefined beyond 255. The low 8 bits
     // are meant: 171 and more wrap round before they are held.
     const auto product = static_cast<unsigned int>(value * tables::boostFactor);
@@ -166,10 +169,8 @@ QHash<QString, quint8> &AudioControlPrivate::stepVolumes(AudioControl::AudioTag 
 void AudioControlPrivate::initTracksVolumes(AudioControl::AudioTag tag, const QHash<QString, quint8> &volumes)
 {
     const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "create volume err";
+    if (!isMade(platform, "create volume err", QZAUDIO_HERE))
         return;
-    }
     const QStringList groupKeys = groups.keys();
     const char *track = platformTrack(tag);
     for (auto entry = volumes.constBegin(); entry != volumes.constEnd(); ++entry) {
@@ -237,10 +238,8 @@ QString AudioControlPrivate::groupOf(const QString &source, QStringList &members
 int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool up, QString &name, quint8 &step)
 {
     const PlatformObject<Source> source;
-    if (!source) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
         return -1;
-    }
     QString active = activeSource(source, tag);
     if (active.isEmpty()) {
         facadeError() << "get cur source name failed.";
@@ -267,10 +266,8 @@ int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool u
     const int next = up ? current + 1 : current - 1;
 
     const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "Create volume failed.";
+    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
         return -1;
-    }
     const char *track = platformTrack(tag);
     const int value = platformValueOfStep(next);
     const int result = platform->setTrackVolume(track, active.toLocal8Bit().constData(), lowByte(value));
@@ -292,10 +289,8 @@ int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool u
 int AudioControlPrivate::getAlterNumber(QString &track)
 {
     const PlatformObject<Source> source;
-    if (!source) {
-        facadeError() << "Create audio source failed.";
+    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
         return -1;
-    }
     return source->queryAlterNumber(track.toLocal8Bit().constData());
 }
 
@@ -305,10 +300,8 @@ int AudioControlPrivate::changeAlterVolume(bool up, quint8 cur, quint8 &out)
         return 1;
     const int next = up ? cur + 1 : cur - 1;
     const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "Create volume failed.";
+    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
         return -1;
-    }
     const int value = platformValueOfStep(next);
     const int result = platform->setAlterTrackVolume(lowByte(value));
     if (result == 0)

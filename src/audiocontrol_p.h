@@ -25,8 +25,10 @@ public:
     void tagNameFromQtToSp(AudioControl::AudioTag tag, QString &name);
 
     // Volume
-    /// Boosted sources are multiplied by 1.5 and held at 148, others unchanged.
+    /// Boosts the boosted sources, others unchanged.
     quint8 increaseVolume(QString spName, quint8 value);
+    /// Low 8 bits of value × 1.5, held at 148.
+    static quint8 boosted(quint8 value);
     void initTracksVolumes(AudioControl::AudioTag tag, const QHash<QString, quint8> &volumes);
     int getCurTrackVolumeInfo(AudioControl::AudioTag tag, QString &name, quint8 &step);
     int changeCurTrackVolume(AudioControl::AudioTag tag, bool up, QString &name, quint8 &step);

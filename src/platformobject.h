@@ -1,5 +1,7 @@
 #pragma once
 
+#include "logging.h"
+
 #include <spaudiosetting.h>
 
 #include <QtCore/qglobal.h>
@@ -50,5 +52,14 @@ private:
 
     Object *m_object = nullptr;
 };
+
+/// Whether there is an object; without one an error line says so with the operation's text.
+template<typename Object>
+bool isMade(const PlatformObject<Object> &object, const char *failure, const logging::CodeLocation &at)
+{
+    if (!object)
+        logging::logError(at, failure);
+    return bool(object);
+}
 
 } // namespace audio

@@ -29,6 +29,18 @@ quint8 lowByte(int value)
     return static_cast<quint8>(value);
 }
 
+/// The channels whose volume is of this type, in ascending order.
+QList<AudioChannel> channelsOfType(audio::AudioDataBase &dataBase, ZelAudioType type)
+{
+    QList<AudioChannel> channels;
+    for (int number = 0; number <= tables::highestChannel; ++number) {
+        const auto channel = static_cast<AudioChannel>(number);
+        if (dataBase.getChannelInfo(channel).type == type)
+            channels.append(channel);
+    }
+    return channels;
+}
+
 /// Whole part of a gain. Through 64 bits, which hold every gain there is: a direct conversion beyond an int is undefined and
 /// differs between x86 and Arm.
 int wholeGain(float gain)
@@ -189,10 +201,9 @@ void ZelAudioManager::_handleChannelVolumeChanged(ZelAudioType type, int volume)
         control->setAlterStepVolume(lowByte(volume), type == ZelAudioTypeHiCarCall);
         return;
     }
-    QList<AudioChannel> channels;
-    _getAllChannelsFromCurrentType(channels, type);
+    const QList<AudioChannel> channels = channelsOfType(*dataBase, type);
     const AudioControl::AudioTag tag = currentTag();
-    for (const AudioChannel channel : qAsConst(channels))
+    for (const AudioChannel channel : channels)
         control->setStreamVolume(tag, dataBase->getChannelInfo(channel).spName.toLocal8Bit().constData(), lowByte(platformVolume(volume)));
     if (channels.size() <= 1)
         return;
@@ -209,9 +220,8 @@ void ZelAudioManager::_delaysetVolume()
     for (int i = 0; i < pendingVolumeTypes.size(); ++i) {
         const ZelAudioType type = pendingVolumeTypes.at(i);
         const int volume = platformVolume(dataBase->getVolume(type));
-        QList<AudioChannel> channels;
-        _getAllChannelsFromCurrentType(channels, type);
-        for (const AudioChannel channel : qAsConst(channels)) {
+        const QList<AudioChannel> channels = channelsOfType(*dataBase, type);
+        for (const AudioChannel channel : channels) {
             const QString name = dataBase->getChannelInfo(channel).spName;
             traceDebug() << name << channel << volume;
             control->setStreamVolume(currentTag(), name.toLocal8Bit().constData(), lowByte(volume & tables::platformVolumeMask));
@@ -223,12 +233,7 @@ void ZelAudioManager::_delaysetVolume()
 void ZelAudioManager::_getAllChannelsFromCurrentType(QList<AudioChannel> &channels, ZelAudioType type)
 {
     traceDebug();
-    channels.clear();
-    for (int number = 0; number <= tables::highestChannel; ++number) {
-        const auto channel = static_cast<AudioChannel>(number);
-        if (dataBase->getChannelInfo(channel).type == type)
-            channels.append(channel);
-    }
+    channels = channelsOfType(*dataBase, type);
 }
 
 AudioControl::AudioTag ZelAudioManager::currentTag()
