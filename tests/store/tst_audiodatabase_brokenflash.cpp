@@ -75,7 +75,8 @@ void BrokenFlashTest::unwritable_data()
     QTest::newRow("no permission for the folder") << notRoot << QByteArray(stored) << 0555 << 0644 << false
                                                   << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
     QTest::newRow("no permission for the folder, with a dead lock")
-        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{blocked, notRemoved};
+        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false")
+        << QStringList{blocked, notRemoved};
 }
 
 void BrokenFlashTest::unwritable()
