@@ -35,7 +35,7 @@ int callFresh(const logging::CodeLocation &at, const Message &said, Operation op
     const PlatformObject<Object> object;
     if (!isMade(object, "Create audio source failed.", at)) // meant so, for every kind of object
         return -1;
-    if constexpr (std::tuple_size_v < Message >> 0)
+    if constexpr (std::tuple_size_v<Message> != 0)
         std::apply([&at](const auto &...items) { logging::logInfo(at, items...); }, said);
     return object.call(operation, arguments...);
 }
