@@ -52,7 +52,6 @@ enum AudioChannel : int {
     AudioChannelDiscPlayer = 13,
     AudioChannelAuxIn = 15,
     AudioChannelCarLife = 17,
-    AudioChannelHiCar = 18, ///< no source name either; the volume keys work on ZelAudioTypeHiCarCall
     AudioChannelAirPlayMedia = 19,
 };
 

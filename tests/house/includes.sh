@@ -42,7 +42,7 @@ forbid()
 forbid src simulator qml service bench tests benchmarks
 forbid simulator src qml service bench tests benchmarks
 forbid qml src service bench tests benchmarks
-forbid service src qml bench tests benchmarks
+forbid service src simulator qml bench tests benchmarks
 forbid bench src service tests benchmarks
 
 # What is installed includes what is installed, Qt and the standard library; the platform's headers know the records only.
