@@ -10,11 +10,14 @@
 class ZelAudioManager;
 
 /**
- * The media volume and the mute, as ZelAudioManager has them.
+ * The media volume and the mute, as the ZelAudioManager of this process has them.
  *
- * The manager is made by the first question, because making it starts up the audio: a process that only deals with focus
- * should leave the platform alone. From then on changed() comes, also when another process stores a new volume. A mute by
- * another process is noticed with the next question or the next change of the volume: the platform has no signal for it.
+ * The manager is made by the first question, because making it starts up the audio (volumes, equalizer, microphone; settings
+ * are written): a process that only deals with focus leaves the platform alone. From then on changed() comes for each new
+ * media volume in the settings file, whichever process stored it.
+ *
+ * The mute reaches no further than this process: each manager has a flag of its own, the platform has no question for it, and
+ * nothing is stored. changed() does not come for it.
  *
  * Threads: use the object from the thread that made it, which must run a Qt event loop.
  */
@@ -30,22 +33,20 @@ public:
     bool isMuted();
 
 Q_SIGNALS:
+    /// The level is another one.
     void changed(bool isMuted, int level);
 
 private:
     Q_DISABLE_COPY(VolumeSource)
 
-    ZelAudioManager *start();
-    void onVolumeKey(bool, int volume, int volumeType);
+    void start();
     void onFolderChanged();
-    void update(int level);
 
     ZelAudioManager *m_manager = nullptr; // not owned
     audio::AudioDataBase *m_store = nullptr; // a child
     QFileSystemWatcher m_folder;
     QDateTime m_fileTime;
     int m_level = 0;
-    bool m_isMuted = false;
 };
 
 #endif
