@@ -8,17 +8,38 @@ namespace
 const char configuration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
-  <type>session</type>
+  <type>%2</type>
   <listen>unix:path=%1/bus</listen>
   <auth>EXTERNAL</auth>
   <servicedir>%1</servicedir>
+%3
+</busconfig>
+)";
+
+const char allowAll[] = R"(
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
     <allow own="*"/>
+  </policy>)";
+
+/// As on every system bus.
+const char allowLittle[] = R"(
+  <policy context="default">
+    <allow user="*"/>
+    <deny own="*"/>
+    <deny send_type="method_call"/>
+    <allow send_type="signal"/>
+    <allow send_requested_reply="true" send_type="method_return"/>
+    <allow send_requested_reply="true" send_type="error"/>
+    <allow receive_type="method_call"/>
+    <allow receive_type="method_return"/>
+    <allow receive_type="error"/>
+    <allow receive_type="signal"/>
+    <allow send_destination="org.freedesktop.DBus" send_interface="org.freedesktop.DBus"/>
+    <allow send_destination="org.freedesktop.DBus" send_interface="org.freedesktop.DBus.Introspectable"/>
   </policy>
-</busconfig>
-)";
+  <include>policy.conf</include>)";
 
 bool write(const QString &name, const QString &text)
 {
@@ -32,10 +53,20 @@ int connectionCount = 0;
 
 PrivateBus::PrivateBus(const QString &activationFile)
 {
+    if (activationFile.isEmpty() || write(m_folder.filePath(QStringLiteral("test.service")), activationFile))
+        start(QStringLiteral("session"), QLatin1String(allowAll));
+}
+
+PrivateBus::PrivateBus(SystemBus, const QString &policyFile)
+{
+    if (write(m_folder.filePath(QStringLiteral("policy.conf")), policyFile))
+        start(QStringLiteral("system"), QLatin1String(allowLittle));
+}
+
+void PrivateBus::start(const QString &type, const QString &rules)
+{
     const QString configurationFile = m_folder.filePath(QStringLiteral("bus.conf"));
-    if (!write(configurationFile, QString::fromLatin1(configuration).arg(m_folder.path())))
-        return;
-    if (!activationFile.isEmpty() && !write(m_folder.filePath(QStringLiteral("test.service")), activationFile))
+    if (!write(configurationFile, QString::fromLatin1(configuration).arg(m_folder.path(), type, rules)))
         return;
     m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
     m_daemon.setStandardErrorFile(QProcess::nullDevice()); // complains about limits that it may not raise

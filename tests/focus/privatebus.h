@@ -12,8 +12,22 @@
 class PrivateBus
 {
 public:
-    /// @param activationFile the text of a ".service" file for the bus to start a service with, or empty
+    struct SystemBus
+    {
+    };
+
+    /**
+     * As a user's session has one: everything is allowed.
+     *
+     * @param activationFile the text of a ".service" file for the bus to start a service with, or empty
+     */
     explicit PrivateBus(const QString &activationFile = QString());
+    /**
+     * As the system has one: nobody may own a name or call a service, but for what the policy file allows.
+     *
+     * @param policyFile the text of a file as it stands in "system.d"
+     */
+    PrivateBus(SystemBus, const QString &policyFile);
     ~PrivateBus();
 
     /// Empty when the daemon did not start in time.
@@ -26,6 +40,8 @@ public:
 
 private:
     Q_DISABLE_COPY(PrivateBus)
+
+    void start(const QString &type, const QString &rules);
 
     QTemporaryDir m_folder;
     MortalProcess m_daemon;

@@ -12,6 +12,7 @@
 
 #include <csignal>
 #include <memory>
+#include <unistd.h>
 #include <vector>
 
 namespace
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void nameIsTaken();
     void otherNameAndPath();
     void systemBus();
+    void systemBusOfAnotherUser();
     void stopsWhenTold_data();
     void stopsWhenTold();
     void stopsWithTheBus();
@@ -72,6 +74,8 @@ private Q_SLOTS:
 
 private:
     void startDaemon(const QStringList &arguments = {});
+    /// Puts a system bus in the bus's place: with the installed policy, but for the user of this number in root's place.
+    void startSystemBus(uint user);
     /// Runs the daemon until it ends by itself; gives its exit status.
     int runDaemon(const QStringList &arguments);
     qint64 residentKilobytes() const;
@@ -98,6 +102,22 @@ void FocusDaemonTest::cleanup()
     }
     daemon.reset();
     bus.reset();
+    qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+}
+
+void FocusDaemonTest::startSystemBus(uint user)
+{
+    QFile file(QStringLiteral(QZAUDIO_FOCUSD_POLICY));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString root = QStringLiteral("<policy user=\"root\">");
+    QString policy = QString::fromUtf8(file.readAll());
+    QCOMPARE(policy.count(root), 1);
+    policy.replace(root, QStringLiteral("<policy user=\"%1\">").arg(user));
+
+    bus = std::make_unique<PrivateBus>(PrivateBus::SystemBus(), policy);
+    QVERIFY2(!bus->address().isEmpty(), "dbus-daemon did not start");
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus->address().toLatin1());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
 }
 
 void FocusDaemonTest::startDaemon(const QStringList &arguments)
@@ -173,12 +193,34 @@ void FocusDaemonTest::otherNameAndPath()
 
 void FocusDaemonTest::systemBus()
 {
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus->address().toLatin1());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
-    startDaemon({QStringLiteral("--system")});
-    FocusClientConnection client(*bus);
-    QCOMPARE(client.request(QStringLiteral("A"), 1), QStringLiteral("0"));
-    qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    startSystemBus(::getuid());
+    startDaemon({QStringLiteral("--system"), QStringLiteral("--no-volume")});
+    FocusClientConnection music(*bus);
+    FocusClientConnection prompt(*bus);
+    QCOMPARE(music.request(QStringLiteral("music"), 1), QStringLiteral("0"));
+    QCOMPARE(prompt.request(QStringLiteral("prompt"), 3), QStringLiteral("0"));
+    QTRY_COMPARE_WITH_TIMEOUT(music.changeCount(), 1, longestWait);
+    QCOMPARE(music.take(), QStringList(QStringLiteral("-3 music")));
+
+    // Of the interfaces that Qt puts beside its objects, clients may look at the description only.
+    const auto call = [&music](const char *interface, const char *member, const QVariantList &arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QStringLiteral("tavi.AudioService"), QStringLiteral("/tavi/AudioService"), QLatin1String(interface), QLatin1String(member));
+        message.setArguments(arguments);
+        return music.connection().asyncCall(message);
+    };
+    const QString description = music.result(QDBusPendingReply<QString>(call("org.freedesktop.DBus.Introspectable", "Introspect", {})));
+    QVERIFY(description.contains(QLatin1String("requestAudioFocus")));
+    QCOMPARE(music.result(QDBusPendingReply<QVariantMap>(call("org.freedesktop.DBus.Properties", "GetAll", {QStringLiteral("tavi.AudioService")}))),
+             QStringLiteral("AccessDenied"));
+    // The bus is one that denies.
+    QVERIFY(!music.connection().registerService(QStringLiteral("tavi.OtherService")));
+}
+
+void FocusDaemonTest::systemBusOfAnotherUser()
+{
+    startSystemBus(::getuid() + 1);
+    QCOMPARE(runDaemon({QStringLiteral("--system")}), 1);
 }
 
 void FocusDaemonTest::stopsWhenTold_data()
