@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs the build into a folder of its own and uses it the way a client does: once through CMake, once through pkg-config.
+# Installs the build into a folder of its own and uses it the way clients do: a QML engine, and a library's client once through
+# CMake, once through pkg-config.
 #
 # Usage: consumer.sh PROJECT BUILD WORK CMAKE LIBDIR [CMAKE_OPTION...]
 # shellcheck disable=SC2086 # an emulator's command is several words
@@ -13,6 +14,11 @@ mkdir -p "$work"
 "$cmake" --install "$build" --prefix "$work/prefix" >"$work/install.log"
 "$project/tests/integration/installed.sh" "$project" "$work/prefix" "$libdir" \
     "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt"
+
+echo "== from QML"
+# The build's own test of the modules, with the installed plugins and libraries instead of the build's.
+QML2_IMPORT_PATH=$work/prefix/$libdir/qt5/qml LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} \
+    "$build/tests/tst_qmlmodule"
 
 echo "== through CMake"
 prefix=-DCMAKE_PREFIX_PATH=$work/prefix
