@@ -16,6 +16,9 @@ public:
         QString help;
     };
 
+    /// What the bench ends with, whatever the command; for its help.
+    static QString exitStatuses();
+
     virtual ~Command() = default;
 
     virtual QString name() const = 0;
@@ -29,6 +32,9 @@ public:
 
     /// Whether timers are to run on virtual time. Asked before the application object is made.
     virtual bool wantsVirtualTime(const QCommandLineParser &parsed) const;
+
+    /// Says what is wrong with the command line, on the standard error, and gives the exit status for it.
+    int complain(const QString &message) const;
 
     /// Does it, with an application object, and gives the exit status.
     virtual int run(const QCommandLineParser &parsed) = 0;

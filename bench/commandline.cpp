@@ -31,7 +31,7 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
 {
     const QString first = arguments.value(0);
     if (first.isEmpty()) {
-        return complain(QStringLiteral("a command is missing"), QString());
+        return complain(QStringLiteral("a command is missing"));
     }
     if (first == QLatin1String("help") || first == QLatin1String("--help") || first == QLatin1String("-h")) {
         return help(arguments.mid(1));
@@ -41,11 +41,11 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
         return {};
     }
     if (first.startsWith(QLatin1Char('-'))) {
-        return complain(QStringLiteral("unknown option %1").arg(first), QString());
+        return complain(QStringLiteral("unknown option %1").arg(first));
     }
     Command *const command = find(first);
     if (!command) {
-        return complain(QStringLiteral("unknown command %1").arg(first), QString());
+        return complain(QStringLiteral("unknown command %1").arg(first));
     }
 
     const auto known = command->options();
@@ -64,7 +64,7 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
             complaint.chop(1);
         }
         complaint.replace(0, 1, complaint.at(0).toLower());
-        return complain(complaint, first);
+        return {nullptr, command->complain(complaint)};
     }
     return {command, 0};
 }
@@ -77,7 +77,7 @@ CommandLine::Parsed CommandLine::help(const QStringList &arguments) const
     }
     const Command *const command = find(arguments.first());
     if (!command) {
-        return complain(QStringLiteral("unknown command %1").arg(arguments.first()), QString());
+        return complain(QStringLiteral("unknown command %1").arg(arguments.first()));
     }
     Console::out(helpOf(*command));
     return {};
@@ -105,10 +105,8 @@ QString CommandLine::overview() const
                            "Options:\n"
                            "  -h, --help     show this text\n"
                            "  -v, --version  show the version\n"
-                           "\n"
-                           "Exit status: 0 success; 1 an expectation, a script or a request failed; 2 a mistake on the\n"
-                           "command line or a file that cannot be read or written; 3 the audio service does not answer.\n");
-    return text;
+                           "\n");
+    return text + Command::exitStatuses();
 }
 
 QString CommandLine::helpOf(const Command &command)
@@ -120,12 +118,11 @@ QString CommandLine::helpOf(const Command &command)
         text += optionLine(option);
     }
     text += optionLine({QStringLiteral("help"), QString(), QStringLiteral("show this text")});
-    return text;
+    return text + QLatin1Char('\n') + Command::exitStatuses();
 }
 
-CommandLine::Parsed CommandLine::complain(const QString &message, const QString &helpCommand)
+CommandLine::Parsed CommandLine::complain(const QString &message)
 {
-    const QString help = helpCommand.isEmpty() ? QStringLiteral("--help") : helpCommand + QStringLiteral(" --help");
-    Console::error(QStringLiteral("qzaudio-bench: %1; see qzaudio-bench %2\n").arg(message, help));
+    Console::error(QStringLiteral("qzaudio-bench: %1; see qzaudio-bench --help\n").arg(message));
     return {nullptr, UsageError};
 }

@@ -38,7 +38,7 @@ private:
     Command *find(const QString &name) const;
     QString overview() const;
     static QString helpOf(const Command &command);
-    static Parsed complain(const QString &message, const QString &helpCommand);
+    static Parsed complain(const QString &message);
 
     std::vector<std::unique_ptr<Command>> commands;
 };

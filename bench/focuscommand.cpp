@@ -52,12 +52,6 @@ QDBusConnection connectTo(const QCommandLineParser &parsed)
     return QDBusConnection::connectToBus(system ? QDBusConnection::SystemBus : QDBusConnection::SessionBus, QLatin1String(connectionName));
 }
 
-int complain(const QString &message)
-{
-    Console::error(QStringLiteral("qzaudio-bench: %1; see qzaudio-bench focus --help\n").arg(message));
-    return UsageError;
-}
-
 } // namespace
 
 QString FocusCommand::name() const
@@ -94,14 +88,13 @@ QString FocusCommand::details() const
                           "\n"
                           "  request CLIENT   requests focus, holds it until the standard input ends (Ctrl+D), abandons it\n"
                           "                   then; meanwhile prints what the client is told\n"
-                          "  abandon CLIENT   gives focus up for CLIENT\n"
+                          "  abandon CLIENT   gives focus up for CLIENT; qzaudio-focusd refuses this for another\n"
+                          "                   connection's client, and each run has a connection of its own\n"
                           "  current          prints how focus is held: 0 by nobody, else the holder's hint\n"
                           "  monitor          prints every change as it comes, until interrupted\n"
                           "\n"
                           "Changes print as: CLIENT CODE NAME. The service takes focus back from a client that leaves the\n"
-                          "bus, therefore request stays.\n"
-                          "Exit status: 0 granted or done; 1 denied; 2 a mistake on the command line; 3 the bus or the\n"
-                          "service does not answer.\n");
+                          "bus, therefore request stays.\n");
 }
 
 int FocusCommand::run(const QCommandLineParser &parsed)

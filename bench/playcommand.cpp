@@ -17,9 +17,9 @@ using Console::Style;
 namespace
 {
 
-int complain(const QString &message)
+int fail(const QString &file, const QString &problem)
 {
-    Console::error(QStringLiteral("qzaudio-bench: %1\n").arg(message));
+    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(file, problem));
     return UsageError;
 }
 
@@ -99,9 +99,7 @@ QString PlayCommand::details() const
                           "  say(text), wait(ms), now()                 the story and its time\n"
                           "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x), .not\n"
                           "\n"
-                          "A failed expectation does not stop the scenario; an error does.\n"
-                          "Exit status: 0 all expectations held; 1 one failed, or the script; 2 a mistake on the command\n"
-                          "line or a file that cannot be read or written.\n");
+                          "A failed expectation does not stop the scenario; an error does.\n");
 }
 
 bool PlayCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
@@ -113,8 +111,7 @@ int PlayCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList files = parsed.positionalArguments().mid(1);
     if (files.size() != 1) {
-        return complain(files.isEmpty() ? QStringLiteral("play needs a scenario; see qzaudio-bench play --help")
-                                        : QStringLiteral("play takes one scenario; see qzaudio-bench play --help"));
+        return complain(files.isEmpty() ? QStringLiteral("play needs a scenario") : QStringLiteral("play takes one scenario"));
     }
     const std::optional<Console::Colors> colors = colorsOf(parsed.value(QStringLiteral("color")));
     if (!colors) {
@@ -122,11 +119,11 @@ int PlayCommand::run(const QCommandLineParser &parsed)
     }
     QFile file(files.first());
     if (!file.open(QIODevice::ReadOnly)) {
-        return complain(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+        return fail(file.fileName(), file.errorString());
     }
     const QString program = QString::fromUtf8(file.readAll());
     if (file.error() != QFileDevice::NoError) {
-        return complain(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+        return fail(file.fileName(), file.errorString());
     }
 
     Console::setColors(*colors);
@@ -139,7 +136,7 @@ int PlayCommand::run(const QCommandLineParser &parsed)
     const QString report = parsed.value(QStringLiteral("junit"));
     QString error;
     if (!report.isEmpty() && !JUnitReport(result).write(report, error)) {
-        return complain(QStringLiteral("%1: %2").arg(report, error));
+        return fail(report, error);
     }
     return result.succeeded() ? Success : Failed;
 }

@@ -54,10 +54,7 @@ QString SettingsCommand::details() const
     return QStringLiteral("Shows the settings file, or another FILE, as a table: each key, what is stored for it (- for\n"
                           "nothing), what holds when nothing is, and its meaning. Nothing is changed. The settings file is\n"
                           "%1.\n"
-                          "With --watch changes show as: time, key, old value -> new value.\n"
-                          "\n"
-                          "Exit status: 0 success, also without a file; 1 the file cannot be read; 2 a mistake on the\n"
-                          "command line.\n")
+                          "With --watch changes show as: time, key, old value -> new value.\n")
         .arg(SettingsFile::path());
 }
 
@@ -65,12 +62,10 @@ int SettingsCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList files = parsed.positionalArguments().mid(1);
     if (files.size() > 1) {
-        Console::error(QStringLiteral("qzaudio-bench: settings takes one file; see qzaudio-bench settings --help\n"));
-        return UsageError;
+        return complain(QStringLiteral("settings takes one file"));
     }
     if (parsed.isSet(QStringLiteral("watch")) && parsed.isSet(QStringLiteral("json"))) {
-        Console::error(QStringLiteral("qzaudio-bench: --watch does not go with --json\n"));
-        return UsageError;
+        return complain(QStringLiteral("--watch does not go with --json"));
     }
     const QString file = files.value(0, SettingsFile::path());
     if (parsed.isSet(QStringLiteral("watch"))) {

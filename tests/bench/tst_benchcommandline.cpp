@@ -42,6 +42,7 @@ void BenchCommandLineTest::answers()
     const BenchProcess bench(arguments.split(QLatin1Char(' ')));
     QCOMPARE(bench.exitCode, 0);
     QVERIFY2(bench.output.startsWith(answer), qPrintable(bench.output));
+    QCOMPARE(bench.output.count(QLatin1String("\nExit status: 0 ")), answer.startsWith(QLatin1String("Usage")) ? 1 : 0);
     // Neither the platform nor the library has said anything.
     QCOMPARE(bench.errors, QString());
     const QStringList lines = bench.output.split(QLatin1Char('\n'));
@@ -64,13 +65,13 @@ void BenchCommandLineTest::mistakes_data()
     row("--fast", "unknown option --fast; see qzaudio-bench --help");
     row("play --fast", "unknown option 'fast'; see qzaudio-bench play --help");
     row("play --junit", "missing value after '--junit'; see qzaudio-bench play --help");
-    row("play", "play needs a scenario");
+    row("play", "play needs a scenario; see qzaudio-bench play --help");
     row("play a.js b.js", "play takes one scenario");
     row("play missing.js", "missing.js: No such file or directory");
     row("play /tmp", "/tmp: ");
     row("settings a b", "settings takes one file");
-    row("settings --json --watch", "--watch does not go with --json");
-    row("focus", "focus needs an action");
+    row("settings --json --watch", "--watch does not go with --json; see qzaudio-bench settings --help");
+    row("focus", "focus needs an action; see qzaudio-bench focus --help");
     row("focus steal", "unknown action steal");
     row("focus request", "request takes one client");
     row("focus current me", "current takes no client");
