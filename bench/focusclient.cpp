@@ -7,13 +7,38 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSocketNotifier>
+#include <QtDBus/QDBusError>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusServiceWatcher>
 
+#include <algorithm>
+#include <iterator>
 #include <unistd.h>
 
 namespace
 {
+
+/// Errors that mean that nobody answered, as opposed to somebody who refused.
+constexpr QDBusError::ErrorType noAnswer[] = {
+    QDBusError::ServiceUnknown,
+    QDBusError::NoReply,
+    QDBusError::Timeout,
+    QDBusError::TimedOut,
+    QDBusError::NoServer,
+    QDBusError::NoNetwork,
+    QDBusError::Disconnected,
+};
+
+int complain(const QDBusError &error)
+{
+    const bool couldNotBeStarted = error.name().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn."));
+    if (couldNotBeStarted || std::find(std::begin(noAnswer), std::end(noAnswer), error.type()) != std::end(noAnswer)) {
+        Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: %1\n").arg(error.message()));
+        return ServiceUnreachable;
+    }
+    Console::error(QStringLiteral("qzaudio-bench: refused: %1\n").arg(error.message()));
+    return Failed;
+}
 
 void printCurrent(int hint)
 {
@@ -29,19 +54,17 @@ FocusClient::FocusClient(const QString &service, const QString &path, const QDBu
 {
 }
 
-template<typename Reply>
-void FocusClient::whenAnswered(const Reply &reply, const std::function<void(const Reply &)> &answered)
+void FocusClient::whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered)
 {
     auto *const watcher = new QDBusPendingCallWatcher(reply, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [answered](QDBusPendingCallWatcher *finished) {
-        const Reply result = *finished;
+        const QDBusPendingReply<int> result = *finished;
         finished->deleteLater();
         if (result.isError()) {
-            Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: %1\n").arg(result.error().message()));
-            QCoreApplication::exit(ServiceUnreachable);
+            QCoreApplication::exit(complain(result.error()));
             return;
         }
-        answered(result);
+        answered(result.value());
     });
 }
 
@@ -52,9 +75,8 @@ void FocusClient::request(const QString &clientId, int streamType, int durationH
             printChange(change, told);
         }
     });
-    const auto reply = proxy.requestAudioFocus(streamType, durationHint, clientId);
-    whenAnswered<QDBusPendingReply<int>>(reply, [this, clientId](const QDBusPendingReply<int> &result) {
-        if (result.value() != 0) {
+    whenAnswered(proxy.requestAudioFocus(streamType, durationHint, clientId), [this, clientId](int result) {
+        if (result != 0) {
             Console::out(QStringLiteral("denied\n"));
             QCoreApplication::exit(Failed);
             return;
@@ -85,8 +107,8 @@ void FocusClient::holdUntilEndOfInput(const QString &clientId)
 
 void FocusClient::abandon(const QString &clientId)
 {
-    whenAnswered<QDBusPendingReply<int>>(proxy.abandonAudioFocus(clientId), [](const QDBusPendingReply<int> &result) {
-        const bool done = result.value() == 0;
+    whenAnswered(proxy.abandonAudioFocus(clientId), [](int result) {
+        const bool done = result == 0;
         Console::out(done ? QStringLiteral("abandoned\n") : QStringLiteral("not abandoned\n"));
         QCoreApplication::exit(done ? Success : Failed);
     });
@@ -94,8 +116,8 @@ void FocusClient::abandon(const QString &clientId)
 
 void FocusClient::current()
 {
-    whenAnswered<QDBusPendingReply<int>>(proxy.getCurrentAudioFocus(), [](const QDBusPendingReply<int> &result) {
-        printCurrent(result.value());
+    whenAnswered(proxy.getCurrentAudioFocus(), [](int hint) {
+        printCurrent(hint);
         QCoreApplication::exit(Success);
     });
 }
@@ -107,7 +129,7 @@ void FocusClient::monitor()
     connect(&proxy, &TaviAudioServiceInterface::volumeChanged, this, [](bool muted, int level) {
         Console::out(QStringLiteral("volume %1%2\n").arg(QString::number(level), muted ? QStringLiteral(" muted") : QString()));
     });
-    whenAnswered<QDBusPendingReply<int>>(proxy.getCurrentAudioFocus(), [](const QDBusPendingReply<int> &result) { printCurrent(result.value()); });
+    whenAnswered(proxy.getCurrentAudioFocus(), &printCurrent);
 }
 
 void FocusClient::printChange(int change, const QString &clientId)

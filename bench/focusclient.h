@@ -35,8 +35,8 @@ private:
 
     void printChange(int change, const QString &clientId);
     void holdUntilEndOfInput(const QString &clientId);
-    template<typename Reply>
-    void whenAnswered(const Reply &reply, const std::function<void(const Reply &)> &answered);
+    /// Calls back with the answer. An error is printed and ends the conversation.
+    void whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered);
 
     TaviAudioServiceInterface proxy;
 };

@@ -17,14 +17,18 @@ private Q_SLOTS:
     void toAndFro();
     void holderIsKilled();
     void deniedByACall();
+    void deniedHint();
     void othersClient();
+    void tooLongId();
     void monitor();
+    void absentService_data();
+    void absentService();
     void daemonIsKilled();
 
 private:
     /// Starts "qzaudio-bench focus" and gives its first line.
     QString bench(MortalProcess &process, const QStringList &arguments);
-    /// Runs one to its end and gives all it said, without the end of the line.
+    /// Runs one to its end and gives the first line it said, be it an answer or a complaint.
     QString benchOnce(const QStringList &arguments, int expectedStatus = 0);
     static bool hasEnded(MortalProcess &process, int status);
 
@@ -55,6 +59,7 @@ QString FocusHandoverTest::bench(MortalProcess &process, const QStringList &argu
 QString FocusHandoverTest::benchOnce(const QStringList &arguments, int expectedStatus)
 {
     MortalProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
     const QString line = bench(process, arguments);
     return hasEnded(process, expectedStatus) ? line : QStringLiteral("it ended with the status %1").arg(process.exitCode());
 }
@@ -75,7 +80,7 @@ void FocusHandoverTest::toAndFro()
         QCOMPARE(bench(prompt, {QStringLiteral("request"), QStringLiteral("prompt"), QStringLiteral("--hint"), QStringLiteral("may-duck")}),
                  QStringLiteral("granted"));
         QCOMPARE(music.readNextLine(), QStringLiteral("music -3 LOSS_TRANSIENT_CAN_DUCK"));
-        QVERIFY(benchOnce({QStringLiteral("current")}).startsWith(QLatin1Char('3')));
+        QCOMPARE(benchOnce({QStringLiteral("current")}), QStringLiteral("3 GAIN_TRANSIENT_MAY_DUCK"));
         prompt.closeWriteChannel(); // the user presses Ctrl+D
         QCOMPARE(prompt.readNextLine(), QStringLiteral("abandoned"));
         QVERIFY(hasEnded(prompt, 0));
@@ -85,7 +90,7 @@ void FocusHandoverTest::toAndFro()
     music.closeWriteChannel();
     QCOMPARE(music.readNextLine(), QStringLiteral("abandoned"));
     QVERIFY(hasEnded(music, 0));
-    QVERIFY(benchOnce({QStringLiteral("current")}).startsWith(QLatin1Char('0')));
+    QCOMPARE(benchOnce({QStringLiteral("current")}), QStringLiteral("0 nobody holds focus"));
 }
 
 void FocusHandoverTest::holderIsKilled()
@@ -112,13 +117,25 @@ void FocusHandoverTest::deniedByACall()
     QCOMPARE(bench(music, {QStringLiteral("request"), QStringLiteral("music")}), QStringLiteral("granted"));
 }
 
+void FocusHandoverTest::deniedHint()
+{
+    QCOMPARE(benchOnce({QStringLiteral("request"), QStringLiteral("me"), QStringLiteral("--hint"), QStringLiteral("9")}, 1), QStringLiteral("denied"));
+}
+
 void FocusHandoverTest::othersClient()
 {
     MortalProcess music;
     QCOMPARE(bench(music, {QStringLiteral("request"), QStringLiteral("music")}), QStringLiteral("granted"));
-    QCOMPARE(benchOnce({QStringLiteral("abandon"), QStringLiteral("music")}, 3), QString()); // an error, on the other stream
+    QCOMPARE(benchOnce({QStringLiteral("abandon"), QStringLiteral("music")}, 1),
+             QStringLiteral("qzaudio-bench: refused: The client belongs to another connection"));
     QVERIFY(benchOnce({QStringLiteral("current")}).startsWith(QLatin1Char('1')));
     QCOMPARE(benchOnce({QStringLiteral("abandon"), QStringLiteral("nobody")}), QStringLiteral("abandoned"));
+}
+
+void FocusHandoverTest::tooLongId()
+{
+    QCOMPARE(benchOnce({QStringLiteral("request"), QString(256, QLatin1Char('x'))}, 1),
+             QStringLiteral("qzaudio-bench: refused: A client id has at most 255 characters"));
 }
 
 void FocusHandoverTest::monitor()
@@ -134,13 +151,31 @@ void FocusHandoverTest::monitor()
     QCOMPARE(watching.readNextLine(), QStringLiteral("music 1 GAIN"));
 }
 
+void FocusHandoverTest::absentService_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("request") << QStringList{QStringLiteral("request"), QStringLiteral("me")};
+    QTest::newRow("abandon") << QStringList{QStringLiteral("abandon"), QStringLiteral("me")};
+    QTest::newRow("current") << QStringList{QStringLiteral("current")};
+    QTest::newRow("monitor") << QStringList{QStringLiteral("monitor")};
+}
+
+void FocusHandoverTest::absentService()
+{
+    QFETCH(QStringList, arguments);
+    QVERIFY(daemon->stop());
+    const QString complaint = benchOnce(arguments, 3);
+    QVERIFY2(complaint.startsWith(QLatin1String("qzaudio-bench: the audio service does not answer: ")), qPrintable(complaint));
+}
+
 void FocusHandoverTest::daemonIsKilled()
 {
     MortalProcess music;
+    music.setProcessChannelMode(QProcess::MergedChannels);
     QCOMPARE(bench(music, {QStringLiteral("request"), QStringLiteral("music")}), QStringLiteral("granted"));
     daemon->kill();
+    QCOMPARE(music.readNextLine(), QStringLiteral("qzaudio-bench: the audio service has left the bus"));
     QVERIFY(hasEnded(music, 3));
-    QCOMPARE(benchOnce({QStringLiteral("current")}, 3), QString());
 }
 
 QTEST_GUILESS_MAIN(FocusHandoverTest)
