@@ -13,7 +13,7 @@
         "setCalibrationGains", "setDownlinkDelay", "setMicrophoneTest", "fail", "failOnce", "failFactory", "clearFaults"];
 
     function isList(value) {
-        return Array.isArray(value) || (typeof value === "object" && value !== null && typeof value.length === "number");
+        return Array.isArray(value) || (typeof value === "object" && value !== null && "length" in value && typeof value.length === "number");
     }
 
     // A value as it would stand in a script.
@@ -55,13 +55,14 @@
         return scenarioLine(new Error().stack);
     }
 
-    function member(name, object, enumerators, key) {
-        if (key in enumerators)
-            return enumerators[key];
-        const value = object[key];
+    function known(name, value, key) {
         if (value === undefined && typeof key !== "symbol")
             throw new ReferenceError(name + " has no function or property " + key);
         return value;
+    }
+
+    function member(name, object, enumerators, key) {
+        return key in enumerators ? enumerators[key] : known(name, object[key], key);
     }
 
     function argumentTexts(operation, given) {
@@ -119,6 +120,19 @@
         return observed(name, pair.object, pair.enumerators, isRequest);
     }
 
+    // The object as it is, for good; members that it does not have are errors, to read or to set.
+    function guarded(name, object) {
+        return new Proxy(Object.freeze(object), {
+            get: (target, key) => known(name, target[key], key),
+            set(target, key, value) {
+                known(name, target[key], key);
+                if (!Reflect.set(target, key, value))
+                    throw new TypeError(name + "." + key + " cannot be set");
+                return true;
+            },
+        });
+    }
+
     // A client of audio focus: new AudioFocus({clientId: "music", streamType: 3, durationHint: AudioFocus.Gain}).
     // Its changes lists all it was told.
     function AudioFocus(properties) {
@@ -142,7 +156,7 @@
             host.deliverFocusChanges();
             return result;
         });
-        return {
+        return guarded("AudioFocus", {
             get clientId() { return client.clientId; },
             get streamType() { return client.streamType; },
             get durationHint() { return client.durationHint; },
@@ -151,7 +165,7 @@
             changes,
             request: () => requested(" requests focus", () => client.request()),
             release: () => requested(" releases focus", () => client.release()),
-        };
+        });
     }
     Object.assign(AudioFocus, bench.focusEnumerators);
 
@@ -190,7 +204,7 @@
         AudioPolicy: singleton("AudioPolicy", always),
         AudioSettings: singleton("AudioSettings", never),
         Platform: singleton("Platform", key => platformEvents.includes(key)),
-        AudioFocus,
+        AudioFocus: guarded("AudioFocus", AudioFocus),
         expect,
         say: text => host.say(String(text)),
         wait: milliseconds => host.wait(milliseconds),

@@ -83,6 +83,30 @@ void BenchPlayTest::results_data()
     row("an unknown function", "\nplayMusic();", 1, "FILE:2: ReferenceError: playMusic is not defined");
     row("a property that does not exist", "AudioPolicy.loud = true;", 1, "FILE:1: ReferenceError: AudioPolicy has no function or property loud");
     row("a property that only reads", "\nAudioPolicy.status = 3;", 1, "FILE:2: TypeError: AudioPolicy.status cannot be set");
+    row("a property that AudioFocus does not have",
+        "const music = new AudioFocus({clientId: 'music'});\nmusic.chnages;",
+        1,
+        "FILE:2: ReferenceError: AudioFocus has no function or property chnages");
+    row("a hint that AudioFocus does not have",
+        "new AudioFocus({clientId: 'music', durationHint: AudioFocus.Gian});",
+        1,
+        "FILE:1: ReferenceError: AudioFocus has no function or property Gian");
+    row("a property of AudioFocus that is set wrongly spelled",
+        "const music = new AudioFocus({clientId: 'music'});\nmusic.durationHnt = 1;",
+        1,
+        "FILE:2: ReferenceError: AudioFocus has no function or property durationHnt");
+    row("a property of AudioFocus that only reads",
+        "const music = new AudioFocus({clientId: 'music'});\nmusic.held = true;",
+        1,
+        "FILE:2: TypeError: AudioFocus.held cannot be set");
+    row("a property of AudioFocus that can be set",
+        "const music = new AudioFocus({clientId: 'music'});\nmusic.durationHint = 2;\nexpect(music.durationHint).toBe(2);",
+        0,
+        "Passed");
+    row("an object that is no list shows as an object",
+        "expect(new AudioFocus({clientId: 'music'})).toBe(7);",
+        1,
+        "FILE:1: expected 7, got {clientId: \"music\", ");
     row("a syntax error", "say('x');\nwait(;", 1, "FILE:2: SyntaxError");
     row("something thrown that is no error", "throw {cause: 7};", 1, "FILE:0: thrown: {cause: 7}");
     row("a number that the type cannot hold",
