@@ -108,6 +108,14 @@ double QmlPlatform::effectiveGain(const QJSValue &track, const QJSValue &source,
     return callChip(this, &AudioChip::effectiveGain, {{"track", track}, {"source", source}, {"channel", channel}});
 }
 
+QVariantMap QmlPlatform::effectiveSound(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
+{
+    const simulator::Sound sound = callChip(this, &AudioChip::effectiveSound, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
+    return {{QStringLiteral("gain"), sound.gain},
+            {QStringLiteral("equalizer"), ScriptValues::decimal(float(sound.equalizer))},
+            {QStringLiteral("delay"), ScriptValues::decimal(float(sound.delay))}};
+}
+
 double QmlPlatform::effectiveGainDb(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
 {
     return callChip(this, &AudioChip::effectiveGainDb, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});

@@ -36,7 +36,11 @@ public:
     Q_INVOKABLE void reset();
 
     // What can be heard
+    /// Linear, 0 to 1, without equalizer and delay.
     Q_INVOKABLE double effectiveGain(const QJSValue &track, const QJSValue &source, const QJSValue &channel);
+    /// All of it: {gain, equalizer (dB of the band), delay}.
+    Q_INVOKABLE QVariantMap effectiveSound(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band);
+    /// Gain and equalizer as one level in dB.
     Q_INVOKABLE double effectiveGainDb(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band);
     Q_INVOKABLE int effectiveMainVolume();
     Q_INVOKABLE double equalizerGain(const QJSValue &channel, const QJSValue &band);

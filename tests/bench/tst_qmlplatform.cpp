@@ -47,6 +47,7 @@ void QmlPlatformTest::init()
     control->setStreamVolume(AudioControl::Main, "S+FilePlayer_APP", 74);
     control->setOutputSource(AudioControl::Main, "S+FilePlayer_APP");
     control->setFadeBalance(0, 5);
+    control->setSpeakerDealy(AudioControl::LeftFront, 1.5F);
     control->setEqGain({4.8F, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -12});
 }
 
@@ -67,6 +68,8 @@ void QmlPlatformTest::readers_data()
     row("Platform.outputSource('main')", "\"S+FilePlayer\"");
     row("[1, 2, 4, 8].map(c => Platform.channelGain(c))", "[100,67,100,67]");
     row("Platform.effectiveGain('main', 'S+FilePlayer', 1)", "0.5");
+    row("Platform.effectiveSound('main', 'S+FilePlayer', 1, 0)", "{\"delay\":1.5,\"equalizer\":4.8,\"gain\":0.5}");
+    row("Platform.effectiveSound('main', 'S+FilePlayer', 2, 15)", "{\"delay\":0,\"equalizer\":-12,\"gain\":0.335}");
     row("Platform.effectiveMainVolume()", "74");
     row("Platform.equalizerGain(1, 0)", "4.8");
     row("Platform.lastExtEqParameter().gain[15]", "-12");
