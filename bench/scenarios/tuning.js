@@ -54,7 +54,7 @@ say("Five steps to the left: the right side is lowered to 67 percent");
 AudioControl.setFadeBalance(0, 5);
 expect(gains()).toEqual([100, 67, 100, 67]);
 
-say("Five to the right, three to the front: both losses add up at the right-hand driver's back");
+say("Five to the right, three to the front: both losses add up at the left rear");
 AudioControl.setFadeBalance(3, -5);
 // 67 percent for balance; fade takes 100 - 80 = 20 more from the rear.
 expect(gains()).toEqual([67, 100, 47, 80]);
