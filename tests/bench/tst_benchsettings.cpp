@@ -17,6 +17,7 @@ private Q_SLOTS:
     void withoutFile();
     void table();
     void defaultsAreTheStores();
+    void keysAreTheStores();
     void watch();
     void unreadableFile();
 
@@ -95,6 +96,39 @@ void BenchSettingsTest::defaultsAreTheStores()
         QCOMPARE(setting(document, QStringLiteral("EQ/Custom%1").arg(band)).value(QLatin1String("default")).toString(),
                  QString::number(reader.getCustomEQ(band)));
     }
+    reader.setmicType(false);
+    QCOMPARE(defaultOf("Volume/AutoMicGainArm"), QString::number(double(reader.getAutoMicGain())));
+    QCOMPARE(defaultOf("Volume/MicDelayArm"), QString::number(reader.getHandsfreeDelay()));
+    QVERIFY(reader.clear());
+}
+
+void BenchSettingsTest::keysAreTheStores()
+{
+    // Everything that the store can write.
+    audio::AudioDataBase store;
+    store.savevolume();
+    store.setLoudNess(false);
+    store.setMicInputValue(1);
+    for (const bool original : {true, false}) {
+        store.setmicType(original);
+        store.setAutoMicGain(1);
+        store.setHandsfreeDelay(1);
+    }
+    store.setEqType(1);
+    for (int band = 0; band < 16; ++band) {
+        store.setCustomEQ(1, band);
+    }
+
+    // Each key of the bench is there, and the bench knows each key that is there.
+    const QJsonObject document = json(QStringLiteral("/media/flash/nvm/audioData.db"));
+    const QJsonArray settings = document.value(QLatin1String("settings")).toArray();
+    QVERIFY(!settings.isEmpty());
+    for (const QJsonValue &value : settings) {
+        const QByteArray row = QJsonDocument(value.toObject()).toJson();
+        QVERIFY2(value.toObject().value(QLatin1String("stored")).isString(), row.constData());
+        QVERIFY2(value.toObject().value(QLatin1String("meaning")) != QLatin1String("unknown to the library, kept"), row.constData());
+    }
+    QVERIFY(store.clear());
 }
 
 void BenchSettingsTest::watch()

@@ -8,6 +8,32 @@
 
 using simulator::Platform;
 
+namespace
+{
+
+/// The facade's public operations as its header declares them, overloads once.
+QStringList declaredOperations()
+{
+    QFile header(QStringLiteral(AUDIO_CONTROL_HEADER));
+    if (!header.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QString text = QString::fromUtf8(header.readAll());
+    const int begin = text.indexOf(QLatin1String("~AudioControl()"));
+    const int end = text.indexOf(QLatin1String("private:"));
+    const QRegularExpression declaration(QStringLiteral("^    [\\w<>]+ \\*?(\\w+)\\(.*\\);$"), QRegularExpression::MultilineOption);
+    QStringList names;
+    QRegularExpressionMatchIterator match = declaration.globalMatch(text.mid(begin, end - begin));
+    while (match.hasNext()) {
+        names.append(match.next().captured(1));
+    }
+    names.removeDuplicates();
+    names.sort();
+    return names;
+}
+
+} // namespace
+
 /// The facade as scripts see it: every operation, exact platform calls, and numbers that do not fit.
 class QmlAudioControlTest : public QObject
 {
@@ -40,14 +66,15 @@ void QmlAudioControlTest::init()
 
 void QmlAudioControlTest::offersEveryOperation()
 {
-    // The public operations of the facade, overloads once.
-    constexpr int operationCount = 59;
-    QSet<QByteArray> names;
+    const QStringList declared = declaredOperations();
+    QVERIFY(declared.contains(QLatin1String("setStepRange")) && declared.contains(QLatin1String("setSpeakerDealy"))); // the first and the last
+    QStringList offered;
     const QMetaObject &type = QmlAudioControl::staticMetaObject;
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        names.insert(type.method(i).name());
+        offered.append(QString::fromLatin1(type.method(i).name()));
     }
-    QCOMPARE(names.size(), operationCount);
+    offered.sort();
+    QCOMPARE(offered, declared);
 }
 
 void QmlAudioControlTest::calls_data()
