@@ -16,9 +16,9 @@ mkdir -p "$work"
 "$cmake" --build "$work/sdk-build"
 "$cmake" --install "$work/sdk-build" --prefix "$work/sdk"
 
-"$cmake" -G Ninja -S "$project" -B "$work/build" -DQZAUDIO_PLATFORM=vendor "-DQZAUDIO_PLATFORM_SDK=$work/sdk" "$@"
+"$cmake" -G Ninja -S "$project" -B "$work/build" "-DCMAKE_INSTALL_PREFIX=$work/prefix" -DQZAUDIO_PLATFORM=vendor "-DQZAUDIO_PLATFORM_SDK=$work/sdk" "$@"
 "$cmake" --build "$work/build"
-"$cmake" --install "$work/build" --prefix "$work/prefix"
+"$cmake" --install "$work/build"
 "$project/tests/integration/installed.sh" "$project" "$work/prefix" "$libdir" "$project/tests/integration/installed.txt"
 
 prefix=-DCMAKE_PREFIX_PATH=$work/prefix
