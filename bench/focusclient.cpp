@@ -75,6 +75,12 @@ void FocusClient::request(const QString &clientId, int streamType, int durationH
             printChange(change, told);
         }
     });
+    // Without the service there is nothing left to hold. Watched before the request, so that its end right after the answer is seen.
+    auto *const watcher = new QDBusServiceWatcher(proxy.service(), proxy.connection(), QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [] {
+        Console::error(QStringLiteral("qzaudio-bench: the audio service has left the bus\n"));
+        QCoreApplication::exit(ServiceUnreachable);
+    });
     whenAnswered(proxy.requestAudioFocus(streamType, durationHint, clientId), [this, clientId](int result) {
         if (result != 0) {
             Console::out(QStringLiteral("denied\n"));
@@ -96,12 +102,6 @@ void FocusClient::holdUntilEndOfInput(const QString &clientId)
         }
         input->setEnabled(false);
         abandon(clientId);
-    });
-    // Without the service there is nothing left to hold.
-    auto *const watcher = new QDBusServiceWatcher(proxy.service(), proxy.connection(), QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [] {
-        Console::error(QStringLiteral("qzaudio-bench: the audio service has left the bus\n"));
-        QCoreApplication::exit(ServiceUnreachable);
     });
 }
 
