@@ -1,3 +1,4 @@
+#include "equalizeroperations.h"
 #include "expectedequalizer.h"
 #include "operationtest.h"
 
@@ -21,30 +22,6 @@ OperationTest::Act applyMode(int mode)
 {
     return [mode](AudioControl &control) {
         control.setEqMode(static_cast<AudioControl::EqMode>(mode));
-        return QVariant();
-    };
-}
-
-OperationTest::Act applyGains(const QList<float> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqGain(gains);
-        return QVariant();
-    };
-}
-
-OperationTest::Act applyTenGains(const QList<int> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqGain10(gains);
-        return QVariant();
-    };
-}
-
-OperationTest::Act applyValues(const QList<int> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqValue(gains);
         return QVariant();
     };
 }

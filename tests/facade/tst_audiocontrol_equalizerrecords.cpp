@@ -1,3 +1,4 @@
+#include "equalizeroperations.h"
 #include "expectedequalizer.h"
 #include "operationtest.h"
 
@@ -15,30 +16,6 @@ template<typename Record>
 QByteArray bytesOf(const Record &record)
 {
     return QByteArray(reinterpret_cast<const char *>(&record), sizeof record).toHex();
-}
-
-OperationTest::Act applyGains(const QList<float> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqGain(gains);
-        return QVariant();
-    };
-}
-
-OperationTest::Act applyTenGains(const QList<int> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqGain10(gains);
-        return QVariant();
-    };
-}
-
-OperationTest::Act applyValues(const QList<int> &gains)
-{
-    return [gains](AudioControl &control) {
-        control.setEqValue(gains);
-        return QVariant();
-    };
 }
 
 } // namespace
