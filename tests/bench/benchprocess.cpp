@@ -3,26 +3,26 @@
 namespace
 {
 
-constexpr int patience = 60000; // ms
+QStringList commandLine(const QStringList &arguments)
+{
+    return program::commandLine(QStringLiteral(BENCH_PROGRAM), arguments);
+}
+
+program::Run runIn(const QString &folder, const QStringList &arguments)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    return program::run(process, commandLine(arguments));
+}
 
 } // namespace
 
-void BenchProcess::start(QProcess &process, const QStringList &arguments)
+BenchProcess::BenchProcess(const QStringList &arguments, const QString &workingDirectory)
+    : program::Run(runIn(workingDirectory, arguments))
 {
-    // Through the emulator where the test itself runs in one.
-    QStringList command = QString::fromLatin1(BENCH_EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts) << QStringLiteral(BENCH_PROGRAM) << arguments;
-    const QString program = command.takeFirst();
-    process.start(program, command);
 }
 
-BenchProcess::BenchProcess(const QStringList &arguments, const QString &workingDirectory)
+void BenchProcess::start(QProcess &process, const QStringList &arguments)
 {
-    QProcess process;
-    process.setWorkingDirectory(workingDirectory);
-    start(process, arguments);
-    process.waitForFinished(patience);
-    exitStatus = process.exitStatus();
-    exitCode = process.exitCode();
-    output = QString::fromUtf8(process.readAllStandardOutput());
-    errors = QString::fromUtf8(process.readAllStandardError());
+    program::start(process, commandLine(arguments));
 }

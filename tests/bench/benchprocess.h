@@ -1,19 +1,12 @@
 #pragma once
 
-#include <QtCore/QProcess>
-#include <QtCore/QString>
-#include <QtCore/QStringList>
+#include <program.h>
 
-/// A run of qzaudio-bench from start to end, on the same flash as the test.
-struct BenchProcess
+/// A run of qzaudio-bench.
+struct BenchProcess : program::Run
 {
     explicit BenchProcess(const QStringList &arguments, const QString &workingDirectory = {});
 
     /// Starts the bench without waiting for it.
     static void start(QProcess &process, const QStringList &arguments);
-
-    QProcess::ExitStatus exitStatus = QProcess::CrashExit;
-    int exitCode = -1;
-    QString output;
-    QString errors;
 };

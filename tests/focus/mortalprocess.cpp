@@ -1,5 +1,7 @@
 #include "mortalprocess.h"
 
+#include <program.h>
+
 #include <QtTest/QtTest>
 
 #include <csignal>
@@ -25,13 +27,9 @@ MortalProcess::~MortalProcess()
     waitForFinished(longestWait);
 }
 
-QString MortalProcess::startAndReadLine(const QString &program, const QStringList &arguments)
+QString MortalProcess::startAndReadLine(const QString &file, const QStringList &arguments)
 {
-    // How programs of this build are started: with the emulator when they are for another processor.
-    QStringList command = QString::fromLatin1(QZAUDIO_LAUNCHER).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    command += program;
-    command += arguments;
-    start(command.takeFirst(), command);
+    program::start(*this, program::commandLine(file, arguments));
     return readNextLine();
 }
 

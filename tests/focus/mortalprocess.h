@@ -21,7 +21,7 @@ public:
      *
      * @return the line without its end, or an empty text when none came in time
      */
-    QString startAndReadLine(const QString &program, const QStringList &arguments);
+    QString startAndReadLine(const QString &file, const QStringList &arguments);
     /// Waits for a line of output, running the event loop.
     QString readNextLine();
     /// Asks it to stop and waits for its end; false when it did not end in time.

@@ -3,6 +3,7 @@
 #include "privatebus.h"
 
 #include <logrecorder.h>
+#include <program.h>
 #include <qzaudio/audiodatabase.h>
 
 #include <QtDBus/QDBusConnectionInterface>
@@ -254,10 +255,9 @@ void FocusDaemonTest::startedByTheBus()
     QFile file(QStringLiteral(QZAUDIO_FOCUSD_ACTIVATION));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QString text = QString::fromUtf8(file.readAll());
-    const QRegularExpression program(QStringLiteral("^Exec=.*/qzaudio-focusd$"), QRegularExpression::MultilineOption);
-    QVERIFY(text.contains(program));
-    const QString launcher = QString::fromLatin1(QZAUDIO_LAUNCHER);
-    text.replace(program, QStringLiteral("Exec=%1 %2").arg(launcher, QStringLiteral(QZAUDIO_FOCUSD)));
+    const QRegularExpression installed(QStringLiteral("^Exec=.*/qzaudio-focusd$"), QRegularExpression::MultilineOption);
+    QVERIFY(text.contains(installed));
+    text.replace(installed, QStringLiteral("Exec=") + program::commandLine(QStringLiteral(QZAUDIO_FOCUSD)).join(QLatin1Char(' ')));
 
     PrivateBus activating(text);
     QVERIFY(!activating.address().isEmpty());

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <QtCore/QProcess>
-#include <QtCore/QStringList>
+#include <program.h>
 
-/// A run of policy_process, see there. Starts where the test runs: on the same flash.
-struct ChildProcess
+/// A run of policy_process, see there.
+struct ChildProcess : program::Run
 {
     explicit ChildProcess(const QStringList &arguments);
 
-    QProcess::ExitStatus exitStatus = QProcess::CrashExit;
-    int exitCode = -1;
-    QStringList outputLines;
-    QStringList errorLines;
+    QStringList outputLines() const { return program::lines(output); }
+    QStringList errorLines() const { return program::lines(errors); }
 };

@@ -328,12 +328,12 @@ void tst_ZelAudioManager_Equalizer::missingBandStopsTheProcess()
     if (!stops) {
         QCOMPARE(process.exitStatus, QProcess::NormalExit);
         QCOMPARE(process.exitCode, 0);
-        QCOMPARE(process.outputLines, calls::equalizer(customCurve(15, 6)) + QStringList{QStringLiteral("alive")});
+        QCOMPARE(process.outputLines(), calls::equalizer(customCurve(15, 6)) + QStringList{QStringLiteral("alive")});
         return;
     }
     QCOMPARE(process.exitStatus, QProcess::CrashExit);
-    QCOMPARE(process.outputLines, QStringList()); // no curve was sent
-    QCOMPARE(process.errorLines.filter(QStringLiteral("ASSERT failure in QList<T>::replace: \"index out of range\"")).size(), 1);
+    QCOMPARE(process.outputLines(), QStringList()); // no curve was sent
+    QCOMPARE(process.errorLines().filter(QStringLiteral("ASSERT failure in QList<T>::replace: \"index out of range\"")).size(), 1);
     // The custom type was selected before.
     QCOMPARE(stored(QStringLiteral("EQ/Type")).toInt(), 7);
     QCOMPARE(storedLines().filter(QStringLiteral("Custom")), QStringList());

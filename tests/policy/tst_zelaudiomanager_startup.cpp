@@ -244,15 +244,15 @@ void tst_ZelAudioManager_StartUp::everyCallAndWriteInOrder()
 
     QCOMPARE(process.exitStatus, QProcess::NormalExit);
     QCOMPARE(process.exitCode, 0);
-    QCOMPARE(withSortedStepVolumes(process.outputLines), expected);
+    QCOMPARE(withSortedStepVolumes(process.outputLines()), expected);
 }
 
 void tst_ZelAudioManager_StartUp::volumeGroupIsSetMembersFirst()
 {
     const ChildProcess process({QStringLiteral("start"), QStringLiteral("0")});
-    const int filePlayer = process.outputLines.indexOf(trackVolume("S+FilePlayer", 80));
+    const int filePlayer = process.outputLines().indexOf(trackVolume("S+FilePlayer", 80));
     QVERIFY(filePlayer > 0);
-    QCOMPARE(process.outputLines.at(filePlayer - 1), trackVolume("S+AndroidAuto", 80));
+    QCOMPARE(process.outputLines().at(filePlayer - 1), trackVolume("S+AndroidAuto", 80));
 }
 
 void tst_ZelAudioManager_StartUp::stateAfterTheStart()
@@ -428,7 +428,7 @@ void tst_ZelAudioManager_StartUp::endOfProcess()
     QStringList expected = {QStringLiteral("qzaudio.simulator: This is the simulated audio platform: nothing reaches any hardware.")};
     for (int i = 0; i < timersRefused; ++i)
         expected += QStringLiteral("QObject::startTimer: Timers can only be used with threads started with QThread");
-    QCOMPARE(process.errorLines, expected);
+    QCOMPARE(process.errorLines(), expected);
     QCOMPARE(stored(QStringLiteral("Volume/0")).toInt(), 10);
     QCOMPARE(stored(QStringLiteral("EQ/Custom3")).toInt(), 4);
 }

@@ -1,10 +1,10 @@
 #include <platform.h>
+#include <program.h>
 
 #include <mcuservice.h>
 #include <settingsprovider.h>
 #include <spaudiosetting.h>
 
-#include <QtCore/QProcess>
 #include <QtTest/QtTest>
 
 Q_DECLARE_METATYPE(simulator::ObjectKind)
@@ -470,30 +470,15 @@ void TestSimulatedPlatform::exitReport_data()
 namespace
 {
 
-struct Ending
+program::Run runLeftovers(const QString &state, const QString &loggingRules)
 {
-    int exitCode = -1;
-    QStringList lines; ///< standard error
-};
-
-Ending runLeftovers(const QString &state, const QString &loggingRules)
-{
-    QStringList command = QString::fromLatin1(EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    command += QStringLiteral(PLATFORMLEFTOVERS);
-    command += state;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_LOGGING_RULES"), loggingRules);
     environment.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("%{category} %{type}: %{message}"));
     environment.insert(QStringLiteral("QT_LOGGING_TO_CONSOLE"), QStringLiteral("1"));
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(command.takeFirst(), command);
-    if (!process.waitForFinished())
-        return {};
-    return {
-        process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        QString::fromLocal8Bit(process.readAllStandardError()).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
-    };
+    return program::run(process, program::commandLine(QStringLiteral(PLATFORMLEFTOVERS), {state}));
 }
 
 } // namespace
@@ -503,23 +488,23 @@ void TestSimulatedPlatform::exitReport()
     QFETCH(QString, state);
     QFETCH(QStringList, reported);
 
-    const Ending ending = runLeftovers(state, QStringLiteral("*.info=false"));
+    const program::Run ending = runLeftovers(state, QStringLiteral("*.info=false"));
     QCOMPARE(ending.exitCode, 0);
     // Qt's message pattern is gone by the time of the report, so a line may be the bare text.
-    QStringList texts = ending.lines;
+    QStringList texts = program::lines(ending.errors);
     texts.replaceInStrings(QStringLiteral("qzaudio.simulator critical: "), QString());
     QCOMPARE(texts, reported);
 
-    const Ending switchedOff = runLeftovers(state, QStringLiteral("qzaudio.simulator=false"));
-    QCOMPARE(switchedOff.lines, QStringList());
+    const program::Run switchedOff = runLeftovers(state, QStringLiteral("qzaudio.simulator=false"));
+    QCOMPARE(switchedOff.errors, QString());
 }
 
 void TestSimulatedPlatform::saysThatItIsSimulated()
 {
     const QString line = QStringLiteral("qzaudio.simulator info: This is the simulated audio platform: nothing reaches any hardware.");
-    QCOMPARE(runLeftovers(QStringLiteral("nothing"), QString()).lines, QStringList(line));
-    QCOMPARE(runLeftovers(QStringLiteral("unused"), QString()).lines, QStringList());
-    QCOMPARE(runLeftovers(QStringLiteral("nothing"), QStringLiteral("qzaudio.simulator.info=false")).lines, QStringList());
+    QCOMPARE(program::lines(runLeftovers(QStringLiteral("nothing"), QString()).errors), QStringList(line));
+    QCOMPARE(runLeftovers(QStringLiteral("unused"), QString()).errors, QString());
+    QCOMPARE(runLeftovers(QStringLiteral("nothing"), QStringLiteral("qzaudio.simulator.info=false")).errors, QString());
 }
 
 void TestSimulatedPlatform::reverseGear()

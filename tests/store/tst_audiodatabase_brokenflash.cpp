@@ -101,7 +101,7 @@ void BrokenFlashTest::unwritable()
     QCOMPARE(chmod(folderPath.constData(), static_cast<mode_t>(folderMode)), 0);
     wrapper.replaceInStrings(QStringLiteral("%1"), folder.path());
 
-    const settingsprocess::Outcome outcome = settingsprocess::run(words("steps Volume/0=17 Volume/0 Volume/1 show clear"), wrapper);
+    const program::Run outcome = settingsprocess::run(words("steps Volume/0=17 Volume/0 Volume/1 show clear"), wrapper);
     QCOMPARE(chmod(folderPath.constData(), 0755), 0);
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
     QTEST(outcome.output.simplified(), "output");

@@ -46,10 +46,8 @@ void ConcurrentSettingsTest::processesWithAKeyEach()
     std::vector<std::unique_ptr<QProcess>> writers;
     for (int i = 0; i < count; ++i) {
         const QString key = QStringLiteral("writer%1").arg(i);
-        QStringList words = settingsprocess::commandLine({QStringLiteral("count"), key, QString::number(savesEach)});
         writers.push_back(std::make_unique<QProcess>());
-        const QString program = words.takeFirst();
-        writers.back()->start(program, words);
+        program::start(*writers.back(), settingsprocess::commandLine({QStringLiteral("count"), key, QString::number(savesEach)}));
         expected.insert("Volume/" + key.toLatin1(), QByteArray::number(savesEach));
     }
     for (const auto &writer : writers) {

@@ -53,7 +53,7 @@ private Q_SLOTS:
 
 void PowerCutTest::initTestCase()
 {
-    if (settingsprocess::isEmulated())
+    if (program::isEmulated())
         QTest::qSkip("the emulator does not let a process trace another", __FILE__, __LINE__);
 }
 
@@ -103,7 +103,7 @@ void PowerCutTest::dyingAtEachSystemCall()
         for (const QString &name : names)
             leftovers[kindOfName(name)]++;
 
-        const settingsprocess::Outcome next = settingsprocess::run(nextProcess);
+        const program::Run next = settingsprocess::run(nextProcess);
         QCOMPARE(next.exitCode, 0);
         QVERIFY2(next.milliseconds < promptlyMs, qPrintable(QStringLiteral("%1 ms after call %2").arg(next.milliseconds).arg(last)));
         const QString volume = left == after ? QStringLiteral("volume0 1234") : hasFile ? QStringLiteral("volume0 1") : QStringLiteral("volume0 20");
