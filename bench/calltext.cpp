@@ -33,9 +33,8 @@ QString equalizerText(const simulator::JournalEntry &entry)
         audio::audio_ext_eq_parameter_t record = {};
         std::memcpy(&record, entry.record.constData(), sizeof record);
         float gains[usedBands] = {};
-        for (int i = 0; i < usedBands; ++i) {
+        for (int i = 0; i < usedBands; ++i)
             gains[i] = record.band[i].gain;
-        }
         return gainsText(gains, usedBands);
     }
     return {};
@@ -47,8 +46,7 @@ QString callText(const simulator::JournalEntry &entry)
 {
     simulator::JournalEntry shown = entry;
     const QString equalizer = equalizerText(entry);
-    if (!equalizer.isEmpty()) {
+    if (!equalizer.isEmpty())
         shown.argumentTexts = QStringList(equalizer);
-    }
     return entry.note.isEmpty() ? shown.call() : shown.call() + QStringLiteral(" (") + entry.note + QLatin1Char(')');
 }

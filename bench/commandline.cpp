@@ -30,28 +30,23 @@ CommandLine::CommandLine(std::vector<std::unique_ptr<Command>> knownCommands)
 CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLineParser &options) const
 {
     const QString first = arguments.value(0);
-    if (first.isEmpty()) {
+    if (first.isEmpty())
         return complain(QStringLiteral("a command is missing"));
-    }
-    if (first == QLatin1String("help") || first == QLatin1String("--help") || first == QLatin1String("-h")) {
+    if (first == QLatin1String("help") || first == QLatin1String("--help") || first == QLatin1String("-h"))
         return help(arguments.mid(1));
-    }
     if (first == QLatin1String("--version") || first == QLatin1String("-v")) {
         Console::out(QStringLiteral("qzaudio-bench " QZAUDIO_VERSION "\n"));
         return {};
     }
-    if (first.startsWith(QLatin1Char('-'))) {
+    if (first.startsWith(QLatin1Char('-')))
         return complain(QStringLiteral("unknown option %1").arg(first));
-    }
     Command *const command = find(first);
-    if (!command) {
+    if (!command)
         return complain(QStringLiteral("unknown command %1").arg(first));
-    }
 
     const auto known = command->options();
-    for (const Command::Option &option : known) {
+    for (const Command::Option &option : known)
         options.addOption(option.value.isEmpty() ? QCommandLineOption(option.name) : QCommandLineOption(option.name, option.help, option.value));
-    }
     options.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
     const bool understood = options.parse(QStringList(QStringLiteral("qzaudio-bench")) + arguments);
     if (options.isSet(QStringLiteral("help"))) {
@@ -60,9 +55,8 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
     }
     if (!understood) {
         QString complaint = options.errorText();
-        while (complaint.endsWith(QLatin1Char('.'))) {
+        while (complaint.endsWith(QLatin1Char('.')))
             complaint.chop(1);
-        }
         complaint.replace(0, 1, complaint.at(0).toLower());
         return {nullptr, command->complain(complaint)};
     }
@@ -76,9 +70,8 @@ CommandLine::Parsed CommandLine::help(const QStringList &arguments) const
         return {};
     }
     const Command *const command = find(arguments.first());
-    if (!command) {
+    if (!command)
         return complain(QStringLiteral("unknown command %1").arg(arguments.first()));
-    }
     Console::out(helpOf(*command));
     return {};
 }
@@ -97,9 +90,8 @@ QString CommandLine::overview() const
                                   "Works the audio library of the head unit on a desk, on a simulated platform.\n"
                                   "\n"
                                   "Commands:\n");
-    for (const auto &command : commands) {
+    for (const auto &command : commands)
         text += column(command->name(), width) + command->summary() + QLatin1Char('\n');
-    }
     text += column(QStringLiteral("help"), width) + QStringLiteral("tells all about a command: qzaudio-bench help COMMAND\n");
     text += QStringLiteral("\n"
                            "Options:\n"
@@ -114,9 +106,8 @@ QString CommandLine::helpOf(const Command &command)
     QString text = QStringLiteral("Usage: qzaudio-bench %1 [OPTION]... %2\n\n").arg(command.name(), command.arguments());
     text += command.details() + QStringLiteral("\nOptions:\n");
     const auto options = command.options();
-    for (const Command::Option &option : options) {
+    for (const Command::Option &option : options)
         text += optionLine(option);
-    }
     text += optionLine({QStringLiteral("help"), QString(), QStringLiteral("show this text")});
     return text + QLatin1Char('\n') + Command::exitStatuses();
 }

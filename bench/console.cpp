@@ -55,9 +55,8 @@ void Console::setColors(Colors colors)
 
 QString Console::styled(Style style, const QString &text)
 {
-    if (!colored || style == Style::Plain) {
+    if (!colored || style == Style::Plain)
         return text;
-    }
     return QLatin1String(sequence(style)) + text + QLatin1String("\033[0m");
 }
 

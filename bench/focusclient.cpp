@@ -71,9 +71,8 @@ void FocusClient::whenAnswered(const QDBusPendingReply<int> &reply, const std::f
 void FocusClient::request(const QString &clientId, int streamType, int durationHint)
 {
     connect(&proxy, &TaviAudioServiceInterface::audioFocusChanged, this, [this, clientId](int change, const QString &told) {
-        if (told == clientId) {
+        if (told == clientId)
             printChange(change, told);
-        }
     });
     // Without the service there is nothing left to hold. Watched before the request, so that its end right after the answer is seen.
     auto *const watcher = new QDBusServiceWatcher(proxy.service(), proxy.connection(), QDBusServiceWatcher::WatchForUnregistration, this);
@@ -97,9 +96,8 @@ void FocusClient::holdUntilEndOfInput(const QString &clientId)
     auto *const input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
     connect(input, &QSocketNotifier::activated, this, [this, input, clientId] {
         char ignored[256];
-        if (read(STDIN_FILENO, ignored, sizeof ignored) > 0) {
+        if (read(STDIN_FILENO, ignored, sizeof ignored) > 0)
             return;
-        }
         input->setEnabled(false);
         abandon(clientId);
     });

@@ -33,9 +33,8 @@ constexpr Hint hints[] = {
 std::optional<int> hintOf(const QString &text)
 {
     for (const Hint &hint : hints) {
-        if (text == QLatin1String(hint.name)) {
+        if (text == QLatin1String(hint.name))
             return hint.value;
-        }
     }
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
@@ -45,9 +44,8 @@ std::optional<int> hintOf(const QString &text)
 QDBusConnection connectTo(const QCommandLineParser &parsed)
 {
     const QString address = parsed.value(QStringLiteral("address"));
-    if (!address.isEmpty()) {
+    if (!address.isEmpty())
         return QDBusConnection::connectToBus(address, QLatin1String(connectionName));
-    }
     const bool system = parsed.isSet(QStringLiteral("system"));
     return QDBusConnection::connectToBus(system ? QDBusConnection::SystemBus : QDBusConnection::SessionBus, QLatin1String(connectionName));
 }
@@ -102,26 +100,21 @@ int FocusCommand::run(const QCommandLineParser &parsed)
     const QStringList words = parsed.positionalArguments().mid(1);
     const QString action = words.value(0);
     const bool needsClient = action == QLatin1String("request") || action == QLatin1String("abandon");
-    if (!needsClient && action != QLatin1String("current") && action != QLatin1String("monitor")) {
+    if (!needsClient && action != QLatin1String("current") && action != QLatin1String("monitor"))
         return complain(action.isEmpty() ? QStringLiteral("focus needs an action") : QStringLiteral("unknown action %1").arg(action));
-    }
-    if (words.size() != (needsClient ? 2 : 1)) {
+    if (words.size() != (needsClient ? 2 : 1))
         return complain(needsClient ? QStringLiteral("%1 takes one client").arg(action) : QStringLiteral("%1 takes no client").arg(action));
-    }
     const int buses = int(parsed.isSet(QStringLiteral("session"))) + int(parsed.isSet(QStringLiteral("system"))) + int(parsed.isSet(QStringLiteral("address")));
-    if (buses > 1) {
+    if (buses > 1)
         return complain(QStringLiteral("--session, --system and --address do not go together"));
-    }
     const std::optional<int> hint = parsed.isSet(QStringLiteral("hint")) ? hintOf(parsed.value(QStringLiteral("hint"))) : AUDIOFOCUS_GAIN;
-    if (!hint) {
+    if (!hint)
         return complain(QStringLiteral("--hint is gain, transient, may-duck, exclusive or a number"));
-    }
     constexpr int musicStream = 3;
     bool isNumber = true;
     const int stream = parsed.isSet(QStringLiteral("stream")) ? parsed.value(QStringLiteral("stream")).toInt(&isNumber) : musicStream;
-    if (!isNumber) {
+    if (!isNumber)
         return complain(QStringLiteral("--stream is a number"));
-    }
     const auto valueOr = [&parsed](const QString &option, const QString &otherwise) { return parsed.isSet(option) ? parsed.value(option) : otherwise; };
     const QString service = valueOr(QStringLiteral("service"), QStringLiteral("tavi.AudioService"));
     const QString path = valueOr(QStringLiteral("path"), QStringLiteral("/tavi/AudioService"));
@@ -132,14 +125,13 @@ int FocusCommand::run(const QCommandLineParser &parsed)
         return ServiceUnreachable;
     }
     FocusClient client(service, path, connection);
-    if (action == QLatin1String("request")) {
+    if (action == QLatin1String("request"))
         client.request(words.value(1), stream, *hint);
-    } else if (action == QLatin1String("abandon")) {
+    else if (action == QLatin1String("abandon"))
         client.abandon(words.value(1));
-    } else if (action == QLatin1String("current")) {
+    else if (action == QLatin1String("current"))
         client.current();
-    } else {
+    else
         client.monitor();
-    }
     return QCoreApplication::exec();
 }

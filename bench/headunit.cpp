@@ -13,9 +13,8 @@ bool HeadUnit::isOn() const
 
 ZelAudioManager *HeadUnit::manager()
 {
-    if (!poweredManager) {
+    if (!poweredManager)
         poweredManager = std::make_unique<ZelAudioManager>();
-    }
     return poweredManager.get();
 }
 

@@ -14,9 +14,8 @@ QString printable(const QString &text)
 {
     QString result = text;
     for (QChar &character : result) {
-        if (character < QLatin1Char(' ') && character != QLatin1Char('\t') && character != QLatin1Char('\n')) {
+        if (character < QLatin1Char(' ') && character != QLatin1Char('\t') && character != QLatin1Char('\n'))
             character = QLatin1Char('?');
-        }
     }
     return result;
 }
@@ -84,9 +83,8 @@ bool JUnitReport::write(const QString &file, QString &error) const
 {
     QSaveFile output(file);
     const QByteArray xml = toXml();
-    if (output.open(QIODevice::WriteOnly) && output.write(xml) == xml.size() && output.commit()) {
+    if (output.open(QIODevice::WriteOnly) && output.write(xml) == xml.size() && output.commit())
         return true;
-    }
     error = output.errorString();
     return false;
 }

@@ -10,9 +10,8 @@
 int main(int argc, char **argv)
 {
     QStringList arguments;
-    for (int i = 1; i < argc; ++i) {
+    for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
-    }
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<PlayCommand>());
     commands.push_back(std::make_unique<SettingsCommand>());
@@ -21,12 +20,10 @@ int main(int argc, char **argv)
 
     QCommandLineParser options;
     const CommandLine::Parsed parsed = commandLine.parse(arguments, options);
-    if (!parsed.command) {
+    if (!parsed.command)
         return parsed.exitStatus;
-    }
-    if (parsed.command->wantsVirtualTime(options)) {
+    if (parsed.command->wantsVirtualTime(options))
         simulator::VirtualClock::install();
-    }
     const QCoreApplication application(argc, argv);
     return parsed.command->run(options);
 }

@@ -25,15 +25,12 @@ int fail(const QString &file, const QString &problem)
 
 std::optional<Console::Colors> colorsOf(const QString &text)
 {
-    if (text.isEmpty() || text == QLatin1String("auto")) {
+    if (text.isEmpty() || text == QLatin1String("auto"))
         return Console::Colors::Auto;
-    }
-    if (text == QLatin1String("always")) {
+    if (text == QLatin1String("always"))
         return Console::Colors::Always;
-    }
-    if (text == QLatin1String("never")) {
+    if (text == QLatin1String("never"))
         return Console::Colors::Never;
-    }
     return {};
 }
 
@@ -48,13 +45,11 @@ void printSummary(const ScenarioResult &result)
         return;
     }
     for (const ScenarioResult::Check &check : result.checks) {
-        if (!check.passed) {
+        if (!check.passed)
             Console::out(QStringLiteral("%1:%2: %3\n").arg(result.file, QString::number(check.line), check.cause));
-        }
     }
-    if (!result.error.isEmpty()) {
+    if (!result.error.isEmpty())
         Console::out(QStringLiteral("%1:%2: %3\n").arg(result.file, QString::number(result.errorLine), result.error));
-    }
     const QString stopped = result.error.isEmpty() ? QString() : QStringLiteral("; stopped by an error");
     Console::out(Console::styled(Style::Bad, QStringLiteral("Failed"))
                  + QStringLiteral(": %1: %2 of %3 failed in %4%5.\n").arg(result.file, QString::number(result.failures()), checks, time, stopped));
@@ -110,21 +105,17 @@ bool PlayCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
 int PlayCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList files = parsed.positionalArguments().mid(1);
-    if (files.size() != 1) {
+    if (files.size() != 1)
         return complain(files.isEmpty() ? QStringLiteral("play needs a scenario") : QStringLiteral("play takes one scenario"));
-    }
     const std::optional<Console::Colors> colors = colorsOf(parsed.value(QStringLiteral("color")));
-    if (!colors) {
+    if (!colors)
         return complain(QStringLiteral("--color is auto, always or never, not %1").arg(parsed.value(QStringLiteral("color"))));
-    }
     QFile file(files.first());
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly))
         return fail(file.fileName(), file.errorString());
-    }
     const QString program = QString::fromUtf8(file.readAll());
-    if (file.error() != QFileDevice::NoError) {
+    if (file.error() != QFileDevice::NoError)
         return fail(file.fileName(), file.errorString());
-    }
 
     Console::setColors(*colors);
     Timeline timeline;
@@ -135,8 +126,7 @@ int PlayCommand::run(const QCommandLineParser &parsed)
     printSummary(result);
     const QString report = parsed.value(QStringLiteral("junit"));
     QString error;
-    if (!report.isEmpty() && !JUnitReport(result).write(report, error)) {
+    if (!report.isEmpty() && !JUnitReport(result).write(report, error))
         return fail(report, error);
-    }
     return result.succeeded() ? Success : Failed;
 }

@@ -48,9 +48,8 @@ void ScenarioHost::note(const QString &text)
 void ScenarioHost::check(bool passed, int line, const QString &cause)
 {
     QString text = lines.value(line - 1).trimmed();
-    if (text.endsWith(QLatin1Char(';'))) {
+    if (text.endsWith(QLatin1Char(';')))
         text.chop(1);
-    }
     result.checks.append({line, text, passed, passed ? QString() : cause});
     timeline.check(passed, passed ? text : QStringLiteral("line %1: %2").arg(QString::number(line), text), cause);
 }
@@ -95,9 +94,8 @@ void ScenarioHost::eraseSettings()
         return;
     }
     const QString file = SettingsFile::path();
-    if (QFile::exists(file) && !QFile::remove(file)) {
+    if (QFile::exists(file) && !QFile::remove(file))
         throwScriptError(this, QJSValue::GenericError, QStringLiteral("%1 cannot be removed").arg(file));
-    }
 }
 
 bool ScenarioHost::isOn()
@@ -115,7 +113,6 @@ QObject *ScenarioHost::makeFocusClient()
 
 void ScenarioHost::deliverFocusChanges()
 {
-    for (QmlAudioFocus *const client : qAsConst(focusClients)) {
+    for (QmlAudioFocus *const client : qAsConst(focusClients))
         QCoreApplication::sendPostedEvents(client, QEvent::MetaCall);
-    }
 }

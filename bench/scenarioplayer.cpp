@@ -29,9 +29,8 @@ QJSValue enumerators(QJSEngine &engine, const QMetaObject &type)
     QJSValue object = engine.newObject();
     for (int i = type.enumeratorOffset(); i < type.enumeratorCount(); ++i) {
         const QMetaEnum enumeration = type.enumerator(i);
-        for (int key = 0; key < enumeration.keyCount(); ++key) {
+        for (int key = 0; key < enumeration.keyCount(); ++key)
             object.setProperty(QLatin1String(enumeration.key(key)), enumeration.value(key));
-        }
     }
     return object;
 }
@@ -50,9 +49,8 @@ QJSValue loadFunctions(QJSEngine &engine)
 {
     registerResources();
     QFile file(QStringLiteral(":/bench/scenario.js"));
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly))
         qFatal("the bench was built without its scenario functions");
-    }
     return engine.evaluate(QString::fromUtf8(file.readAll()), QStringLiteral("qrc:/bench/scenario.js"));
 }
 

@@ -61,16 +61,13 @@ QString SettingsCommand::details() const
 int SettingsCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList files = parsed.positionalArguments().mid(1);
-    if (files.size() > 1) {
+    if (files.size() > 1)
         return complain(QStringLiteral("settings takes one file"));
-    }
-    if (parsed.isSet(QStringLiteral("watch")) && parsed.isSet(QStringLiteral("json"))) {
+    if (parsed.isSet(QStringLiteral("watch")) && parsed.isSet(QStringLiteral("json")))
         return complain(QStringLiteral("--watch does not go with --json"));
-    }
     const QString file = files.value(0, SettingsFile::path());
-    if (parsed.isSet(QStringLiteral("watch"))) {
+    if (parsed.isSet(QStringLiteral("watch")))
         return watch(file);
-    }
     const SettingsReader reader(file);
     Console::setColors(Console::Colors::Auto);
     Console::out(parsed.isSet(QStringLiteral("json")) ? QString::fromUtf8(json(reader)) : table(reader));
@@ -101,9 +98,8 @@ QString SettingsCommand::table(const SettingsReader &reader)
     QString text = reader.file() + (reader.exists() ? QStringLiteral("\n\n") : QStringLiteral(": no such file, all defaults hold\n\n"));
     text
         += Console::styled(Console::Style::Heading, row(QStringLiteral("key"), QStringLiteral("stored"), QStringLiteral("default"), QStringLiteral("meaning")));
-    for (const SettingsReader::Setting &setting : settings) {
+    for (const SettingsReader::Setting &setting : settings)
         text += row(setting.key, storedText(setting.stored), setting.defaultText, setting.meaning);
-    }
     return text;
 }
 

@@ -66,12 +66,10 @@ void SettingsReader::reload()
     }
     const QSettings settings(path, QSettings::IniFormat);
     const QStringList keys = settings.allKeys();
-    for (const QString &key : keys) {
+    for (const QString &key : keys)
         values.insert(key, settings.value(key));
-    }
-    if (settings.status() != QSettings::NoError) {
+    if (settings.status() != QSettings::NoError)
         readProblem = QStringLiteral("some of it is not written as settings are");
-    }
 }
 
 QVector<SettingsReader::Setting> SettingsReader::settings() const
@@ -86,9 +84,8 @@ QVector<SettingsReader::Setting> SettingsReader::settings() const
         const QString key = QStringLiteral("EQ/Custom%1").arg(band);
         result.append({key, left.take(key), QStringLiteral("0"), QStringLiteral("custom curve, band %1, dB").arg(band)});
     }
-    for (auto entry = left.cbegin(); entry != left.cend(); ++entry) {
+    for (auto entry = left.cbegin(); entry != left.cend(); ++entry)
         result.append({entry.key(), entry.value(), {}, QStringLiteral("unknown to the library, kept")});
-    }
     return result;
 }
 

@@ -13,9 +13,8 @@ QMap<QString, QVariant> storedValues(const SettingsReader &reader)
 {
     QMap<QString, QVariant> values;
     const auto settings = reader.settings();
-    for (const SettingsReader::Setting &setting : settings) {
+    for (const SettingsReader::Setting &setting : settings)
         values.insert(setting.key, setting.stored);
-    }
     return values;
 }
 
@@ -40,21 +39,18 @@ void SettingsWatcher::start()
 void SettingsWatcher::look()
 {
     const QByteArray current = SettingsFile::stamp(reader.file());
-    if (current == stamp) {
+    if (current == stamp)
         return;
-    }
     stamp = current;
     QMap<QString, QVariant> before = storedValues(reader);
     reader.reload();
     const auto now = storedValues(reader);
     for (auto entry = now.cbegin(); entry != now.cend(); ++entry) {
         const QVariant old = before.take(entry.key());
-        if (old != entry.value()) {
+        if (old != entry.value())
             Q_EMIT changed(entry.key(), old, entry.value());
-        }
     }
     // What is left was an unknown key that is gone.
-    for (auto entry = before.cbegin(); entry != before.cend(); ++entry) {
+    for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
         Q_EMIT changed(entry.key(), entry.value(), {});
-    }
 }

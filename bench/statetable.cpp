@@ -16,17 +16,15 @@ QString valueText(const QVariant &value)
     if (value.type() == QVariant::List) {
         QStringList texts;
         const QVariantList list = value.toList();
-        for (const QVariant &element : list) {
+        for (const QVariant &element : list)
             texts.append(valueText(element));
-        }
         return texts.join(QLatin1Char(' '));
     }
     if (value.type() == QVariant::Map) {
         QStringList texts;
         const QVariantMap map = value.toMap();
-        for (auto field = map.cbegin(); field != map.cend(); ++field) {
+        for (auto field = map.cbegin(); field != map.cend(); ++field)
             texts.append(field.key() + QLatin1Char(' ') + valueText(field.value()));
-        }
         return texts.join(QLatin1String(", "));
     }
     if (value.userType() == QMetaType::Float || value.userType() == QMetaType::Double) {

@@ -65,11 +65,10 @@ void Timeline::endRequest(const QString &result)
     const QString text = result.isEmpty() ? request.text : request.text + QStringLiteral(" = ") + result;
     const int column = requests.isEmpty() ? requestColumn : causedColumn;
     const QString lines = Console::styled(Style::Request, Console::wrapped(text, column, hangingColumn).mid(column)) + QLatin1Char('\n');
-    if (requests.isEmpty()) {
+    if (requests.isEmpty())
         print(timeText(request.time) + lines + request.caused);
-    } else {
+    else
         requests.last().caused += QString(column, QLatin1Char(' ')) + lines + request.caused;
-    }
 }
 
 void Timeline::note(const QString &text)
@@ -80,11 +79,10 @@ void Timeline::note(const QString &text)
 void Timeline::check(bool passed, const QString &text, const QString &cause)
 {
     const QString margin(requestColumn, QLatin1Char(' '));
-    if (passed) {
+    if (passed)
         addEntry(Style::Good, QStringLiteral("ok: ") + text, margin);
-    } else {
+    else
         addEntry(Style::Bad, QStringLiteral("FAILED: ") + text + QLatin1String(": ") + cause, margin);
-    }
 }
 
 void Timeline::log(const QString &line)
@@ -94,19 +92,17 @@ void Timeline::log(const QString &line)
 
 void Timeline::addCall(const simulator::JournalEntry &entry)
 {
-    if (entry.isDestroy() || (entry.isCreate() && entry.number > 0)) {
+    if (entry.isDestroy() || (entry.isCreate() && entry.number > 0))
         return;
-    }
     addCaused(causedLine(Style::Plain, callText(entry)));
 }
 
 void Timeline::addEntry(Style style, const QString &text, const QString &margin)
 {
-    if (requests.isEmpty()) {
+    if (requests.isEmpty())
         print(margin + Console::styled(style, Console::wrapped(text, requestColumn, causedColumn).mid(requestColumn)) + QLatin1Char('\n'));
-    } else {
+    else
         requests.last().caused += causedLine(style, text);
-    }
 }
 
 void Timeline::addCaused(const QString &lines)
@@ -126,9 +122,8 @@ void Timeline::addCaused(const QString &lines)
 
 void Timeline::showUnfinished()
 {
-    while (!requests.isEmpty()) {
+    while (!requests.isEmpty())
         endRequest(QStringLiteral("(did not return)"));
-    }
 }
 
 void Timeline::print(const QString &lines)

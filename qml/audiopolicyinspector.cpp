@@ -21,9 +21,8 @@ int AudioPolicyInspector::channel() const
 QList<int> AudioPolicyInspector::volumes() const
 {
     QList<int> volumes;
-    for (int type = ZelAudioTypeMedia; type <= ZelAudioTypeHiCarCall; ++type) {
+    for (int type = ZelAudioTypeMedia; type <= ZelAudioTypeHiCarCall; ++type)
         volumes.append(manager.dataBase->getVolume(static_cast<ZelAudioType>(type)));
-    }
     return volumes;
 }
 
@@ -36,9 +35,8 @@ QList<int> AudioPolicyInspector::customCurve() const
 {
     constexpr int bandCount = 16;
     QList<int> curve;
-    for (int band = 0; band < bandCount; ++band) {
+    for (int band = 0; band < bandCount; ++band)
         curve.append(manager.dataBase->getCustomEQ(band));
-    }
     return curve;
 }
 

@@ -105,9 +105,8 @@ QVariantMap QmlAudioControl::changeMainTrackStepVolume(const QJSValue &up)
 {
     ScriptArguments arguments(this);
     const auto goUp = ScriptCall::read<bool>(arguments, {"up", up});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return {};
-    }
     QString name;
     quint8 step = 0;
     const int result = AudioControl::getInstance()->changeMainTrackStepVolume(goUp, name, step);
@@ -124,9 +123,8 @@ QVariantMap QmlAudioControl::changeAlterStepVolume(const QJSValue &up, const QJS
     ScriptArguments arguments(this);
     const auto goUp = ScriptCall::read<bool>(arguments, {"up", up});
     const auto from = ScriptCall::read<quint8>(arguments, {"current", current});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return {};
-    }
     quint8 step = 0;
     const int result = AudioControl::getInstance()->changeAlterStepVolume(goUp, from, step);
     return {{QStringLiteral("result"), result}, {QStringLiteral("step"), int(step)}};
@@ -219,11 +217,10 @@ void QmlAudioControl::setFadeBalance(const QJSValue &fade, const QJSValue &balan
 
 void QmlAudioControl::setOutputSource(const QJSValue &trackOrTag, const QJSValue &source)
 {
-    if (trackOrTag.isNumber()) {
+    if (trackOrTag.isNumber())
         call(this, qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setOutputSource), {{"tag", trackOrTag}, {"source", source}});
-    } else {
+    else
         call(this, qOverload<const char *, const char *>(&AudioControl::setOutputSource), {{"track", trackOrTag}, {"source", source}});
-    }
 }
 
 void QmlAudioControl::setOutputFrontSource(const QJSValue &trackOrTag, const QJSValue &source, const QJSValue &frontOnly)
@@ -241,11 +238,10 @@ void QmlAudioControl::setOutputFrontSource(const QJSValue &trackOrTag, const QJS
 
 void QmlAudioControl::setInputDestination(const QJSValue &trackOrTag, const QJSValue &destination)
 {
-    if (trackOrTag.isNumber()) {
+    if (trackOrTag.isNumber())
         call(this, qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setInputDestination), {{"tag", trackOrTag}, {"destination", destination}});
-    } else {
+    else
         call(this, qOverload<const char *, const char *>(&AudioControl::setInputDestination), {{"track", trackOrTag}, {"destination", destination}});
-    }
 }
 
 void QmlAudioControl::setAuxinChannel(const QJSValue &channel)
@@ -380,9 +376,8 @@ void QmlAudioControl::setFilter(const QJSValue &channel, const QJSValue &filter)
     arguments.readField(fields, "value2", record.value2);
     arguments.readField(fields, "value3", record.value3);
     arguments.readField(fields, "value4", record.value4);
-    if (!arguments.failed()) {
+    if (!arguments.failed())
         AudioControl::getInstance()->setFilter(output, record);
-    }
 }
 
 void QmlAudioControl::setSpeakerDelay(const QJSValue &delays)

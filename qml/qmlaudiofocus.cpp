@@ -29,9 +29,8 @@ QString QmlAudioFocus::clientId()
 
 void QmlAudioFocus::setClientId(const QString &newId)
 {
-    if (newId == id) {
+    if (newId == id)
         return;
-    }
     release();
     id = newId;
     Q_EMIT clientIdChanged();
@@ -91,9 +90,8 @@ bool QmlAudioFocus::request()
 
 void QmlAudioFocus::release()
 {
-    if (!registered) {
+    if (!registered)
         return;
-    }
     AudioManager::instance()->abandonAudioFocus(this);
     registered = false;
     {
@@ -117,9 +115,8 @@ void QmlAudioFocus::deliver()
     int change = None;
     {
         const QMutexLocker locker(&undeliveredMutex);
-        if (undelivered.isEmpty()) {
+        if (undelivered.isEmpty())
             return;
-        }
         change = undelivered.takeFirst();
     }
     setHeld(change == Gain);

@@ -28,14 +28,12 @@ ZelAudioManager &QmlAudioPolicy::manager()
         connect(current, &ZelAudioManager::zelvolumeChanged, this, &QmlAudioPolicy::zelvolumeChanged);
         // The manager's own slots were connected first, so these see what the time-out has brought.
         const auto timers = AudioPolicyInspector(*current).timers();
-        for (const AudioPolicyInspector::Timer &entry : timers) {
+        for (const AudioPolicyInspector::Timer &entry : timers)
             connect(entry.timer, &QTimer::timeout, this, &QmlAudioPolicy::refresh);
-        }
-        if (first) {
+        if (first)
             shown = currentState();
-        } else {
+        else
             refresh();
-        }
     }
     return *current;
 }
@@ -53,29 +51,22 @@ QmlAudioPolicy::State QmlAudioPolicy::currentState()
 
 void QmlAudioPolicy::refresh()
 {
-    if (!known) {
+    if (!known)
         return;
-    }
     const State before = shown;
     shown = currentState();
-    if (shown.status != before.status) {
+    if (shown.status != before.status)
         Q_EMIT statusChanged();
-    }
-    if (shown.channel != before.channel) {
+    if (shown.channel != before.channel)
         Q_EMIT channelChanged();
-    }
-    if (shown.muted != before.muted) {
+    if (shown.muted != before.muted)
         Q_EMIT mutedChanged();
-    }
-    if (shown.volumes != before.volumes) {
+    if (shown.volumes != before.volumes)
         Q_EMIT volumesChanged();
-    }
-    if (shown.equalizerType != before.equalizerType) {
+    if (shown.equalizerType != before.equalizerType)
         Q_EMIT equalizerTypeChanged();
-    }
-    if (shown.customCurve != before.customCurve) {
+    if (shown.customCurve != before.customCurve)
         Q_EMIT customCurveChanged();
-    }
 }
 
 template<typename Result, typename... Parameters>
@@ -172,9 +163,8 @@ QVariantList QmlAudioPolicy::_getAllChannelsFromCurrentType(const QJSValue &type
 {
     ScriptArguments arguments(this);
     const auto volumeType = ScriptCall::read<ZelAudioType>(arguments, {"type", type});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return {};
-    }
     QList<AudioChannel> channels;
     manager()._getAllChannelsFromCurrentType(channels, volumeType);
     return {channels.cbegin(), channels.cend()};

@@ -106,9 +106,8 @@ QVariantMap QmlAudioSettings::getAudioStatusInfo(const QJSValue &status)
 {
     ScriptArguments arguments(this);
     const auto audioStatus = ScriptCall::read<AudioStatus>(arguments, {"status", status});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return {};
-    }
     const ZelAudioInfo info = store().getAudioStatusInfo(audioStatus);
     return {{QStringLiteral("type"), int(info.type)}, {QStringLiteral("param"), info.param}};
 }
@@ -124,9 +123,8 @@ QVariantMap QmlAudioSettings::getChannelInfo(const QJSValue &channel)
 {
     ScriptArguments arguments(this);
     const auto audioChannel = ScriptCall::read<AudioChannel>(arguments, {"channel", channel});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return {};
-    }
     const ZelAudioAChannelInfo info = store().getChannelInfo(audioChannel);
     return {{QStringLiteral("type"), int(info.type)}, {QStringLiteral("spName"), info.spName}};
 }
@@ -136,8 +134,7 @@ QVariantMap QmlAudioSettings::getGroupDefaultData()
     QHash<QString, uchar> volumes;
     store().getGroupDefaultData(volumes);
     QVariantMap object;
-    for (auto entry = volumes.cbegin(); entry != volumes.cend(); ++entry) {
+    for (auto entry = volumes.cbegin(); entry != volumes.cend(); ++entry)
         object.insert(entry.key(), int(entry.value()));
-    }
     return object;
 }

@@ -34,9 +34,8 @@ template<typename Values>
 QVariantList toArray(const Values &values)
 {
     QVariantList list;
-    for (const auto value : values) {
+    for (const auto value : values)
         list.append(QVariant::fromValue(double(value)));
-    }
     return list;
 }
 
@@ -51,9 +50,8 @@ template<typename Number, std::size_t count>
 QVariantList numbers(const Number (&values)[count])
 {
     QVariantList list;
-    for (const Number value : values) {
+    for (const Number value : values)
         list.append(int(value));
-    }
     return list;
 }
 
@@ -260,9 +258,8 @@ bool QmlPlatform::isLoudnessOn()
 QVariantMap QmlPlatform::filter(const QJSValue &channel)
 {
     const auto record = callChip(this, &AudioChip::filter, {{"channel", channel}});
-    if (!record) {
+    if (!record)
         return {};
-    }
     return {{QStringLiteral("channel"), record->channel},
             {QStringLiteral("value1"), int(record->value1)},
             {QStringLiteral("notFlag"), int(record->notFlag)},
@@ -364,9 +361,8 @@ void QmlPlatform::setMicrophoneTest(const QJSValue &values)
     std::array<quint16, 8> readings = {};
     ScriptArguments arguments(this);
     const auto given = ScriptCall::read<QList<quint16>>(arguments, {"values", values});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return;
-    }
     if (given.size() != int(readings.size())) {
         throwScriptError(this, QJSValue::RangeError, QStringLiteral("values must be eight numbers, not %1").arg(given.size()));
         return;
@@ -379,9 +375,8 @@ QVariantList QmlPlatform::state()
 {
     QVariantList items;
     const auto table = chip()->stateTable();
-    for (const simulator::StateItem &item : table) {
+    for (const simulator::StateItem &item : table)
         items.append(QVariantMap{{QStringLiteral("group"), item.group}, {QStringLiteral("name"), item.name}, {QStringLiteral("value"), item.value}});
-    }
     return items;
 }
 
@@ -409,9 +404,8 @@ void QmlPlatform::fail(const QJSValue &operation, const QJSValue &code)
     ScriptArguments arguments(this);
     const auto name = ScriptCall::read<QString>(arguments, {"operation", operation});
     const auto result = ScriptCall::read<int>(arguments, {"code", code});
-    if (!arguments.failed() && !Platform::instance()->faults()->fail(name, result)) {
+    if (!arguments.failed() && !Platform::instance()->faults()->fail(name, result))
         throwScriptError(this, QJSValue::RangeError, QStringLiteral("there is no operation %1 to fail with code %2").arg(name).arg(result));
-    }
 }
 
 void QmlPlatform::failOnce(const QJSValue &operation, const QJSValue &code, const QJSValue &n)
@@ -430,9 +424,8 @@ void QmlPlatform::failFactory(const QJSValue &kind)
 {
     ScriptArguments arguments(this);
     const auto name = ScriptCall::read<QString>(arguments, {"kind", kind});
-    if (!arguments.failed() && !Platform::instance()->faults()->failFactory(name)) {
+    if (!arguments.failed() && !Platform::instance()->faults()->failFactory(name))
         throwScriptError(this, QJSValue::RangeError, QStringLiteral("kind must be App, Mixer, Source or Volume, not %1").arg(name));
-    }
 }
 
 QStringList QmlPlatform::pendingFaults()
@@ -451,9 +444,8 @@ int QmlPlatform::objects(const QJSValue &kind, bool alive)
 {
     ScriptArguments arguments(this);
     const auto name = ScriptCall::read<QString>(arguments, {"kind", kind});
-    if (arguments.failed()) {
+    if (arguments.failed())
         return 0;
-    }
     const auto *const found = std::find_if(simulator::allObjectKinds.cbegin(), simulator::allObjectKinds.cend(), [&name](simulator::ObjectKind candidate) {
         return name == simulator::objectKindName(candidate);
     });

@@ -10,11 +10,10 @@
 
 void throwScriptError(const QObject *callee, QJSValue::ErrorType type, const QString &message)
 {
-    if (QJSEngine *engine = qjsEngine(callee)) {
+    if (QJSEngine *engine = qjsEngine(callee))
         engine->throwError(type, message);
-    } else {
+    else
         qWarning().noquote() << message;
-    }
 }
 
 ScriptArguments::ScriptArguments(const QObject *callee)
@@ -24,16 +23,14 @@ ScriptArguments::ScriptArguments(const QObject *callee)
 
 void ScriptArguments::fail(QJSValue::ErrorType type, const ScriptArgument &argument, const QString &wanted)
 {
-    if (thrown) {
+    if (thrown)
         return;
-    }
     thrown = true;
     const QString message = QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString());
-    if (engine) {
+    if (engine)
         engine->throwError(type, message);
-    } else {
+    else
         qWarning().noquote() << message;
-    }
 }
 
 qint64 ScriptArguments::integer(const ScriptArgument &argument, qint64 minimum, qint64 maximum)
@@ -86,9 +83,8 @@ void ScriptArguments::read(const ScriptArgument &argument, QString &out)
 
 void ScriptArguments::read(const ScriptArgument &argument, ScriptName &out)
 {
-    if (argument.value.isNull()) {
+    if (argument.value.isNull())
         return;
-    }
     QString text;
     read(argument, text);
     out = ScriptName(text.toUtf8());

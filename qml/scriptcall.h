@@ -99,9 +99,8 @@ public:
         // Looking at another value would take a thrown error back.
         if (!thrown) {
             const QJSValue value = field(argument, name);
-            if (!thrown) {
+            if (!thrown)
                 read({name, value}, out);
-            }
         }
     }
 
@@ -138,9 +137,8 @@ template<typename Value>
 Value read(ScriptArguments &reader, const ScriptArgument &argument)
 {
     Value value = {};
-    if (!reader.failed()) {
+    if (!reader.failed())
         reader.read(argument, value);
-    }
     return value;
 }
 
@@ -150,9 +148,8 @@ Result invoke(const QObject *callee, const GetObject &getObject, Operation opera
 {
     ScriptArguments reader(callee);
     const std::tuple<Holder<Parameters>...> values{read<Holder<Parameters>>(reader, arguments[Index])...};
-    if (reader.failed()) {
+    if (reader.failed())
         return Result();
-    }
     return (getObject()->*operation)(std::get<Index>(values)...);
 }
 } // namespace ScriptCall

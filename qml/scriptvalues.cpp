@@ -17,9 +17,8 @@ double ScriptValues::decimal(float value)
     constexpr int enoughDigits = std::numeric_limits<float>::max_digits10;
     for (int digits = fewestDigits; digits < enoughDigits; ++digits) {
         const double candidate = QByteArray::number(double(value), 'g', digits).toDouble();
-        if (static_cast<float>(candidate) == value) {
+        if (static_cast<float>(candidate) == value)
             return candidate;
-        }
     }
     return double(value);
 }
@@ -30,9 +29,8 @@ QVariantList ScriptValues::equalizerPresets(const EqBaseData *table)
     QVariantList presets;
     for (int i = 0; i < presetCount; ++i) {
         QVariantList gains;
-        for (const float gain : table[i].gains) {
+        for (const float gain : table[i].gains)
             gains.append(decimal(gain));
-        }
         presets.append(QVariantMap{{QStringLiteral("type"), table[i].type}, {QStringLiteral("tag"), table[i].tag}, {QStringLiteral("gains"), gains}});
     }
     return presets;

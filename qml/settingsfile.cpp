@@ -12,9 +12,8 @@ QString SettingsFile::path()
 QByteArray SettingsFile::stamp(const QString &file)
 {
     struct stat status = {};
-    if (stat(QFile::encodeName(file).constData(), &status) != 0) {
+    if (stat(QFile::encodeName(file).constData(), &status) != 0)
         return {};
-    }
     return QByteArray::number(quint64(status.st_ino)) + ' ' + QByteArray::number(qint64(status.st_size)) + ' '
         + QByteArray::number(qint64(status.st_mtim.tv_sec)) + '.' + QByteArray::number(qint64(status.st_mtim.tv_nsec));
 }

@@ -47,9 +47,8 @@ void BenchCommandLineTest::answers()
     QCOMPARE(bench.errors, QString());
     const QStringList lines = bench.output.split(QLatin1Char('\n'));
     constexpr int width = 100;
-    for (const QString &line : lines) {
+    for (const QString &line : lines)
         QVERIFY2(line.size() <= width, qPrintable(line));
-    }
 }
 
 void BenchCommandLineTest::mistakes_data()

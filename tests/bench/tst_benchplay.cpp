@@ -34,9 +34,8 @@ private:
 QString BenchPlayTest::write(const QString &name, const QByteArray &program)
 {
     QFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(program) != program.size()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(program) != program.size())
         qFatal("cannot write a scenario");
-    }
     return file.fileName();
 }
 
@@ -219,9 +218,8 @@ void BenchPlayTest::everyLineFitsTheWidth()
     QCOMPARE(bench.exitCode, 0);
     const QStringList lines = bench.output.split(QLatin1Char('\n'));
     constexpr int width = 100;
-    for (const QString &line : lines) {
+    for (const QString &line : lines)
         QVERIFY2(line.size() <= width, qPrintable(line));
-    }
 }
 
 void BenchPlayTest::colorsOnlyWhereAskedFor()
@@ -255,9 +253,8 @@ void BenchPlayTest::junitCounts()
     int failures = 0;
     int errors = 0;
     while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement) {
+        if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
-        }
         const auto attribute = [&reader](const char *name) { return reader.attributes().value(QLatin1String(name)).toString(); };
         if (reader.name() == QLatin1String("testsuite")) {
             QCOMPARE(attribute("name"), QStringLiteral("counts"));

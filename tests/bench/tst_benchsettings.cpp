@@ -52,9 +52,8 @@ QJsonObject BenchSettingsTest::setting(const QJsonObject &document, const QStrin
 {
     const QJsonArray settings = document.value(QLatin1String("settings")).toArray();
     for (const QJsonValue &value : settings) {
-        if (value.toObject().value(QLatin1String("key")) == key) {
+        if (value.toObject().value(QLatin1String("key")) == key)
             return value.toObject();
-        }
     }
     return {};
 }
@@ -66,9 +65,8 @@ void BenchSettingsTest::withoutFile()
     QVERIFY2(bench.output.startsWith(settingsFile() + QLatin1String(": no such file, all defaults hold\n")), qPrintable(bench.output));
     const QStringList lines = bench.output.split(QLatin1Char('\n'));
     constexpr int width = 100;
-    for (const QString &line : lines) {
+    for (const QString &line : lines)
         QVERIFY2(line.size() <= width, qPrintable(line));
-    }
 }
 
 void BenchSettingsTest::table()
@@ -130,9 +128,8 @@ void BenchSettingsTest::keysAreTheStores()
         store.setHandsfreeDelay(1);
     }
     store.setEqType(1);
-    for (int band = 0; band < 16; ++band) {
+    for (int band = 0; band < 16; ++band)
         store.setCustomEQ(1, band);
-    }
 
     // Each key of the bench is there, and the bench knows each key that is there.
     const QJsonObject document = json(settingsFile());

@@ -15,18 +15,16 @@ namespace
 QStringList declaredOperations()
 {
     QFile header(QStringLiteral(AUDIO_CONTROL_HEADER));
-    if (!header.open(QIODevice::ReadOnly)) {
+    if (!header.open(QIODevice::ReadOnly))
         return {};
-    }
     const QString text = QString::fromUtf8(header.readAll());
     const int begin = text.indexOf(QLatin1String("~AudioControl()"));
     const int end = text.indexOf(QLatin1String("private:"));
     const QRegularExpression declaration(QStringLiteral("^    [\\w<>]+ \\*?(\\w+)\\(.*\\);$"), QRegularExpression::MultilineOption);
     QStringList names;
     QRegularExpressionMatchIterator match = declaration.globalMatch(text.mid(begin, end - begin));
-    while (match.hasNext()) {
+    while (match.hasNext())
         names.append(match.next().captured(1));
-    }
     names.removeDuplicates();
     names.sort();
     return names;
@@ -70,9 +68,8 @@ void QmlAudioControlTest::offersEveryOperation()
     QVERIFY(declared.contains(QLatin1String("setStepRange")) && declared.contains(QLatin1String("setSpeakerDealy"))); // the first and the last
     QStringList offered;
     const QMetaObject &type = QmlAudioControl::staticMetaObject;
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i)
         offered.append(QString::fromLatin1(type.method(i).name()));
-    }
     offered.sort();
     QCOMPARE(offered, declared);
 }

@@ -82,11 +82,10 @@ void QmlAudioFocusTest::handlerMayRequestAndRelease()
     Client music("music");
     Client radio("radio");
     connect(&music, &QmlAudioFocus::focusChanged, &music, [&music](int change) {
-        if (change == QmlAudioFocus::Loss) {
+        if (change == QmlAudioFocus::Loss)
             music.request();
-        } else {
+        else
             music.release();
-        }
     });
     QVERIFY(music.request());
     QVERIFY(radio.request());

@@ -46,14 +46,12 @@ void QmlAudioPolicyTest::init()
     QFile::remove(QStringLiteral("/media/flash/nvm/audioData.db"));
     Platform::instance()->reset();
     policy.reset(new QmlAudioPolicy([this] {
-        if (!manager) {
+        if (!manager)
             manager.reset(new ZelAudioManager);
-        }
         return manager.data();
     }));
-    for (QObject *object : {static_cast<QObject *>(policy.data()), static_cast<QObject *>(&settings)}) {
+    for (QObject *object : {static_cast<QObject *>(policy.data()), static_cast<QObject *>(&settings)})
         QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
-    }
     engine.globalObject().setProperty(QStringLiteral("AudioPolicy"), engine.newQObject(policy.data()));
     engine.globalObject().setProperty(QStringLiteral("AudioSettings"), engine.newQObject(&settings));
 }
@@ -61,9 +59,8 @@ void QmlAudioPolicyTest::init()
 QVariant QmlAudioPolicyTest::evaluate(const QString &script)
 {
     const QJSValue result = engine.evaluate(script);
-    if (result.isError()) {
+    if (result.isError())
         return result.toString();
-    }
     return result.toVariant();
 }
 

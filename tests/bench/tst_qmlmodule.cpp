@@ -35,9 +35,8 @@ QObject *QmlModuleTest::create(const QByteArray &body)
     QQmlComponent component(&engine);
     component.setData("import QtQml 2.15\nimport QzAudio 1.0\nimport QzAudio.Simulator 1.0\nQtObject {\n" + body + "\n}\n", QUrl());
     root.reset(component.create());
-    if (!root) {
+    if (!root)
         qWarning().noquote() << component.errorString();
-    }
     return root.data();
 }
 

@@ -106,9 +106,8 @@ void QmlPlatformTest::journal()
     QCOMPARE(evaluate(QStringLiteral("Platform.journal().join()")), call + QLatin1Char(',') + call);
     QVERIFY(evaluate(QStringLiteral("Platform.journalText()")).contains(QLatin1String("setTrackVolume")));
     int calls = 0;
-    for (const QVariantList &arguments : qAsConst(called)) {
+    for (const QVariantList &arguments : qAsConst(called))
         calls += arguments.first().toString() == call ? 1 : 0;
-    }
     QCOMPARE(calls, 2);
     QCOMPARE(state.count(), 1);
 }
