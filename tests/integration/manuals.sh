@@ -1,5 +1,6 @@
 #!/bin/sh
-# The manual pages tell every option that the programs' help tells, and no other.
+# The manual pages tell every option that the programs' help tells, and no other, and they and the changelog are of the programs'
+# version.
 #
 # Usage: manuals.sh PROJECT BIN
 # shellcheck disable=SC2086 # an emulator's command is several words
@@ -11,6 +12,19 @@ project=$1 bin=$2
 options_in()
 {
     grep -oE -e '--[a-z][a-z-]*' | sort -u
+}
+
+# has_version PROGRAM: its page and the latest entry of the packages' changelog
+has_version()
+{
+    version=$(${EMULATOR:-} "$bin/$1" --version)
+    version=${version##* }
+    for line in "$1.1:.TH .* \"qzaudio $version\" " "changelog:qzaudio ($version) "; do
+        sed 1q "$project/packaging/${line%%:*}" | grep -q "^${line#*:}" || {
+            echo "packaging/${line%%:*} is not of version $version"
+            exit 1
+        }
+    done
 }
 
 # compare PROGRAM HELP
@@ -29,3 +43,5 @@ compare()
 help_of_bench=$(for command in '' play settings focus; do ${EMULATOR:-} "$bin/qzaudio-bench" $command --help; done)
 compare qzaudio-bench "$help_of_bench"
 compare qzaudio-focusd "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
+has_version qzaudio-bench
+has_version qzaudio-focusd
