@@ -14,6 +14,16 @@ bool isVoiceCommunication(const FocusRequester &entry)
     return entry.clientId == QLatin1String("IN_VOICE_COMM_FOCUS_ID");
 }
 
+/// Changes one entry through a copy: who is told of the change may call back, and then the entries move.
+template<typename Change>
+void changeEntry(QStack<FocusRequester> &stack, int index, Change change)
+{
+    FocusRequester entry = stack.at(index);
+    change(entry);
+    if (index < stack.size() && stack.at(index).hasSameClient(entry.clientId))
+        stack[index].focusLossReceived = entry.focusLossReceived;
+}
+
 } // namespace
 
 AudioFocusControl::AudioFocusControl(QObject *parent)
@@ -63,7 +73,7 @@ bool AudioFocusControl::canReassignAudioFocus() const
 void AudioFocusControl::notifyTopOfAudioFocusStack()
 {
     if (!focusStack.isEmpty() && canReassignAudioFocus())
-        focusStack.top().handleFocusGain(AUDIOFOCUS_GAIN);
+        changeEntry(focusStack, focusStack.size() - 1, [](FocusRequester &entry) { entry.handleFocusGain(AUDIOFOCUS_GAIN); });
 }
 
 void AudioFocusControl::removeFocusStackEntry(const QString &clientId, bool signal)
@@ -86,8 +96,8 @@ void AudioFocusControl::removeFocusStackEntry(const QString &clientId, bool sign
 
 void AudioFocusControl::propagateFocusLossFromGain_syncAf(int focusGain)
 {
-    for (FocusRequester &entry : focusStack)
-        entry.handleExternalFocusGain(focusGain);
+    for (int i = 0; i < focusStack.size(); ++i)
+        changeEntry(focusStack, i, [focusGain](FocusRequester &entry) { entry.handleExternalFocusGain(focusGain); });
 }
 
 void AudioFocusControl::discardAudioFocusOwner()

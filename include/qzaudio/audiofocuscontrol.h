@@ -15,8 +15,8 @@ class IAudioFocusDispatcher;
  *
  * While the client "IN_VOICE_COMM_FOCUS_ID" is on top nobody can take focus.
  *
- * Threads: no lock; callers serialise. Dispatchers run on the caller's thread before the operation returns and must not call
- * back into the stack.
+ * Threads: no lock; callers serialise. Dispatchers run on the caller's thread in the middle of the operation. What one of them asks
+ * of the stack takes effect at once, before the operation goes on.
  */
 class QZAUDIO_EXPORT AudioFocusControl : public QObject
 {

@@ -15,8 +15,9 @@
  * part of the bus interface "tavi.AudioService".
  *
  * Threads: no lock; callers serialise. The signal is emitted on the thread of the request or abandonment that caused it,
- * before that returns. The stack is in the middle of its work then: a receiver on the same thread must not request, abandon or
- * unregister from inside the signal. Post such a call to the event loop, or connect queued.
+ * before that returns. The stack is in the middle of its work then: what a receiver on the same thread requests, abandons or
+ * unregisters from inside the signal takes effect before the request that the signal tells of. Better post such a call to the event
+ * loop, or connect queued.
  */
 class QZAUDIO_EXPORT AudioService : public QObject, public IAudioFocusDispatcher
 {

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void abandonTellsTheNext();
     void unregisterTellsNobody();
     void refusedRequest();
+    void callsFromInsideTheSignal();
     void uncheckedHint();
     void calledByName();
     void callsThroughTheInterface();
@@ -207,6 +208,29 @@ void AudioServiceTest::refusedRequest()
     QCOMPARE(service.requestAudioFocus(3, 1, QStringLiteral("A")), 1);
     QCOMPARE(changes.take(), QStringList());
     QCOMPARE(service.getCurrentAudioFocus(), 2);
+}
+
+void AudioServiceTest::callsFromInsideTheSignal()
+{
+    AudioService service;
+    service.requestAudioFocus(3, 1, QStringLiteral("A"));
+    service.requestAudioFocus(3, 2, QStringLiteral("B"));
+    ChangeRecorder changes(service);
+    // A gives up when it has lost focus for good, and brings more clients than the stack has room for.
+    connect(&service, &AudioService::audioFocusChanged, this, [&service](int newState, const QString &clientId) {
+        if (newState != -1 || clientId != QLatin1String("A"))
+            return;
+        service.abandonAudioFocus(clientId);
+        for (int i = 0; i < 100; ++i)
+            service.requestAudioFocus(3, 3, QStringLiteral("more%1").arg(i));
+    });
+    QCOMPARE(service.requestAudioFocus(3, 1, QStringLiteral("C")), 0);
+    QCOMPARE(service.getCurrentAudioFocus(), 1);
+    const QStringList told = changes.take();
+    QCOMPARE(told.filter(QStringLiteral("-1 A")).size(), 1);
+    QCOMPARE(told.filter(QRegularExpression(QStringLiteral("^-1 more"))).size(), 100);
+    service.abandonAudioFocus(QStringLiteral("C"));
+    QCOMPARE(changes.take(), QStringList(QStringLiteral("1 more99")));
 }
 
 void AudioServiceTest::uncheckedHint()
