@@ -3,7 +3,7 @@
 # CMake, once through pkg-config.
 #
 # Usage: consumer.sh PROJECT BUILD WORK CMAKE LIBDIR [CMAKE_OPTION...]
-# shellcheck disable=SC2086 # an emulator's command is several words
+# shellcheck disable=SC2016,SC2086 # the backquotes are literal; an emulator's command is several words
 set -eu
 
 project=$1 build=$2 work=$3 cmake=$4 libdir=$5
@@ -19,6 +19,12 @@ echo "== from QML"
 # The build's own test of the modules, with the installed plugins and libraries instead of the build's.
 QML2_IMPORT_PATH=$work/prefix/$libdir/qt5/qml LD_LIBRARY_PATH=$work/prefix/$libdir "$project/tools/with-flash" ${EMULATOR:-} \
     "$build/tests/tst_qmlmodule"
+
+example=$(sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$project/README.md")
+case $(cat "$project/tests/consumer/main.cpp") in
+*"$example"*) ;;
+*) echo "the example of README.md is not that of tests/consumer/main.cpp" && exit 1 ;;
+esac
 
 echo "== through CMake"
 prefix=-DCMAKE_PREFIX_PATH=$work/prefix
