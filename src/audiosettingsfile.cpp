@@ -67,6 +67,12 @@ bool tryKernelLock(const Descriptor &file)
     return ::flock(file.number, LOCK_EX | LOCK_NB) == 0;
 }
 
+/// True also where somebody else was faster: a lock file's holder lets go of it before it removes it.
+bool removeLockFile(const QString &path)
+{
+    return ::unlink(QFile::encodeName(path).constData()) == 0 || errno == ENOENT;
+}
+
 /// QSaveFile makes its temporary names of six random letters. Names that read like somebody's own copy ("backup", "Backup",
 /// "BACKUP") may be just that.
 bool looksRandom(const QString &letters)
@@ -121,7 +127,9 @@ LockFile checkLockFile(const QString &path)
     if (!isDead)
         return qAbs(QDateTime::currentMSecsSinceEpoch() - lockedAt) > staleTimeMs ? LockFile::Abandoned : LockFile::Held;
     removeTemporaryFilesOfLock(lockedAt);
-    return QFile::remove(path) ? LockFile::None : LockFile::Abandoned;
+    if (::fstat64(lock.number, &status) != 0 || status.st_nlink == 0)
+        return LockFile::Held; // it was about to be removed, and there may be another by now
+    return removeLockFile(path) ? LockFile::None : LockFile::Abandoned;
 }
 
 } // namespace
@@ -141,7 +149,7 @@ SettingsFileGuard::SettingsFileGuard()
     LockFile lockFile = checkLockFile(lockFilePath());
     for (; lockFile == LockFile::Held; lockFile = checkLockFile(lockFilePath()))
         QThread::msleep(retryIntervalMs);
-    isBlocked = lockFile == LockFile::Abandoned && !QFile::remove(lockFilePath());
+    isBlocked = lockFile == LockFile::Abandoned && !removeLockFile(lockFilePath());
     folder = directory.release();
     before = currentVersion();
 }

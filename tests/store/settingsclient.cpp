@@ -17,6 +17,7 @@
  *       clear                        prints what clear() returns
  *       show                         prints the file as it is, its lines joined by blanks
  *   hold-lock MS                     says "held" and holds the lock file of QSettings for so long
+ *   come-and-go                      says "coming", and takes and lets go that lock file until it is killed
  *   hold-folder MS                   says "held" and holds the folder's kernel lock for so long
  *   hang                             says "held", holds both, and never ends
  */
@@ -181,6 +182,16 @@ public:
         QThread::msleep(static_cast<unsigned long>(milliseconds));
     }
 
+    [[noreturn]] void comeAndGo()
+    {
+        constexpr unsigned long microseconds = 100; // in which others get their turn
+        output() << "coming" << Qt::endl;
+        for (;; QThread::usleep(microseconds)) {
+            if (m_lock.tryLock())
+                m_lock.unlock();
+        }
+    }
+
 private:
     QLockFile m_lock{QStringLiteral("/media/flash/nvm/audioData.db.lock")};
     const int m_folder = open("/media/flash/nvm", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -210,6 +221,8 @@ int main(int argc, char **argv)
         saveBetweenStops(words.at(2), words.at(3));
     } else if (command == QLatin1String("steps") && argc > 2) {
         takeSteps(words.mid(2));
+    } else if (command == QLatin1String("come-and-go")) {
+        Holder().comeAndGo();
     } else if (holdsLock || holdsFolder) {
         Holder holder;
         if ((holdsLock && !holder.takeLock()) || (holdsFolder && !holder.takeFolder()))

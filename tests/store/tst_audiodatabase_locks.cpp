@@ -37,6 +37,7 @@ private Q_SLOTS:
     void lockOfKilledProcess();
     void lockOfLivingProcess_data();
     void lockOfLivingProcess();
+    void lockThatComesAndGoes();
     void lockOfHangingProcess();
     void sweep_data();
     void sweep();
@@ -113,6 +114,20 @@ void LocksTest::lockOfLivingProcess()
     expected.insert("EQ/Type", "3");
     QCOMPARE(flash::entries(), expected);
     QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+/// Other programs' QSettings take the lock file without asking for the folder, and may remove it at any moment. No save is lost.
+void LocksTest::lockThatComesAndGoes()
+{
+    const auto other = settingsprocess::start({QStringLiteral("come-and-go")});
+    AudioDataBase store;
+    for (int type = 0; type < 1000; ++type) {
+        store.setEqType(type);
+        QCOMPARE(flash::entries().value("EQ/Type"), QByteArray::number(type));
+    }
+    QCOMPARE(other->state(), QProcess::Running);
+    other->kill();
+    other->waitForFinished();
 }
 
 /// A lock file that is 30 seconds old, made older here than it is, stops nobody any more, though its holder lives.
