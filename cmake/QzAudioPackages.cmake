@@ -112,6 +112,7 @@ audio focus on the bus."
     "${runtime}, ${core}, ${bus}${qml}, ${library}${simulator}"
 )
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
 
 # A release's changelog, in the packaging's own form.
 qzaudio_compress(${PROJECT_SOURCE_DIR}/packaging/changelog ${PROJECT_BINARY_DIR}/changelog.gz)
