@@ -1,20 +1,19 @@
 #include <qzaudio/audiodatabase.h>
 
 #include "audiodatabasetables.h"
-#include "audiosettingsfile.h"
 #include "logging.h"
+#include "settingsfile.h"
+#include "settingsstorage.h"
+#include "settingstext.h"
 
 #include <settingsprovider.h>
 
 #include <QtCore/QFile>
-#include <QtCore/QSettings>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <iterator>
 #include <limits>
-#include <optional>
 
 namespace audio
 {
@@ -48,17 +47,21 @@ int wholeNumber(const QVariant &value)
     return number >= lowest && number <= highest ? static_cast<int>(number) : 0;
 }
 
-/// A value that could not be written waits in this process's QSettings; the next access writes it, even when that is a read.
-std::atomic_bool valuesMayWait{false};
-
-constexpr char blocked[] = "is blocked by a lock file that cannot be removed";
+/// What went wrong with the file, at the place of the operation that found it.
+void complain(const logging::CodeLocation &at, const QStringList &complaints)
+{
+    for (const QString &complaint : complaints)
+        logging::logCritical(at, qUtf8Printable(settingsfile::path()), qUtf8Printable(complaint));
+}
 
 } // namespace
 
 AudioDataBase::AudioDataBase(QObject *parent)
     : QObject(parent)
 {
-    SettingsFileGuard::sweepLeftovers();
+    QStringList complaints;
+    settingsstorage::start(complaints);
+    complain(QZAUDIO_HERE, complaints);
     _initMaps();
     _initVolume();
     storedMicInputValue = data(volumeGroup(), QStringLiteral("VolumeMic"), tables::defaultMicrophoneVolume).toInt();
@@ -70,7 +73,12 @@ AudioDataBase::AudioDataBase(QObject *parent)
     getAutoMicGain();
 }
 
-AudioDataBase::~AudioDataBase() = default;
+AudioDataBase::~AudioDataBase()
+{
+    QStringList complaints;
+    settingsstorage::finish(complaints);
+    complain(QZAUDIO_HERE, complaints);
+}
 
 void AudioDataBase::_initMaps()
 {
@@ -101,47 +109,28 @@ void AudioDataBase::_initVolume()
 
 QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 {
-    std::optional<SettingsFileGuard> guard;
-    if (valuesMayWait) {
-        guard.emplace();
-        if (!guard->mayWrite()) {
-            traceCritical() << qUtf8Printable(settingsFilePath()) << blocked;
-            return defaultValue; // to read would be to write what waits
-        }
-    }
-    QSettings settings(settingsFilePath(), QSettings::IniFormat);
-    if (guard)
-        valuesMayWait = settings.status() != QSettings::NoError;
-    settings.beginGroup(group);
-    QVariant value = settings.value(key, defaultValue);
-    settings.endGroup();
+    QStringList complaints;
+    const QVariant value = settingsstorage::value(SettingsText::path(group, key), defaultValue, complaints);
+    complain(QZAUDIO_HERE, complaints);
     return value;
 }
 
 void AudioDataBase::save(QString group, QString key, QVariant value)
 {
-    {
-        const SettingsFileGuard guard;
-        if (!guard.mayWrite()) {
-            traceCritical() << qUtf8Printable(settingsFilePath()) << blocked;
-        } else {
-            QSettings settings(settingsFilePath(), QSettings::IniFormat);
-            settings.beginGroup(group);
-            settings.setValue(key, value);
-            settings.endGroup();
-            settings.sync();
-            valuesMayWait = settings.status() != QSettings::NoError;
-        }
-    }
-    if (!QFile::exists(settingsFilePath()))
-        traceCritical() << qUtf8Printable(settingsFilePath()) << "file not exists!!!";
+    QStringList complaints;
+    settingsstorage::save(SettingsText::path(group, key), value, complaints);
+    complain(QZAUDIO_HERE, complaints);
+    if (!QFile::exists(settingsfile::path()))
+        traceCritical() << qUtf8Printable(settingsfile::path()) << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
 {
-    const bool removed = QFile::remove(settingsFilePath());
-    if (!removed)
-        traceCritical() << "clear" << qUtf8Printable(settingsFilePath()) << "fail!!!";
+    const bool removed = QFile::remove(settingsfile::path());
+    if (removed)
+        settingsstorage::forgetWaiting();
+    else
+        traceCritical() << "clear" << qUtf8Printable(settingsfile::path()) << "fail!!!";
     return removed;
 }
 

@@ -20,6 +20,46 @@ constexpr int largeHomeUiVolume = 25;
 /// The other home screens' defaults, by volume type.
 constexpr int defaultVolumes[volumeTypeCount] = {20, 20, 20, 20, 20, 15};
 
+struct StoredKey
+{
+    const char *group;
+    const char *key;
+};
+
+/// Everything that the store keeps.
+constexpr StoredKey storedKeys[] = {
+    {"Volume", "0"},
+    {"Volume", "1"},
+    {"Volume", "2"},
+    {"Volume", "3"},
+    {"Volume", "4"},
+    {"Volume", "5"},
+    {"Volume", "VolumeMic"},
+    {"Volume", "Loudness"},
+    {"Volume", "MicType"},
+    {"Volume", "AutoMicGainOrig"},
+    {"Volume", "AutoMicGainArm"},
+    {"Volume", "MicDelayOrig"},
+    {"Volume", "MicDelayArm"},
+    {"EQ", "Type"},
+    {"EQ", "Custom0"},
+    {"EQ", "Custom1"},
+    {"EQ", "Custom2"},
+    {"EQ", "Custom3"},
+    {"EQ", "Custom4"},
+    {"EQ", "Custom5"},
+    {"EQ", "Custom6"},
+    {"EQ", "Custom7"},
+    {"EQ", "Custom8"},
+    {"EQ", "Custom9"},
+    {"EQ", "Custom10"},
+    {"EQ", "Custom11"},
+    {"EQ", "Custom12"},
+    {"EQ", "Custom13"},
+    {"EQ", "Custom14"},
+    {"EQ", "Custom15"},
+};
+
 // clang-format off
 /// Type, tag, gains in dB. Type 7, the custom curve, takes its gains from the stored curve instead of its row. Not the facade's
 /// modes: the two differ in places and stay two.

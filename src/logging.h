@@ -72,6 +72,14 @@ void logTrace(const CodeLocation &at, const Items &...items)
         write(openTraceDebug(at), message(items...));
 }
 
+/// One traceCritical() line at a place that the caller hands in.
+template<typename... Items>
+void logCritical(const CodeLocation &at, const Items &...items)
+{
+    if (QLoggingCategory::defaultCategory()->isCriticalEnabled())
+        write(openTraceCritical(at), message(items...));
+}
+
 /// Writes the one line or the other for the result of a platform call, and gives the result on.
 template<typename Success, typename Failure>
 int logOutcome(const CodeLocation &at, int result, const Success &success, const Failure &failure)

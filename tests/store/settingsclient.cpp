@@ -6,6 +6,7 @@
  *   value GROUP KEY                  "TYPE TEXT" of the stored value, or "default"
  *   save GROUP KEY TYPE TEXT         saves one value; TYPE is a name of QMetaType ("int", "float", ...)
  *   count KEY N                      says "counting" and saves Volume/KEY = 1, 2, ... N
+ *   latency N                        how long each of N saves took, as "p50 MICROSECONDS p99 MICROSECONDS"
  *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
  *   save-named KEY TEXT              the same as if the file system had no unnamed files (O_TMPFILE)
  *   steps STEP...                    in one process that keeps its store; a STEP is one of
@@ -25,15 +26,18 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QLockFile>
 #include <QtCore/QTextStream>
 #include <QtCore/QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstddef>
+#include <vector>
 
 #include <fcntl.h>
 #include <linux/filter.h>
@@ -107,6 +111,21 @@ void count(const QString &key, int last)
         store.save(QStringLiteral("Volume"), key, value);
         QThread::usleep(100); // lets the others in: values are lost where writers alternate
     }
+}
+
+void measureLatency(int saves)
+{
+    audio::AudioDataBase store;
+    std::vector<qint64> nanoseconds;
+    for (int save = 0; save < saves; ++save) {
+        QElapsedTimer timer;
+        timer.start();
+        store.setVolume(ZelAudioTypeMedia, save % 26, true);
+        nanoseconds.push_back(timer.nsecsElapsed());
+    }
+    std::sort(nanoseconds.begin(), nanoseconds.end());
+    const auto percentile = [&nanoseconds](int percent) { return nanoseconds.at((nanoseconds.size() - 1) * static_cast<size_t>(percent) / 100) / 1000; };
+    output() << "p50 " << percentile(50) << " p99 " << percentile(99) << '\n';
 }
 
 void saveBetweenStops(const QString &key, const QString &text)
@@ -215,6 +234,8 @@ int main(int argc, char **argv)
         return save(words.at(2), words.at(3), words.at(4), words.at(5));
     } else if (command == QLatin1String("count") && argc == 4) {
         count(words.at(2), words.at(3).toInt());
+    } else if (command == QLatin1String("latency") && argc == 3 && words.at(2).toInt() > 0) {
+        measureLatency(words.at(2).toInt());
     } else if ((isNamed || command == QLatin1String("save-between-stops")) && argc == 4) {
         if (isNamed && !refuseUnnamedFiles())
             return 1;

@@ -10,13 +10,20 @@ namespace
 {
 
 const QString notThere = QStringLiteral("/media/flash/nvm/audioData.db file not exists!!!");
-const QString blocked = QStringLiteral("/media/flash/nvm/audioData.db is blocked by a lock file that cannot be removed");
+const QString blocked = QStringLiteral("it is blocked by a lock file that cannot be removed");
 const QString notRemoved = QStringLiteral("clear /media/flash/nvm/audioData.db fail!!!");
+const QString lost = QStringLiteral("/media/flash/nvm/audioData.db was never written with: Volume/0");
+const QString writtenAgain = QStringLiteral("/media/flash/nvm/audioData.db is written again, with what waited: Volume/0");
 constexpr const char *stored = "[Volume]\n0=1\n1=2\n\n[Mine]\nKey=kept\n";
 
 QStringList words(const char *text)
 {
     return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QString notWritten(const QString &reason)
+{
+    return QLatin1String("/media/flash/nvm/audioData.db cannot be written: ") + reason + QLatin1String("; waiting: Volume/0");
 }
 
 /// The critical lines, without what stands before their values.
@@ -53,6 +60,8 @@ void BrokenFlashTest::unwritable_data()
     QTest::addColumn<QString>("output"); // of the steps below
     QTest::addColumn<QStringList>("errors");
     const QByteArray none;
+    const QString readOnly = QStringLiteral("open the lock file: Read-only file system");
+    const QString noFolder = QStringLiteral("open the lock file: No such file or directory");
     const QStringList bare = words("bwrap --dev-bind / /");
     const QStringList flashIn = words(WITH_FLASH " --dir %1");
     const QStringList notRoot = flashIn + words("bwrap --unshare-user --uid 1000 --gid 1000 --dev-bind / /");
@@ -61,22 +70,27 @@ void BrokenFlashTest::unwritable_data()
     QTest::newRow("folder missing: it is made") << bare + words("--tmpfs /media/flash") << none << 0755 << 0644 << false
                                                 << QStringLiteral("17 default [Volume] 0=17 true") << QStringList();
     QTest::newRow("folder cannot be made") << bare + words("--tmpfs /media/flash --remount-ro /media/flash") << none << 0755 << 0644 << false
-                                           << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
+                                           << QStringLiteral("17 default no file false") << QStringList{notWritten(noFolder), notThere, notRemoved, lost};
     QTest::newRow("read-only folder") << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << false
-                                      << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+                                      << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notWritten(readOnly), notRemoved, lost};
     QTest::newRow("read-only folder without file") << flashIn + words("--read-only") << none << 0755 << 0644 << false
-                                                   << QStringLiteral("default default no file false") << QStringList{notThere, notRemoved};
-    QTest::newRow("read-only folder with a dead lock") << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << true
-                                                       << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false") << QStringList{blocked, notRemoved};
+                                                   << QStringLiteral("17 default no file false")
+                                                   << QStringList{notWritten(readOnly), notThere, notRemoved, lost};
+    QTest::newRow("read-only folder with a dead lock")
+        << flashIn + words("--read-only") << QByteArray(stored) << 0755 << 0644 << true << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
+        << QStringList{notWritten(blocked), notRemoved, lost};
     QTest::newRow("read-only file") << flashIn + bare + words("--ro-bind %1/audioData.db /media/flash/nvm/audioData.db") << QByteArray(stored) << 0755 << 0644
-                                    << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+                                    << false << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
+                                    << QStringList{notWritten(QStringLiteral("access: Read-only file system")), notRemoved, lost};
     QTest::newRow("no permission for the file") << notRoot << QByteArray(stored) << 0755 << 0444 << false
-                                                << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" true") << QStringList();
+                                                << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" true")
+                                                << QStringList{notWritten(QStringLiteral("access: Permission denied"))};
     QTest::newRow("no permission for the folder") << notRoot << QByteArray(stored) << 0555 << 0644 << false
-                                                  << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false") << QStringList{notRemoved};
+                                                  << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
+                                                  << QStringList{notWritten(QStringLiteral("open the lock file: Permission denied")), notRemoved, lost};
     QTest::newRow("no permission for the folder, with a dead lock")
-        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("1 2 ") + asBefore + QStringLiteral(" false")
-        << QStringList{blocked, notRemoved};
+        << notRoot << QByteArray(stored) << 0555 << 0644 << true << QStringLiteral("17 2 ") + asBefore + QStringLiteral(" false")
+        << QStringList{notWritten(blocked), notRemoved, lost};
 }
 
 void BrokenFlashTest::unwritable()
@@ -122,20 +136,26 @@ void BrokenFlashTest::full_data()
     QTest::addColumn<QString>("output");
     QTest::addColumn<QStringList>("errors");
     const QString before = QStringLiteral("Volume/0=1 Volume/1=2");
+    const QString noRoom = notWritten(QStringLiteral("write: No space left on device"));
     QTest::newRow("what is stored stays") << before << QStringLiteral("+filler:100000 Volume/0=17 show Volume/1") << QStringLiteral("[Volume] 0=1 1=2 2")
-                                          << QStringList();
+                                          << QStringList{noRoom, lost};
+    QTest::newRow("each cause is told once") << before << QStringLiteral("+filler:100000 Volume/0=17 Volume/0=18 Volume/0=19 show Volume/0")
+                                             << QStringLiteral("[Volume] 0=1 1=2 19") << QStringList{noRoom, lost};
     QTest::newRow("no room for the first save") << QStringLiteral("show") << QStringLiteral("+filler:100000 Volume/0=17 show Volume/0 -filler Volume/1=2 show")
-                                                << QStringLiteral("no file default [Volume] 1=2") << QStringList{notThere};
-    QTest::newRow("room again: the next save writes both")
-        << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/2=3 show") << QStringLiteral("[Volume] 0=17 1=2 2=3") << QStringList();
-    QTest::newRow("room again: the next read writes it")
-        << before << QStringLiteral("+filler:100000 Volume/0=17 Volume/0 -filler Volume/1 show") << QStringLiteral("17 2 [Volume] 0=17 1=2") << QStringList();
-    QTest::newRow("written once") << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/1 Volume/0=5 Volume/1 show")
-                                  << QStringLiteral("2 2 [Volume] 0=5 1=2") << QStringList();
-    // A folder of the lock file's name cannot be removed like a file: reading gives the default instead of waiting for ever.
+                                                << QStringLiteral("no file 17 [Volume] 0=17 1=2") << QStringList{noRoom, notThere, writtenAgain};
+    QTest::newRow("room again: the next save writes both") << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/2=3 show")
+                                                           << QStringLiteral("[Volume] 0=17 1=2 2=3") << QStringList{noRoom, writtenAgain};
+    QTest::newRow("room again: a read writes nothing") << before << QStringLiteral("+filler:100000 Volume/0=17 Volume/0 -filler Volume/1 show")
+                                                       << QStringLiteral("17 2 [Volume] 0=1 1=2") << QStringList{noRoom, writtenAgain};
+    QTest::newRow("the newest value counts") << before << QStringLiteral("+filler:100000 Volume/0=17 -filler Volume/1 Volume/0=5 Volume/1 show")
+                                             << QStringLiteral("2 2 [Volume] 0=5 1=2") << QStringList{noRoom};
+    // A folder of the lock file's name cannot be removed like a file.
     QTest::newRow("a lock in the way while a value waits")
-        << before << QStringLiteral("+filler:100000 Volume/0=17 +audioData.db.lock/ Volume/0 Volume/1=3 -audioData.db.lock -filler Volume/1 show")
-        << QStringLiteral("default 2 [Volume] 0=17 1=2") << QStringList{blocked, blocked};
+        << before << QStringLiteral("+filler:100000 Volume/0=17 +audioData.db.lock/ Volume/0 Volume/1=3 -audioData.db.lock -filler Volume/1 Volume/2=4 show")
+        << QStringLiteral("17 3 [Volume] 0=17 1=3 2=4")
+        << QStringList{noRoom, notWritten(blocked) + QStringLiteral(" Volume/1"), writtenAgain + QStringLiteral(" Volume/1")};
+    QTest::newRow("removed on purpose: nothing waits any more") << before << QStringLiteral("+filler:100000 Volume/0=17 clear Volume/0 -filler Volume/1=2 show")
+                                                                << QStringLiteral("true default [Volume] 1=2") << QStringList{noRoom};
 }
 
 void BrokenFlashTest::full()

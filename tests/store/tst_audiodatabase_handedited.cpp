@@ -25,6 +25,7 @@ private Q_SLOTS:
     void otherCaseIsAnotherKey();
     void shapesOfFile_data();
     void shapesOfFile();
+    void lastLineWithoutEnd();
     void unknownEntriesSurvive();
     void unknownValuesSurviveUntouched();
     void editIsSeenWithoutRestart();
@@ -131,7 +132,6 @@ void HandEditedSettingsTest::shapesOfFile_data()
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("plain") << QByteArray("[Volume]\n0=11\n[EQ]\nType=3\n");
     QTest::newRow("other line ends") << QByteArray("[Volume]\r\n0=11\r\n[EQ]\r\nType=3\r\n");
-    QTest::newRow("no last line end") << QByteArray("[Volume]\n0=11\n[EQ]\nType=3");
     QTest::newRow("groups twice") << QByteArray("[EQ]\nType=1\n[Volume]\n0=11\n[EQ]\nType=3\n");
     QTest::newRow("keys twice") << QByteArray("[Volume]\n0=4\n0=11\n[EQ]\nType=3\nType=3\n");
     QTest::newRow("comments and empty lines") << QByteArray("; mine\n\n[Volume]\n; more\n0=11\n\n\n[EQ]\nType=3\n");
@@ -153,6 +153,17 @@ void HandEditedSettingsTest::shapesOfFile()
     QCOMPARE(later.getVolume(ZelAudioTypeMedia), 11);
     QCOMPARE(later.eqType(), 3);
     QCOMPARE(later.micInputValue(), 50);
+}
+
+/// It may be half of a line: the default counts. The file is kept beside.
+void HandEditedSettingsTest::lastLineWithoutEnd()
+{
+    const QByteArray content = "[Volume]\n0=11\n[EQ]\nType=3";
+    flash::setContent(content);
+    AudioDataBase store;
+    QCOMPARE(store.getVolume(ZelAudioTypeMedia), 11);
+    QCOMPARE(store.eqType(), 6);
+    QCOMPARE(flash::content(QStringLiteral("audioData.db.damaged")), content);
 }
 
 void HandEditedSettingsTest::unknownEntriesSurvive()

@@ -27,15 +27,14 @@ void leaveDeadLocks()
 {
     flash::setContent("", QStringLiteral("audioData.db.lock"));
     flash::setContent("", QStringLiteral("audioData.db.lock.rmlock"));
-    flash::setContent("[Volume]\n", QStringLiteral("audioData.db.qWerTz"));
-    flash::setContent("[Volume]\n", QStringLiteral("audioData.db.qwertz"));
+    flash::setContent("[Volume]\n", QStringLiteral("audioData.db.new-1"));
 }
 
-/// "audioData.db.qWerTz" as "audioData.db.XXXXXX"
+/// "audioData.db.new-1234" as "audioData.db.new-N"
 QString kindOfName(const QString &name)
 {
-    static const QRegularExpression temporary(QStringLiteral("\\AaudioData\\.db\\.[A-Za-z]{6}\\z"));
-    return temporary.match(name).hasMatch() ? QStringLiteral("audioData.db.XXXXXX") : name;
+    static const QRegularExpression temporary(QStringLiteral("\\AaudioData\\.db\\.new-[0-9]+\\z"));
+    return temporary.match(name).hasMatch() ? QStringLiteral("audioData.db.new-N") : name;
 }
 
 } // namespace

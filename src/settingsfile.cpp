@@ -1,0 +1,226 @@
+#include "settingsfile.h"
+
+#include "filedescriptor.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace audio
+{
+
+namespace
+{
+
+qint64 millisecondsOf(const timespec &time)
+{
+    return qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000;
+}
+
+timespec timeOf(qint64 milliseconds)
+{
+    return {static_cast<time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000 * 1000000)};
+}
+
+Failure writeAll(int file, const QByteArray &bytes)
+{
+    for (int written = 0; written < bytes.size();) {
+        const ssize_t count = untilNotInterrupted([&] { return ::write(file, bytes.constData() + written, static_cast<size_t>(bytes.size() - written)); });
+        if (count < 0)
+            return failureOf("write");
+        written += static_cast<int>(count);
+    }
+    return {};
+}
+
+Failure compare(int file, const QByteArray &bytes)
+{
+    QByteArray found(bytes.size() + 1, '\0');
+    int size = 0;
+    while (size < found.size()) {
+        const ssize_t count = untilNotInterrupted([&] { return ::pread(file, found.data() + size, static_cast<size_t>(found.size() - size), size); });
+        if (count < 0)
+            return failureOf("pread");
+        if (count == 0)
+            break;
+        size += static_cast<int>(count);
+    }
+    found.truncate(size);
+    return found == bytes ? Failure() : QStringLiteral("what was written reads back otherwise");
+}
+
+Failure takeOver(int file, const settingsfile::Content &old)
+{
+    struct stat64 status = {};
+    if (::fstat64(file, &status) != 0)
+        return failureOf("fstat");
+    constexpr mode_t permissions = 0777;
+    if ((status.st_mode & permissions) != (old.status.st_mode & permissions) && ::fchmod(file, old.status.st_mode & permissions) != 0)
+        return failureOf("fchmod");
+    const qint64 oldTime = millisecondsOf(old.status.st_mtim);
+    if (millisecondsOf(status.st_mtim) <= oldTime) {
+        const timespec times[] = {timeOf(oldTime + 1), timeOf(oldTime + 1)};
+        if (::futimens(file, &times[0]) != 0)
+            return failureOf("futimens");
+    }
+    return {};
+}
+
+/// The complete file, on the flash, under its temporary name.
+Failure prepare(const QByteArray &path, const QByteArray &bytes, const settingsfile::Content &old)
+{
+    constexpr mode_t mode = 0666; // of which the process's mask takes its part
+    const auto create
+        = [&path] { return untilNotInterrupted([&path] { return ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode); }); };
+    FileDescriptor file(create());
+    if (!file.isOpen() && errno == EEXIST && ::unlink(path.constData()) == 0)
+        file = FileDescriptor(create());
+    if (!file.isOpen())
+        return failureOf("open");
+    Failure failure = writeAll(file.number(), bytes);
+    if (failure.isEmpty() && old.exists)
+        failure = takeOver(file.number(), old);
+    if (failure.isEmpty() && untilNotInterrupted([&] { return ::fsync(file.number()); }) != 0)
+        failure = failureOf("fsync");
+    if (failure.isEmpty())
+        failure = compare(file.number(), bytes);
+    if (!file.close() && failure.isEmpty())
+        failure = failureOf("close");
+    return failure;
+}
+
+/// So that the new name is on the flash, too.
+Failure synchronizeFolder(const QString &path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
+    const FileDescriptor directory(untilNotInterrupted([&] { return ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!directory.isOpen())
+        return failureOf("open the folder");
+    // Some file systems cannot synchronize a folder, and say so.
+    if (untilNotInterrupted([&] { return ::fsync(directory.number()); }) != 0 && errno != EINVAL)
+        return failureOf("fsync the folder");
+    return {};
+}
+
+/// The file itself, where an integrator put a link to another partition.
+QString withoutLinks(const QString &path)
+{
+    constexpr int mostLinks = 8;
+    QString target = path;
+    struct stat64 status = {};
+    for (int link = 0; link < mostLinks && ::lstat64(QFile::encodeName(target).constData(), &status) == 0 && S_ISLNK(status.st_mode); ++link)
+        target = QFileInfo(target).symLinkTarget();
+    return target;
+}
+
+} // namespace
+
+Failure failureOf(const char *systemCall)
+{
+    const int error = errno;
+    return QString::fromLatin1(systemCall) + QLatin1String(": ") + qt_error_string(error);
+}
+
+QString settingsfile::path()
+{
+    return QStringLiteral("/media/flash/nvm/audioData.db");
+}
+
+QString settingsfile::damagedPath()
+{
+    return path() + QLatin1String(".damaged");
+}
+
+QString settingsfile::folder()
+{
+    return QStringLiteral("/media/flash/nvm");
+}
+
+settingsfile::Content settingsfile::read(const QString &path)
+{
+    Content content;
+    const QByteArray name = QFile::encodeName(path);
+    // Without waiting: somebody may have put a pipe there.
+    const FileDescriptor file(untilNotInterrupted([&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (!file.isOpen()) {
+        if (errno != ENOENT)
+            content.failure = failureOf("open");
+        return content;
+    }
+    if (::fstat64(file.number(), &content.status) != 0) {
+        content.failure = failureOf("fstat");
+        return content;
+    }
+    if (!S_ISREG(content.status.st_mode)) {
+        content.failure = QStringLiteral("it is no regular file");
+        return content;
+    }
+    content.isTooLarge = content.status.st_size > maximumSize;
+    const int expected = static_cast<int>(std::min<qint64>(content.status.st_size, maximumSize));
+    content.bytes.resize(expected);
+    int size = 0;
+    while (size < expected) {
+        const ssize_t count = untilNotInterrupted([&] { return ::read(file.number(), content.bytes.data() + size, static_cast<size_t>(expected - size)); });
+        if (count < 0) {
+            content.failure = failureOf("read");
+            return content;
+        }
+        if (count == 0)
+            break; // somebody made it shorter meanwhile
+        size += static_cast<int>(count);
+    }
+    content.bytes.truncate(size);
+    content.exists = true;
+    return content;
+}
+
+settingsfile::Replacement
+settingsfile::replace(const QString &path, const QByteArray &bytes, const Content &old, const QString &temporaryPath, const std::function<bool()> &mayReplace)
+{
+    Replacement replacement;
+    const QByteArray target = QFile::encodeName(withoutLinks(path));
+    const QByteArray temporary = QFile::encodeName(temporaryPath);
+    if (old.exists && ::access(target.constData(), W_OK) != 0) {
+        replacement.failure = failureOf("access"); // the folder would allow it, but somebody does not want it
+        return replacement;
+    }
+    replacement.failure = prepare(temporary, bytes, old);
+    replacement.isOvertaken = replacement.failure.isEmpty() && !mayReplace();
+    if (replacement.failure.isEmpty() && !replacement.isOvertaken && ::rename(temporary.constData(), target.constData()) != 0)
+        replacement.failure = failureOf("rename");
+    replacement.isDone = replacement.failure.isEmpty() && !replacement.isOvertaken;
+    if (replacement.isDone)
+        replacement.failure = synchronizeFolder(QFile::decodeName(target));
+    else
+        ::unlink(temporary.constData()); // where it is not there any more, all the better
+    return replacement;
+}
+
+Failure settingsfile::keepDamaged(const Content &damaged, const QString &temporaryPath)
+{
+    const Content kept = read(damagedPath());
+    if (kept.exists && kept.status.st_size == damaged.status.st_size && kept.bytes == damaged.bytes)
+        return {};
+    Failure failure;
+    if (!damaged.isTooLarge) {
+        failure = replace(damagedPath(), damaged.bytes, {}, temporaryPath, [] { return true; }).failure;
+        if (failure.isEmpty())
+            return {};
+    }
+    // A second name needs no room. It is the second choice, since who edits the one file in its place edits the other.
+    const QByteArray temporary = QFile::encodeName(temporaryPath);
+    const QByteArray target = QFile::encodeName(damagedPath());
+    if (::link(QFile::encodeName(path()).constData(), temporary.constData()) != 0)
+        return failure.isEmpty() ? failureOf("link") : failure;
+    if (::rename(temporary.constData(), target.constData()) == 0)
+        return synchronizeFolder(damagedPath());
+    failure = failureOf("rename");
+    ::unlink(temporary.constData());
+    return failure;
+}
+
+} // namespace audio

@@ -1,0 +1,294 @@
+#include "settingstext.h"
+
+#include "audiodatabasetables.h"
+#include "settingscodec.h"
+
+#include <QtCore/QStringList>
+
+#include <algorithm>
+#include <iterator>
+
+namespace audio
+{
+
+namespace
+{
+
+constexpr char byteOrderMark[] = "\xef\xbb\xbf";
+constexpr int byteOrderMarkSize = 3;
+
+bool isBlank(char letter)
+{
+    return letter == ' ' || letter == '\t';
+}
+
+bool isLineEnd(char letter)
+{
+    return letter == '\n' || letter == '\r';
+}
+
+bool isControl(char letter)
+{
+    const auto code = static_cast<unsigned char>(letter);
+    return (code < 0x20 && letter != '\t') || code == 0x7f;
+}
+
+/// One line of the file, as far as its shape tells.
+struct Line
+{
+    enum class Kind {
+        Nothing, ///< empty, or a comment
+        Header,
+        Entry,
+        BrokenHeader, ///< what follows belongs to a group that cannot be told
+        Broken,
+    };
+
+    Kind kind = Kind::Nothing;
+    int start = 0;
+    int end = 0; ///< behind the line end
+    QByteArray name; ///< of a header or an entry, as it is written
+    int valueStart = 0; ///< of an entry
+    int valueEnd = 0;
+};
+
+class LineReader
+{
+public:
+    explicit LineReader(const QByteArray &bytes)
+        : m_bytes(bytes)
+        , m_position(bytes.startsWith(byteOrderMark) ? byteOrderMarkSize : 0)
+    {
+    }
+
+    bool atEnd() const { return m_position >= m_bytes.size(); }
+
+    Line next()
+    {
+        Line line;
+        line.start = m_position;
+        int end = m_position;
+        while (end < m_bytes.size() && !isLineEnd(m_bytes.at(end)))
+            ++end;
+        line.end = std::min(end + 1, m_bytes.size());
+        m_position = line.end;
+        int start = line.start;
+        while (start < end && isBlank(m_bytes.at(start)))
+            ++start;
+        if (start < end && m_bytes.at(start) != ';')
+            readShape(line, start, end);
+        if (line.kind != Line::Kind::Nothing && end == m_bytes.size())
+            line.kind = Line::Kind::Broken; // without its end: there may have been more of it
+        return line;
+    }
+
+private:
+    void readShape(Line &line, int start, int end) const
+    {
+        int equals = -1;
+        bool isQuoted = false;
+        bool isWhole = true;
+        int position = start;
+        for (; position < end && (isQuoted || m_bytes.at(position) != ';'); ++position) {
+            const char letter = m_bytes.at(position);
+            isWhole = isWhole && !isControl(letter);
+            if (letter == '\\')
+                ++position;
+            else if (letter == '"')
+                isQuoted = !isQuoted;
+            else if (letter == '=' && !isQuoted && equals < 0)
+                equals = position;
+        }
+        isWhole = isWhole && !isQuoted && position <= end; // else it goes on in the next line
+        end = std::min(position, end);
+        while (end > start && isBlank(m_bytes.at(end - 1)))
+            --end;
+        const bool isOpened = m_bytes.at(start) == '[';
+        const int bracket = isOpened ? m_bytes.indexOf(']', start) : -1;
+        if (isWhole && bracket >= 0 && bracket < end) {
+            line.kind = Line::Kind::Header;
+            line.name = m_bytes.mid(start + 1, bracket - start - 1).trimmed();
+        } else if (equals < 0 && (isOpened || m_bytes.at(end - 1) == ']')) {
+            line.kind = Line::Kind::BrokenHeader;
+        } else if (isWhole && equals > start && !isOpened) {
+            line.kind = Line::Kind::Entry;
+            line.name = m_bytes.mid(start, equals - start).trimmed();
+            line.valueStart = equals + 1;
+            line.valueEnd = std::max(end, line.valueStart);
+        } else {
+            line.kind = Line::Kind::Broken;
+        }
+    }
+
+    const QByteArray m_bytes;
+    int m_position;
+};
+
+/// The group "General" is QSettings' name for keys without a group; a group that is really called so has a '%' in front.
+QString groupOfHeader(const QByteArray &name)
+{
+    if (name.compare("general", Qt::CaseInsensitive) == 0)
+        return {};
+    if (name.compare("%general", Qt::CaseInsensitive) == 0)
+        return QString::fromLatin1(name.mid(1));
+    return settingscodec::decodedName(name);
+}
+
+QByteArray headerOf(const QString &group)
+{
+    const QByteArray name = settingscodec::encodedName(group);
+    if (name.isEmpty())
+        return QByteArrayLiteral("[General]\n");
+    return (name.compare("general", Qt::CaseInsensitive) == 0 ? "[%" : "[") + name + "]\n";
+}
+
+bool isEntryOf(const Line &line, const QString &group, const QString &path)
+{
+    const QString name = settingscodec::decodedName(line.name);
+    return group.isEmpty() ? name == path : path.size() == group.size() + 1 + name.size() && path.startsWith(group) && path.endsWith(name);
+}
+
+/// The last entry of that path, which is the one that counts.
+std::optional<Line> lastEntry(const QByteArray &bytes, const QString &path)
+{
+    std::optional<Line> found;
+    QString group;
+    for (LineReader lines(bytes); !lines.atEnd();) {
+        const Line line = lines.next();
+        if (line.kind == Line::Kind::Header)
+            group = groupOfHeader(line.name);
+        else if (line.kind == Line::Kind::Entry && isEntryOf(line, group, path))
+            found = line;
+    }
+    return found;
+}
+
+/// The store's group that has such a key; no two groups have the same.
+QByteArray groupOfKey(const QByteArray &key)
+{
+    const auto *const row = std::find_if(
+        std::begin(tables::storedKeys), std::end(tables::storedKeys), [&key](const tables::StoredKey &candidate) { return key == candidate.key; });
+    return row == std::end(tables::storedKeys) ? QByteArray() : QByteArray(row->group);
+}
+
+/// Of the first entry below a header, if it can be told.
+QByteArray groupOfNextEntry(LineReader lines)
+{
+    while (!lines.atEnd()) {
+        const Line line = lines.next();
+        if (line.kind == Line::Kind::Header)
+            break;
+        if (line.kind == Line::Kind::Entry)
+            return groupOfKey(line.name);
+    }
+    return {};
+}
+
+bool isAscii(const QByteArray &text)
+{
+    return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
+}
+
+} // namespace
+
+SettingsText::SettingsText(const QByteArray &bytes)
+    : m_isUtf8(bytes.startsWith(byteOrderMark))
+{
+    leaveOutDamage(bytes);
+}
+
+void SettingsText::leaveOutDamage(const QByteArray &bytes)
+{
+    m_bytes.reserve(bytes.size());
+    if (m_isUtf8)
+        m_bytes += byteOrderMark;
+    bool isGroupKnown = true;
+    for (LineReader lines(bytes); !lines.atEnd();) {
+        Line line = lines.next();
+        const bool isStrange = line.kind == Line::Kind::Header && !isAscii(line.name); // QSettings would have written %E4
+        if (line.kind == Line::Kind::BrokenHeader || isStrange) {
+            const QByteArray group = groupOfNextEntry(lines);
+            isGroupKnown = isStrange || !group.isEmpty();
+            if (!group.isEmpty()) {
+                m_bytes += '[' + group + "]\n";
+                ++m_damagedLines;
+                continue;
+            }
+        } else if (line.kind == Line::Kind::Header) {
+            isGroupKnown = true;
+        }
+        const QByteArray value = bytes.mid(line.valueStart, line.valueEnd - line.valueStart);
+        const bool isReadable = line.kind == Line::Kind::Nothing || line.kind == Line::Kind::Header
+            || (line.kind == Line::Kind::Entry && isGroupKnown && (!value.contains('@') || settingscodec::decodedValue(value, m_isUtf8)));
+        if (isReadable)
+            m_bytes += bytes.mid(line.start, line.end - line.start);
+        else
+            ++m_damagedLines;
+    }
+    if (!m_bytes.isEmpty() && !isLineEnd(m_bytes.back()))
+        m_bytes += '\n'; // a comment
+}
+
+QByteArray SettingsText::rawValue(const QString &path) const
+{
+    const std::optional<Line> line = lastEntry(m_bytes, path);
+    return line ? m_bytes.mid(line->valueStart, line->valueEnd - line->valueStart) : QByteArray();
+}
+
+QVariant SettingsText::value(const QString &path, const QVariant &defaultValue) const
+{
+    const QByteArray raw = rawValue(path);
+    return raw.isNull() ? defaultValue : settingscodec::decodedValue(raw, m_isUtf8).value_or(defaultValue);
+}
+
+void SettingsText::setValue(const QString &path, const QVariant &value)
+{
+    const QByteArray encoded = settingscodec::encodedValue(value);
+    if (const std::optional<Line> line = lastEntry(m_bytes, path))
+        m_bytes.replace(line->valueStart, line->valueEnd - line->valueStart, encoded);
+    else
+        insert(path, encoded);
+}
+
+/// Where QSettings would have put it, which sorts groups and keys.
+void SettingsText::insert(const QString &path, const QByteArray &value)
+{
+    const QString group = path.contains(QLatin1Char('/')) ? path.section(QLatin1Char('/'), 0, 0) : QString();
+    const QString key = group.isEmpty() ? path : path.mid(group.size() + 1);
+    const QByteArray entry = settingscodec::encodedName(key) + '=' + value + '\n';
+    QString currentGroup;
+    int placeOfGroup = -1; // before the first greater group
+    int placeOfEntry = -1; // behind the last smaller entry of the group
+    bool isPlaceFound = false;
+    for (LineReader lines(m_bytes); !lines.atEnd();) {
+        const Line line = lines.next();
+        if (line.kind == Line::Kind::Header) {
+            currentGroup = groupOfHeader(line.name);
+            if (currentGroup > group && placeOfGroup < 0)
+                placeOfGroup = line.start;
+        }
+        if (currentGroup != group || isPlaceFound)
+            continue;
+        if (line.kind == Line::Kind::Header)
+            placeOfEntry = line.end;
+        else if (line.kind == Line::Kind::Entry && settingscodec::decodedName(line.name) > key)
+            isPlaceFound = placeOfEntry >= 0;
+        else if (line.kind == Line::Kind::Entry)
+            placeOfEntry = line.end;
+    }
+    if (placeOfEntry >= 0)
+        m_bytes.insert(placeOfEntry, entry);
+    else if (placeOfGroup >= 0)
+        m_bytes.insert(placeOfGroup, headerOf(group) + entry + '\n');
+    else
+        m_bytes += (m_bytes.isEmpty() ? QByteArray() : QByteArrayLiteral("\n")) + headerOf(group) + entry;
+}
+
+QString SettingsText::path(const QString &group, const QString &key)
+{
+    QStringList names = group.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    names += key.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    return names.join(QLatin1Char('/'));
+}
+
+} // namespace audio
