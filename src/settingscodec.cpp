@@ -154,17 +154,16 @@ private:
             m_element += QLatin1Char(escape->meaning);
         else if (letter == 'x' && m_position < m_text.size() && isDigitOf(hexadecimal, m_text.at(m_position)))
             readNumber(hexadecimal);
-        else if (isDigitOf(octal, letter)) {
-            --m_position;
-            readNumber(octal);
-        }
+        else if (isDigitOf(octal, letter))
+            readNumber(octal, digitValue(letter));
         // Any other letter goes with its backslash.
+        m_lastEscape = m_element.size();
     }
 
     /// As many digits as there are; of a larger number than a character has, the low 16 bits count.
-    void readNumber(int base)
+    void readNumber(int base, int firstDigit = 0)
     {
-        uint number = 0;
+        auto number = static_cast<uint>(firstDigit);
         while (m_position < m_text.size() && isDigitOf(base, m_text.at(m_position)))
             number = number * static_cast<uint>(base) + static_cast<uint>(digitValue(m_text.at(m_position++)));
         m_element += QChar(static_cast<ushort>(number));
@@ -181,11 +180,12 @@ private:
 
     void endElement()
     {
-        while (!m_wasQuoted && (m_element.endsWith(QLatin1Char(' ')) || m_element.endsWith(QLatin1Char('\t'))))
+        while (!m_wasQuoted && m_element.size() > m_lastEscape && (m_element.endsWith(QLatin1Char(' ')) || m_element.endsWith(QLatin1Char('\t'))))
             m_element.chop(1);
         m_elements.append(m_element);
         m_element.clear();
         m_wasQuoted = false;
+        m_lastEscape = 0;
     }
 
     const QByteArray m_text;
@@ -194,6 +194,7 @@ private:
     bool m_isQuoted = false;
     bool m_wasQuoted = false;
     QString m_element;
+    int m_lastEscape = 0; // up to here blanks are meant
     QStringList m_elements;
 };
 

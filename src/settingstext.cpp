@@ -70,7 +70,8 @@ public:
         int end = m_position;
         while (end < m_bytes.size() && !isLineEnd(m_bytes.at(end)))
             ++end;
-        line.end = std::min(end + 1, m_bytes.size());
+        const bool isPair = end + 1 < m_bytes.size() && m_bytes.at(end) == '\r' && m_bytes.at(end + 1) == '\n';
+        line.end = std::min(end + (isPair ? 2 : 1), m_bytes.size());
         m_position = line.end;
         int start = line.start;
         while (start < end && isBlank(m_bytes.at(start)))
@@ -101,6 +102,7 @@ private:
         }
         isWhole = isWhole && !isQuoted && position <= end; // else it goes on in the next line
         end = std::min(position, end);
+        line.valueEnd = end;
         while (end > start && isBlank(m_bytes.at(end - 1)))
             --end;
         const bool isOpened = m_bytes.at(start) == '[';
@@ -110,11 +112,11 @@ private:
             line.name = m_bytes.mid(start + 1, bracket - start - 1).trimmed();
         } else if (equals < 0 && (isOpened || m_bytes.at(end - 1) == ']')) {
             line.kind = Line::Kind::BrokenHeader;
+            line.name = isOpened ? m_bytes.mid(start + 1, (bracket >= 0 && bracket < end ? bracket : end) - start - 1).trimmed() : QByteArray();
         } else if (isWhole && equals > start && !isOpened) {
             line.kind = Line::Kind::Entry;
             line.name = m_bytes.mid(start, equals - start).trimmed();
             line.valueStart = equals + 1;
-            line.valueEnd = std::max(end, line.valueStart);
         } else {
             line.kind = Line::Kind::Broken;
         }
@@ -139,11 +141,14 @@ QByteArray headerOf(const QString &group)
     const QByteArray name = settingscodec::encodedName(group);
     if (name.isEmpty())
         return QByteArrayLiteral("[General]\n");
-    return (name.compare("general", Qt::CaseInsensitive) == 0 ? "[%" : "[") + name + "]\n";
+    return name.compare("general", Qt::CaseInsensitive) == 0 ? QByteArrayLiteral("[%General]\n") : '[' + name + "]\n";
 }
 
 bool isEntryOf(const Line &line, const QString &group, const QString &path)
 {
+    const bool isPlain = !line.name.contains('%') && !line.name.contains('\\');
+    if (isPlain && path.size() != line.name.size() + (group.isEmpty() ? 0 : group.size() + 1))
+        return false;
     const QString name = settingscodec::decodedName(line.name);
     return group.isEmpty() ? name == path : path.size() == group.size() + 1 + name.size() && path.startsWith(group) && path.endsWith(name);
 }
@@ -171,7 +176,12 @@ QByteArray groupOfKey(const QByteArray &key)
     return row == std::end(tables::storedKeys) ? QByteArray() : QByteArray(row->group);
 }
 
-/// Of the first entry below a header, if it can be told.
+bool isAscii(const QByteArray &text)
+{
+    return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
+}
+
+/// Of the first entry below a header, if the store has such a key.
 QByteArray groupOfNextEntry(LineReader lines)
 {
     while (!lines.atEnd()) {
@@ -184,9 +194,21 @@ QByteArray groupOfNextEntry(LineReader lines)
     return {};
 }
 
-bool isAscii(const QByteArray &text)
+/// What a damaged line that is, or may have been, the head of a group is taken for; empty for one that need not have been one.
+QByteArray mendedHeader(const Line &line, const LineReader &following)
 {
-    return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
+    const QByteArray group = groupOfNextEntry(following);
+    if (!group.isEmpty())
+        return '[' + group + "]\n";
+    return line.kind == Line::Kind::BrokenHeader && !line.name.isEmpty() ? headerOf(groupOfHeader(line.name)) : QByteArray();
+}
+
+/// A value whose length is to be believed before it is read.
+bool isHarmless(const QByteArray &bytes, const Line &line, bool isUtf8)
+{
+    const auto *const begin = bytes.constData() + line.valueStart;
+    const auto *const end = bytes.constData() + line.valueEnd;
+    return std::find(begin, end, '@') == end || settingscodec::decodedValue(QByteArray(begin, line.valueEnd - line.valueStart), isUtf8);
 }
 
 } // namespace
@@ -199,34 +221,29 @@ SettingsText::SettingsText(const QByteArray &bytes)
 
 void SettingsText::leaveOutDamage(const QByteArray &bytes)
 {
-    m_bytes.reserve(bytes.size());
+    m_bytes.reserve(bytes.size() + 1);
     if (m_isUtf8)
         m_bytes += byteOrderMark;
-    bool isGroupKnown = true;
     for (LineReader lines(bytes); !lines.atEnd();) {
-        Line line = lines.next();
-        const bool isStrange = line.kind == Line::Kind::Header && !isAscii(line.name); // QSettings would have written %E4
-        if (line.kind == Line::Kind::BrokenHeader || isStrange) {
-            const QByteArray group = groupOfNextEntry(lines);
-            isGroupKnown = isStrange || !group.isEmpty();
-            if (!group.isEmpty()) {
-                m_bytes += '[' + group + "]\n";
+        const Line line = lines.next();
+        if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(line.name))) { // QSettings would write %E4
+            const QByteArray mended = mendedHeader(line, lines);
+            if (!mended.isEmpty()) {
+                m_bytes += mended;
                 ++m_damagedLines;
                 continue;
             }
-        } else if (line.kind == Line::Kind::Header) {
-            isGroupKnown = true;
         }
-        const QByteArray value = bytes.mid(line.valueStart, line.valueEnd - line.valueStart);
-        const bool isReadable = line.kind == Line::Kind::Nothing || line.kind == Line::Kind::Header
-            || (line.kind == Line::Kind::Entry && isGroupKnown && (!value.contains('@') || settingscodec::decodedValue(value, m_isUtf8)));
-        if (isReadable)
-            m_bytes += bytes.mid(line.start, line.end - line.start);
-        else
+        if (line.kind >= Line::Kind::BrokenHeader || !isHarmless(bytes, line, m_isUtf8)) {
             ++m_damagedLines;
+            continue;
+        }
+        m_bytes.append(bytes.constData() + line.start, line.end - line.start);
+        if (m_bytes.endsWith('\r'))
+            m_bytes.chop(1); // many readers take only the other for a line end
+        if (!m_bytes.endsWith('\n'))
+            m_bytes += '\n'; // also behind a comment without its end
     }
-    if (!m_bytes.isEmpty() && !isLineEnd(m_bytes.back()))
-        m_bytes += '\n'; // a comment
 }
 
 QByteArray SettingsText::rawValue(const QString &path) const

@@ -16,7 +16,7 @@ namespace audio
  *
  * Each line stands by itself: its quotation marks are closed, no backslash is at its end, its value can be read without harm. A line that
  * does not is left out, with nothing else; so is a last line without its end, which may be half of what was meant. QSettings alone would
- * take all lines up to the next quotation mark for one value, and the keys below a group whose name is damaged for another group's.
+ * take all lines up to the next quotation mark for one value. A damaged head of a group is mended by the keys that follow.
  *
  * What is changed is changed in its line, all other lines that can be read stay as they are, letter by letter. A file that QSettings wrote
  * stays as QSettings would have written it.
