@@ -377,7 +377,8 @@ void SettingsTextTest::randomChanges()
             if (isTouched(entry.start, entry.end) || isTouched(entry.groupStart, entry.groupEnd))
                 continue;
             const bool isKept = entries.value(entry.path) == entry.value;
-            QVERIFY2(isKept || text.bytes().count(entry.lineStart) > 1, QByteArray(entry.path + " lost in " + damaged.toPercentEncoding("=[]")).constData());
+            if (!isKept && text.bytes().count(entry.lineStart) == 1)
+                QFAIL(QByteArray(entry.path + " lost in " + damaged.toPercentEncoding("=[]")).constData());
             kept += isKept;
         }
     }
