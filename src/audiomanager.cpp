@@ -9,6 +9,7 @@
 
 #include <cxxabi.h>
 #include <exception>
+#include <memory>
 
 namespace
 {
@@ -61,6 +62,9 @@ private:
 };
 
 thread_local Undertaking *Undertaking::innermost = nullptr;
+
+/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
+std::unique_ptr<AudioManager> theManager; // clazy:exclude=non-pod-global-static
 
 AudioManagerPrivate *privateOf(QxPrivate<AudioManager> *d)
 {
@@ -133,8 +137,8 @@ void AudioManagerPrivate::onMegaBaseChanged(int newValue)
 
 AudioManager *AudioManager::instance()
 {
-    static AudioManager manager;
-    return &manager;
+    static AudioManager *const manager = (theManager = std::make_unique<AudioManager>()).get();
+    return manager;
 }
 
 AudioManager::AudioManager()

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <memory>
 
 using audio::AudioControl;
 
@@ -17,6 +18,9 @@ namespace
 
 /// Process-wide, not of one manager: the first channel after power-on has been reported.
 bool firstChannelSeen = false;
+
+/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
+std::unique_ptr<ZelAudioManager> theManager; // clazy:exclude=non-pod-global-static
 
 /// A stored volume on the platform's scale: times four, of which an unsigned byte is sent.
 int platformVolume(int volume)
@@ -54,8 +58,8 @@ int wholeGain(float gain)
 
 ZelAudioManager *ZelAudioManager::instance()
 {
-    static ZelAudioManager manager;
-    return &manager;
+    static ZelAudioManager *const manager = (theManager = std::make_unique<ZelAudioManager>()).get();
+    return manager;
 }
 
 ZelAudioManager::ZelAudioManager(QObject *parent)

@@ -44,7 +44,12 @@ class QZAUDIO_EXPORT ZelAudioManager : public QObject
     Q_OBJECT
 
 public:
-    /// The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
+    /**
+     * The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
+     *
+     * The static objects of the program are destroyed before it, so their destructors may use it. Timers do not run any more
+     * then, and Qt's settings may be gone: an operation that saves would crash the process. Save before main() returns.
+     */
     static ZelAudioManager *instance();
 
     /// For tests and tools that need a manager of their own; applications use instance().
