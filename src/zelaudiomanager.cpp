@@ -6,6 +6,8 @@
 #include <mcuservice.h>
 #include <qzaudio/audiodatabase.h>
 
+#include <QtCore/QAbstractEventDispatcher>
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
@@ -67,6 +69,8 @@ ZelAudioManager::ZelAudioManager(QObject *parent)
     , control(AudioControl::getInstance())
 {
     traceDebug();
+    if (!QAbstractEventDispatcher::instance())
+        traceCritical() << "no event loop on this thread: timers will not run";
     control->setStepRange(tables::highestVolume);
     _init();
     control->setMasterStepVolume(tables::highestVolume);

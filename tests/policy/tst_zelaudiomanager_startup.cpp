@@ -428,9 +428,13 @@ void tst_ZelAudioManager_StartUp::endOfProcess()
     QCOMPARE(process.exitStatus, QProcess::NormalExit);
     QCOMPARE(process.exitCode, 0);
     QStringList expected = {QStringLiteral("qzaudio.simulator: This is the simulated audio platform: nothing reaches any hardware.")};
+    if (timersRefused > 0) // told once
+        expected += QStringLiteral("[ERR] THREAD ZelAudioManager::ZelAudioManager(QObject*) LINE -- no event loop on this thread: timers will not run");
     for (int i = 0; i < timersRefused; ++i)
         expected += QStringLiteral("QObject::startTimer: Timers can only be used with threads started with QThread");
-    QCOMPARE(process.errorLines(), expected);
+    QStringList lines = process.errorLines();
+    lines.replaceInStrings(QRegularExpression(QStringLiteral("^\\[ERR\\] \\d+ (.*) \\d+ --")), QStringLiteral("[ERR] THREAD \\1 LINE --"));
+    QCOMPARE(lines, expected);
     QCOMPARE(stored(QStringLiteral("Volume/0")).toInt(), 10);
     QCOMPARE(stored(QStringLiteral("EQ/Custom3")).toInt(), 4);
 }
