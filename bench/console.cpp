@@ -29,6 +29,25 @@ const char *sequence(Console::Style style)
     return "";
 }
 
+QString spelledOut(uint character)
+{
+    switch (character) {
+    case '\n':
+        return QStringLiteral("\\n");
+    case '\r':
+        return QStringLiteral("\\r");
+    case '\t':
+        return QStringLiteral("\\t");
+    default:
+        break;
+    }
+    if (character < 0x100)
+        return QStringLiteral("\\x%1").arg(character, 2, 16, QLatin1Char('0'));
+    if (character < 0x10000)
+        return QStringLiteral("\\u%1").arg(character, 4, 16, QLatin1Char('0'));
+    return QStringLiteral("\\U%1").arg(character, 8, 16, QLatin1Char('0'));
+}
+
 void write(std::FILE *file, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
@@ -68,6 +87,38 @@ void Console::out(const QString &text)
 void Console::error(const QString &text)
 {
     write(stderr, text);
+}
+
+bool Console::isUnseen(uint character)
+{
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString Console::printable(const QString &text)
+{
+    QString shown;
+    const auto characters = text.leftRef(textLimit + 1).toUcs4();
+    for (const uint character : characters) {
+        const QString next = isUnseen(character) ? spelledOut(character) : QString::fromUcs4(&character, 1);
+        if (shown.size() + next.size() > textLimit)
+            return shown + cutMark(text);
+        shown += next;
+    }
+    return shown;
+}
+
+QString Console::cutMark(const QString &whole)
+{
+    return QStringLiteral("\u2026 (%1 characters)").arg(whole.size());
 }
 
 QString Console::wrapped(const QString &given, int indent, int hanging)

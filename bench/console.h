@@ -31,6 +31,16 @@ void out(const QString &text);
 void error(const QString &text);
 
 /**
+ * Any text on one line, as it may be shown on a terminal: what is not seen but acts is spelled out, such as \x1b, \n and the marks
+ * that turn the direction of writing (\u202e).
+ *
+ * A text that this makes longer than textLimit is cut, and says so: "abc… (10485760 characters)".
+ */
+QString printable(const QString &text);
+/// Whether printable() spells the character out.
+bool isUnseen(uint character);
+
+/**
  * Breaks a text at blanks to fit the width. Its own line breaks count as blanks.
  *
  * @param indent columns of blanks before the first line
@@ -40,6 +50,10 @@ QString wrapped(const QString &given, int indent, int hanging);
 
 /// Columns that output keeps to.
 constexpr int width = 100;
+/// Characters of a foreign text that are shown.
+constexpr int textLimit = 200;
+/// What stands behind a text that was cut.
+QString cutMark(const QString &whole);
 } // namespace Console
 
 #endif

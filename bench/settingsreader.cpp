@@ -1,7 +1,8 @@
 #include "settingsreader.h"
 
+#include "settingstext.h"
+
 #include <QtCore/QFile>
-#include <QtCore/QSettings>
 
 namespace
 {
@@ -55,20 +56,33 @@ QString SettingsReader::problem() const
     return readProblem;
 }
 
+bool SettingsReader::isReadable() const
+{
+    return readable;
+}
+
 void SettingsReader::reload()
 {
     values.clear();
     readProblem.clear();
-    QFile readable(path);
-    if (readable.exists() && !readable.open(QIODevice::ReadOnly)) {
-        readProblem = readable.errorString();
+    readable = true;
+    QFile file(path);
+    if (!file.exists())
+        return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        readable = false;
+        readProblem = file.errorString();
         return;
     }
-    const QSettings settings(path, QSettings::IniFormat);
-    const QStringList keys = settings.allKeys();
-    for (const QString &key : keys)
-        values.insert(key, settings.value(key));
-    if (settings.status() != QSettings::NoError)
+    const QByteArray text = file.read(sizeLimit + 1);
+    if (text.size() > sizeLimit) {
+        readable = false;
+        readProblem = QStringLiteral("more than 1 MB, too large to be a settings file");
+        return;
+    }
+    const SettingsText::Content content = SettingsText::read(text);
+    values = content.values;
+    if (!content.isWhole)
         readProblem = QStringLiteral("some of it is not written as settings are");
 }
 
@@ -78,18 +92,13 @@ QVector<SettingsReader::Setting> SettingsReader::settings() const
     QVector<Setting> result;
     for (const KnownKey &known : knownKeys) {
         const QString key = QLatin1String(known.key);
-        result.append({key, left.take(key), QLatin1String(known.defaultText), QLatin1String(known.meaning)});
+        result.append({key, left.take(key), QLatin1String(known.defaultText), QLatin1String(known.meaning), true});
     }
     for (int band = 0; band < customBands; ++band) {
         const QString key = QStringLiteral("EQ/Custom%1").arg(band);
-        result.append({key, left.take(key), QStringLiteral("0"), QStringLiteral("custom curve, band %1, dB").arg(band)});
+        result.append({key, left.take(key), QStringLiteral("0"), QStringLiteral("custom curve, band %1, dB").arg(band), true});
     }
     for (auto entry = left.cbegin(); entry != left.cend(); ++entry)
-        result.append({entry.key(), entry.value(), {}, QStringLiteral("unknown to the library, kept")});
+        result.append({entry.key(), entry.value(), {}, QStringLiteral("unknown to the library, kept"), false});
     return result;
-}
-
-QString SettingsReader::text(const QVariant &value)
-{
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1String(", ")) : value.toString();
 }

@@ -14,27 +14,31 @@ public:
     struct Setting
     {
         QString key; ///< "Volume/0"
-        QVariant stored; ///< invalid where the file has no such key
+        QVariant stored; ///< a text; invalid where the file has no such key
         QString defaultText; ///< what holds then; empty for a key that the library does not know
         QString meaning;
+        bool isKnown; ///< to the library
     };
 
     explicit SettingsReader(const QString &file);
 
     QString file() const;
     bool exists() const;
-    /// Empty, or why the file could not be read as settings.
+    /// False where there is a file of which nothing could be read; problem() says why. True where there is no file.
+    bool isReadable() const;
+    /// Empty, or why the file, or some of it, could not be read as settings.
     QString problem() const;
     /// The library's keys in a fixed order, then the unknown ones by name.
     QVector<Setting> settings() const;
     /// Reads the file anew.
     void reload();
 
-    /// For people: a text as it is, a list by its elements.
-    static QString text(const QVariant &value);
+    /// A settings file has some hundred bytes; a larger one than this is something else.
+    static constexpr int sizeLimit = 1024 * 1024;
 
 private:
     QString path;
+    bool readable = true;
     QMap<QString, QVariant> values;
     QString readProblem;
 };

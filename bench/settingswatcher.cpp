@@ -2,12 +2,13 @@
 
 #include "settingsfile.h"
 
-#include <QtCore/QMap>
+#include <utility>
 
 namespace
 {
 
 constexpr int interval = 250; // ms
+constexpr int changesLimit = 1000; // told at one look
 
 QMap<QString, QVariant> storedValues(const SettingsReader &reader)
 {
@@ -27,6 +28,7 @@ SettingsWatcher::SettingsWatcher(const QString &file, QObject *parent)
 {
     // Read again after the stamp was taken: what came in between shows as no change, but is not lost either.
     reader.reload();
+    values = storedValues(reader);
     timer.setInterval(interval);
     connect(&timer, &QTimer::timeout, this, &SettingsWatcher::look);
 }
@@ -34,6 +36,8 @@ SettingsWatcher::SettingsWatcher(const QString &file, QObject *parent)
 void SettingsWatcher::start()
 {
     timer.start();
+    if (!reader.isReadable())
+        Q_EMIT unreadable(reader.problem());
 }
 
 void SettingsWatcher::look()
@@ -42,15 +46,22 @@ void SettingsWatcher::look()
     if (current == stamp)
         return;
     stamp = current;
-    QMap<QString, QVariant> before = storedValues(reader);
     reader.reload();
-    const auto now = storedValues(reader);
-    for (auto entry = now.cbegin(); entry != now.cend(); ++entry) {
-        const QVariant old = before.take(entry.key());
-        if (old != entry.value())
-            Q_EMIT changed(entry.key(), old, entry.value());
+    if (!reader.isReadable()) {
+        Q_EMIT unreadable(reader.problem());
+        return;
     }
+    QMap<QString, QVariant> before = std::exchange(values, storedValues(reader));
+    int changes = 0;
+    const auto tell = [&](const QString &key, const QVariant &old, const QVariant &now) {
+        if (old != now && ++changes <= changesLimit)
+            Q_EMIT changed(key, old, now);
+    };
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
+        tell(entry.key(), before.take(entry.key()), entry.value());
     // What is left was an unknown key that is gone.
     for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
-        Q_EMIT changed(entry.key(), entry.value(), {});
+        tell(entry.key(), entry.value(), {});
+    if (changes > changesLimit)
+        Q_EMIT leftOut(changes - changesLimit);
 }

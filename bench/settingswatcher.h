@@ -4,6 +4,7 @@
 #include "settingsreader.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
@@ -25,6 +26,10 @@ public:
 Q_SIGNALS:
     /// A key has another value; an invalid one where it is not in the file.
     void changed(const QString &key, const QVariant &before, const QVariant &now);
+    /// At one look so many keys had changed that these many were not told.
+    void leftOut(int changes);
+    /// The file is there, but cannot be read; told once for each version of it. What held before is compared with the next one.
+    void unreadable(const QString &problem);
 
 private:
     Q_DISABLE_COPY(SettingsWatcher)
@@ -32,6 +37,7 @@ private:
     void look();
 
     SettingsReader reader;
+    QMap<QString, QVariant> values; // of the last version that could be read
     QByteArray stamp;
     QTimer timer;
 };

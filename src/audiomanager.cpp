@@ -7,10 +7,64 @@
 
 #include <QtCore/QMutexLocker>
 
+#include <cxxabi.h>
+#include <exception>
+#include <memory>
+
 namespace
 {
 
 constexpr int failed = 1;
+
+/**
+ * One request or abandonment on the thread that makes it.
+ *
+ * Keeps what a listener throws until everybody has been told and the stack is whole. Past that the exception goes on to the caller.
+ * On its way from the listener it would cross Qt's signal, which is not made for it, and leave the stack half done.
+ */
+class Undertaking
+{
+public:
+    explicit Undertaking(const AudioManagerPrivate *owner)
+        : manager(owner)
+        , outer(innermost)
+    {
+        innermost = this;
+    }
+    ~Undertaking() { innermost = outer; }
+
+    /// The one that a listener of this manager is being told in; null for what another thread caused.
+    static Undertaking *of(const AudioManagerPrivate *owner) { return innermost && innermost->manager == owner ? innermost : nullptr; }
+
+    /// True for the first one, which is the one that is passed on.
+    bool keep(const std::exception_ptr &exception)
+    {
+        if (thrown)
+            return false;
+        thrown = exception;
+        return true;
+    }
+    void passOn() const
+    {
+        if (thrown)
+            std::rethrow_exception(thrown);
+    }
+
+private:
+    Q_DISABLE_COPY(Undertaking)
+
+    // A listener may work with another manager, whose undertaking then lies within.
+    static thread_local Undertaking *innermost;
+
+    const AudioManagerPrivate *manager;
+    Undertaking *outer;
+    std::exception_ptr thrown;
+};
+
+thread_local Undertaking *Undertaking::innermost = nullptr;
+
+/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
+std::unique_ptr<AudioManager> theManager; // clazy:exclude=non-pod-global-static
 
 AudioManagerPrivate *privateOf(QxPrivate<AudioManager> *d)
 {
@@ -54,8 +108,22 @@ void AudioManagerPrivate::unregisterAudioFocusListener(IAudioFocusChangeListener
 
 void AudioManagerPrivate::onAudioFocusChanged(int newState, QString clientId)
 {
-    if (IAudioFocusChangeListener *listener = listeners.value(clientId))
+    IAudioFocusChangeListener *const listener = listeners.value(clientId);
+    if (!listener)
+        return;
+    Undertaking *const undertaking = Undertaking::of(this);
+    if (!undertaking) {
         listener->onAudioFocusChange(newState);
+        return;
+    }
+    try {
+        listener->onAudioFocusChange(newState);
+    } catch (const abi::__forced_unwind &) { // the end of the thread, which nobody may hold up
+        throw;
+    } catch (...) {
+        if (!undertaking->keep(std::current_exception()))
+            traceCritical() << "audio focus listener" << clientId << "threw, too; only the first exception is passed on";
+    }
 }
 
 void AudioManagerPrivate::onMegaBaseChanged(int newValue)
@@ -69,8 +137,8 @@ void AudioManagerPrivate::onMegaBaseChanged(int newValue)
 
 AudioManager *AudioManager::instance()
 {
-    static AudioManager manager;
-    return &manager;
+    static AudioManager *const manager = (theManager = std::make_unique<AudioManager>()).get();
+    return manager;
 }
 
 AudioManager::AudioManager()
@@ -93,7 +161,10 @@ int AudioManager::requestAudioFocus(int streamType, int durationHint, IAudioFocu
         return failed;
     }
     self->registerAudioFocusListener(listener);
-    return self->service->requestAudioFocus(streamType, durationHint, self->getIdForAudioFocusListener(listener));
+    const Undertaking undertaking(self);
+    const int result = self->service->requestAudioFocus(streamType, durationHint, self->getIdForAudioFocusListener(listener));
+    undertaking.passOn();
+    return result;
 }
 
 int AudioManager::abandonAudioFocus(IAudioFocusChangeListener *listener)
@@ -102,7 +173,10 @@ int AudioManager::abandonAudioFocus(IAudioFocusChangeListener *listener)
     const QMutexLocker locker(&self->mutex);
     // First: whatever the abandonment tells, it does not tell the one who abandons.
     self->unregisterAudioFocusListener(listener);
-    return self->service->abandonAudioFocus(self->getIdForAudioFocusListener(listener));
+    const Undertaking undertaking(self);
+    const int result = self->service->abandonAudioFocus(self->getIdForAudioFocusListener(listener));
+    undertaking.passOn();
+    return result;
 }
 
 void AudioManager::requestMegaBase(IMegaBaseChangeListener *listener)

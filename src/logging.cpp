@@ -1,5 +1,7 @@
 #include "logging.h"
 
+#include <QtCore/QLoggingCategory>
+
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -17,6 +19,18 @@ QMessageLogger logger(const logging::CodeLocation &at)
 }
 
 } // namespace
+
+bool logging::isDebugEnabled()
+{
+    const QLoggingCategory *const category = QLoggingCategory::defaultCategory();
+    return category && category->isDebugEnabled();
+}
+
+bool logging::isCriticalEnabled()
+{
+    const QLoggingCategory *const category = QLoggingCategory::defaultCategory();
+    return category && category->isCriticalEnabled();
+}
 
 QDebug logging::openTraceDebug(const CodeLocation &at)
 {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QDebug>
-#include <QtCore/QLoggingCategory>
 #include <QtCore/QMessageLogger>
 
 #include <tuple>
@@ -29,6 +28,10 @@ struct CodeLocation
     const char *function;
 };
 
+/// False, too, at process exit once Qt has no categories any more: the destructors of static objects may still get here.
+bool isDebugEnabled();
+bool isCriticalEnabled();
+
 QDebug openTraceDebug(const CodeLocation &at);
 QDebug openTraceCritical(const CodeLocation &at);
 QDebug openFacadeInfo(const CodeLocation &at);
@@ -52,7 +55,7 @@ void write(QDebug line, const Message &message)
 template<typename... Items>
 void logInfo(const CodeLocation &at, const Items &...items)
 {
-    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+    if (isDebugEnabled())
         write(openFacadeInfo(at), message(items...));
 }
 
@@ -60,7 +63,7 @@ void logInfo(const CodeLocation &at, const Items &...items)
 template<typename... Items>
 void logError(const CodeLocation &at, const Items &...items)
 {
-    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+    if (isDebugEnabled())
         write(openFacadeError(at), message(items...));
 }
 
@@ -68,7 +71,7 @@ void logError(const CodeLocation &at, const Items &...items)
 template<typename... Items>
 void logTrace(const CodeLocation &at, const Items &...items)
 {
-    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+    if (isDebugEnabled())
         write(openTraceDebug(at), message(items...));
 }
 
@@ -84,7 +87,7 @@ void logCritical(const CodeLocation &at, const Items &...items)
 template<typename Success, typename Failure>
 int logOutcome(const CodeLocation &at, int result, const Success &success, const Failure &failure)
 {
-    if (QLoggingCategory::defaultCategory()->isDebugEnabled()) {
+    if (isDebugEnabled()) {
         if (result == 0)
             write(openFacadeInfo(at), success);
         else
@@ -97,8 +100,8 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 
 #define QZAUDIO_HERE (logging::CodeLocation{__FILE__, __LINE__, Q_FUNC_INFO})
 
-#define QZAUDIO_LOG_LINE(levelIsEnabled, open)                                                                       \
-    for (bool qzaudioLogs = QLoggingCategory::defaultCategory()->levelIsEnabled(); qzaudioLogs; qzaudioLogs = false) \
+#define QZAUDIO_LOG_LINE(levelIsEnabled, open)                                           \
+    for (bool qzaudioLogs = logging::levelIsEnabled(); qzaudioLogs; qzaudioLogs = false) \
     logging::open(QZAUDIO_HERE)
 
 #define traceDebug() QZAUDIO_LOG_LINE(isDebugEnabled, openTraceDebug)

@@ -6,9 +6,12 @@
 #include <mcuservice.h>
 #include <qzaudio/audiodatabase.h>
 
+#include <QtCore/QAbstractEventDispatcher>
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <memory>
 
 using audio::AudioControl;
 
@@ -17,6 +20,9 @@ namespace
 
 /// Process-wide, not of one manager: the first channel after power-on has been reported.
 bool firstChannelSeen = false;
+
+/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
+std::unique_ptr<ZelAudioManager> theManager; // clazy:exclude=non-pod-global-static
 
 /// A stored volume on the platform's scale: times four, of which an unsigned byte is sent.
 int platformVolume(int volume)
@@ -54,8 +60,8 @@ int wholeGain(float gain)
 
 ZelAudioManager *ZelAudioManager::instance()
 {
-    static ZelAudioManager manager;
-    return &manager;
+    static ZelAudioManager *const manager = (theManager = std::make_unique<ZelAudioManager>()).get();
+    return manager;
 }
 
 ZelAudioManager::ZelAudioManager(QObject *parent)
@@ -63,6 +69,8 @@ ZelAudioManager::ZelAudioManager(QObject *parent)
     , control(AudioControl::getInstance())
 {
     traceDebug();
+    if (!QAbstractEventDispatcher::instance())
+        traceCritical() << "no event loop on this thread: timers will not run";
     control->setStepRange(tables::highestVolume);
     _init();
     control->setMasterStepVolume(tables::highestVolume);

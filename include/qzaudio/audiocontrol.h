@@ -84,7 +84,8 @@ public:
     };
 
     /**
-     * The one facade of the process, made on first use and never destroyed. Never null.
+     * The one facade of the process, made on first use and never destroyed. Never null. It serves the destructors of static objects, too,
+     * as far as the platform does then.
      *
      * Its Volume and App objects of the platform therefore live until the process ends.
      */

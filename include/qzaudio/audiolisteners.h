@@ -20,10 +20,16 @@ public:
      *
      * The manager may hold its non-recursive mutex meanwhile: requesting or abandoning focus from here blocks for ever. Post
      * the call to the event loop instead.
+     *
+     * Better not throw: the exception goes to whoever made the request, most likely another client (see AudioManager).
      */
     virtual void onAudioFocusChange(int focusChange) = 0;
 
-    /// The client's identity. Listeners with the same id are the same client. Must not change while focus is held.
+    /**
+     * The client's identity. Listeners with the same id are the same client. Must not change while focus is held.
+     *
+     * Called within requests and abandonments, which it ends when it throws.
+     */
     virtual QString clientId() = 0;
 };
 

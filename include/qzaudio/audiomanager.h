@@ -16,11 +16,20 @@
  *   must be such a loop, and it must not run while other threads still request or abandon: the table of listeners is not
  *   protected then.
  * The other operations are not protected: use them from the manager's thread.
+ *
+ * A listener should not throw. What one throws while it is told within a request or abandonment reaches the caller of that, after
+ * the work is done: everybody has been told, the request is granted or the client gone, and the mutex is free. Of several
+ * exceptions the first is passed on, and each further one only leaves "threw, too" at critical level. What a listener throws later,
+ * told from the event loop, goes through Qt's event loop, which is not made for it.
  */
 class QZAUDIO_EXPORT AudioManager
 {
 public:
-    /// The one manager of the process, made on first use; safe against concurrent first calls.
+    /**
+     * The one manager of the process, made on first use; safe against concurrent first calls.
+     *
+     * Destroyed at process exit, after the static objects of the program: a static listener can abandon in its destructor.
+     */
     static AudioManager *instance();
 
     /// For tests and tools that need a manager of their own; applications use instance().

@@ -16,7 +16,11 @@ class QZAUDIO_EXPORT IAudioFocusDispatcher
 public:
     virtual ~IAudioFocusDispatcher();
 
-    /// @param focusChange a focus change code, -3 to 4 (see FocusRequester)
+    /**
+     * Must not throw: the stack is in the middle of its work.
+     *
+     * @param focusChange a focus change code, -3 to 4 (see FocusRequester)
+     */
     virtual void dispatchAudioFocusChange(int focusChange, const QString &clientId) = 0;
 };
 

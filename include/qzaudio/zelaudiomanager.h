@@ -34,7 +34,9 @@ enum VolResponseState : int {};
  * platform for microphone gains logs afterwards, with the answer. instance() itself logs nothing, the making of the manager does.
  *
  * Threads: only the first instance() is guarded. The manager belongs to the thread that made it, which must run a Qt event
- * loop: its six timers and the reverse-gear signal arrive there. Call its operations from that thread only.
+ * loop: its six timers and the reverse-gear signal arrive there. Call its operations from that thread only. Made where no such loop
+ * can be, before the QCoreApplication or on a thread that is not a QThread, it leaves one line at critical level, "no event loop on
+ * this thread: timers will not run". A QThread that never calls exec() looks like any other, so there nothing is said.
  *
  * Each stored change rewrites the settings file before the call returns (see audio::AudioDataBase). Pointers that an
  * operation writes to must not be null.
@@ -44,7 +46,12 @@ class QZAUDIO_EXPORT ZelAudioManager : public QObject
     Q_OBJECT
 
 public:
-    /// The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
+    /**
+     * The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
+     *
+     * The static objects of the program are destroyed before it, so their destructors may use it. Timers do not run any more
+     * then, and Qt's settings may be gone: an operation that saves would crash the process. Save before main() returns.
+     */
     static ZelAudioManager *instance();
 
     /// For tests and tools that need a manager of their own; applications use instance().

@@ -5,8 +5,12 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
+
+#include <cstdio>
+#include <limits>
 
 namespace
 {
@@ -14,6 +18,15 @@ namespace
 QString settingsFile()
 {
     return QStringLiteral("/media/flash/nvm/audioData.db");
+}
+
+/// The path of a file with this text.
+QString fileOf(const QTemporaryDir &folder, const QByteArray &text)
+{
+    QFile file(folder.filePath(QStringLiteral("settings")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("no file to read");
+    return file.fileName();
 }
 
 } // namespace
@@ -30,7 +43,19 @@ private Q_SLOTS:
     void defaultsAreTheStores();
     void keysAreTheStores();
     void watch();
+    void watchHostileFile();
     void unreadableFile();
+    void tooLargeFile_data();
+    void tooLargeFile();
+    void readsAsQtDoes_data();
+    void readsAsQtDoes();
+    void storedNumbers();
+    void serializedObjects_data();
+    void serializedObjects();
+    void unseenCharacters_data();
+    void unseenCharacters();
+    void longTexts();
+    void manyKeys();
 
 private:
     static QJsonObject setting(const QJsonObject &document, const QString &key);
@@ -174,6 +199,247 @@ void BenchSettingsTest::unreadableFile()
     const BenchProcess bench({QStringLiteral("settings"), QStringLiteral("/tmp")});
     QCOMPARE(bench.exitCode, 1);
     QVERIFY2(bench.errors.startsWith(QLatin1String("qzaudio-bench: /tmp: ")), qPrintable(bench.errors));
+}
+
+void BenchSettingsTest::watchHostileFile()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("watched"));
+    const auto write = [&path](const QByteArray &text) {
+        QFile file(path + QStringLiteral(".new"));
+        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && std::rename(qPrintable(file.fileName()), qPrintable(path)) == 0;
+    };
+    QVERIFY(write("[Volume]\n0=11\n"));
+    QProcess process;
+    BenchProcess::start(process, {QStringLiteral("settings"), QStringLiteral("--watch"), path});
+    QString output;
+    const auto hears = [&](const QString &text) {
+        constexpr int patience = 20000;
+        QElapsedTimer timer;
+        timer.start();
+        while (!output.contains(text) && timer.elapsed() < patience) {
+            process.waitForReadyRead(100);
+            output += QString::fromUtf8(process.readAllStandardOutput());
+        }
+        return output.contains(text);
+    };
+    QVERIFY(hears(QStringLiteral("Watching ")));
+    QVERIFY(write("[Volume]\n0=11\n1=\\x1b[2J\n%1B=2\n"));
+    QVERIFY2(hears(QStringLiteral("  Volume/1  - -> \\x1b[2J\n")), qPrintable(output));
+    QVERIFY2(hears(QStringLiteral("  Volume/\\x1b  - -> 2\n")), qPrintable(output));
+    QVERIFY(write("[Volume]\n0=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\n"));
+    QVERIFY2(hears(QStringLiteral("  Volume/0  11 -> (unreadable)\n")), qPrintable(output));
+    QVERIFY(write(QByteArray(1024 * 1024 + 1, ';')));
+    QVERIFY2(hears(QStringLiteral("  more than 1 MB, too large to be a settings file\n")), qPrintable(output));
+    QByteArray noise = "[Volume]\n0=12\n[Noise]\n";
+    for (int i = 0; i < 1500; ++i)
+        noise += QByteArray::number(i) + "=1\n";
+    QVERIFY(write(noise));
+    QVERIFY2(hears(QStringLiteral("  \u2026 and 501 more changes\n")), qPrintable(output.right(300)));
+    QVERIFY(!output.contains(QLatin1Char('\x1b')));
+    QCOMPARE(output.count(QLatin1String("  Noise/")), 1000);
+    QVERIFY(write("[Volume]\n0=13\n"));
+    QVERIFY2(hears(QStringLiteral("  Volume/0  12 -> 13\n")), qPrintable(output.right(300)));
+    process.kill();
+    process.waitForFinished();
+}
+
+void BenchSettingsTest::tooLargeFile_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<bool>("isTooLarge");
+    QTest::newRow("1 MB") << 1024 * 1024 << false;
+    QTest::newRow("a byte more") << 1024 * 1024 + 1 << true;
+    QTest::newRow("one value of 10 MB") << 10 * 1024 * 1024 << true;
+}
+
+void BenchSettingsTest::tooLargeFile()
+{
+    QFETCH(int, size);
+    QFETCH(bool, isTooLarge);
+    const QByteArray beginning = "[Volume]\n0=";
+    const QTemporaryDir folder;
+    const QString path = fileOf(folder, beginning + QByteArray(size - beginning.size(), '1'));
+    for (const bool asJson : {false, true}) {
+        QStringList arguments = {QStringLiteral("settings"), path};
+        if (asJson)
+            arguments += QStringLiteral("--json");
+        const BenchProcess bench(arguments);
+        QCOMPARE(bench.exitStatus, QProcess::NormalExit);
+        QCOMPARE(bench.exitCode, isTooLarge ? 1 : 0);
+        QCOMPARE(bench.output.isEmpty(), isTooLarge);
+        QCOMPARE(bench.errors, isTooLarge ? QStringLiteral("qzaudio-bench: %1: more than 1 MB, too large to be a settings file\n").arg(path) : QString());
+        QVERIFY2(bench.output.size() < 20000, QByteArray::number(bench.output.size()).constData());
+    }
+}
+
+void BenchSettingsTest::readsAsQtDoes_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("sections") << QByteArray("a=1\n[General]\nb=2\n[%General]\nc=3\n[ Volume ]\n0=4\n[a/b]\nc=5\n[Volume]\n0=6\n");
+    QTest::newRow("keys") << QByteArray("a b=1\nc%20d=2\n%U20AC=3\ne\\f=4\n%zz=5\n g  =  6\n%4=7\n");
+    QTest::newRow("quoted") << QByteArray("a=\" x \"\nb=\"x;y=z, w\"\nc=\"x\" y\nd=\"\"\n");
+    QTest::newRow("escapes") << QByteArray("a=\\x41\\101g\\n\\t\\\\\nb=\\q\\x\nc=\\x1F600\nd=x\\x20 \n");
+    QTest::newRow("lists") << QByteArray("a=1, 2,3\nb=,\nc=\"1, 2\", 3\nd=@@a, b\n");
+    QTest::newRow("comments") << QByteArray("; a=1\nb=2 ; c=3\n;\n\n;d\n");
+    QTest::newRow("several lines") << QByteArray("a=1\\\n2\nb=3\\\r\n4\r\nc=\"5\n6\"\n");
+    QTest::newRow("at signs") << QByteArray("a=@@x\nb=@x\nc=@ByteArray(x)\nd=@String(y)\ne=@Invalid()\nf=x@Variant(y)\n");
+    QTest::newRow("Latin-1") << QByteArray("a=\xe4\xc3\xa4\n\xe4=1\n");
+    QTest::newRow("no settings") << QByteArray("hello\n[open\na=1\n");
+    QTest::newRow("empty") << QByteArray();
+}
+
+void BenchSettingsTest::readsAsQtDoes()
+{
+    QFETCH(QByteArray, text);
+    const QTemporaryDir folder;
+    const QString path = fileOf(folder, text);
+    const QSettings settings(path, QSettings::IniFormat);
+    const BenchProcess bench({QStringLiteral("settings"), QStringLiteral("--json"), path});
+    QCOMPARE(bench.exitCode, settings.status() == QSettings::NoError ? 0 : 1);
+    const QJsonObject document = QJsonDocument::fromJson(bench.output.toUtf8()).object();
+    const QStringList keys = settings.allKeys();
+    for (const QString &key : keys) {
+        const QVariant value = settings.value(key);
+        const QString expected = value.type() == QVariant::StringList ? value.toStringList().join(QLatin1String(", ")) : value.toString();
+        const QJsonValue stored = setting(document, key).value(QLatin1String("stored"));
+        QCOMPARE(stored, value.isValid() ? QJsonValue(expected) : QJsonValue());
+    }
+    const QJsonArray rows = document.value(QLatin1String("settings")).toArray();
+    for (const QJsonValue &row : rows) {
+        const QString key = row.toObject().value(QLatin1String("key")).toString();
+        QVERIFY2(keys.contains(key) || row.toObject().value(QLatin1String("stored")).isNull(), qPrintable(key));
+    }
+}
+
+void BenchSettingsTest::storedNumbers()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("numbers"));
+    {
+        QSettings settings(path, QSettings::IniFormat);
+        settings.setValue(QStringLiteral("float"), 3.5F);
+        settings.setValue(QStringLiteral("double"), -0.25);
+        settings.setValue(QStringLiteral("whole"), std::numeric_limits<qlonglong>::min());
+        settings.setValue(QStringLiteral("truth"), true);
+    }
+    const QJsonObject document = json(path);
+    const auto stored = [&document](const char *key) { return setting(document, QLatin1String(key)).value(QLatin1String("stored")).toString(); };
+    QCOMPARE(stored("float"), QStringLiteral("3.5"));
+    QCOMPARE(stored("double"), QStringLiteral("-0.25"));
+    QCOMPARE(stored("whole"), QStringLiteral("-9223372036854775808"));
+    QCOMPARE(stored("truth"), QStringLiteral("true"));
+}
+
+void BenchSettingsTest::serializedObjects_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("list of 2147483647 elements") << QByteArray(R"(@Variant(\0\0\0\t\x7f\xff\xff\xff))");
+    QTest::newRow("the same in other words") << QByteArray(R"(\x40Variant(\0\0\0\t\x7f\xff\xff\xff))");
+    QTest::newRow("within a list") << QByteArray(R"(1, @Variant(\0\0\0\t\x7f\xff\xff\xff))");
+    QTest::newRow("text of 2 GB") << QByteArray(R"(@Variant(\0\0\0\n\x7f\xff\xff\xfe))");
+    QTest::newRow("image") << QByteArray(R"(@Variant(\0\0\0\x46\0\0\0\x1))");
+    QTest::newRow("number of another size") << QByteArray(R"(@Variant(\0\0\0\x2\0\0))");
+    QTest::newRow("no type") << QByteArray(R"(@Variant(\0))");
+    QTest::newRow("time") << QByteArray(R"(@DateTime(\0\0\0\x10\0))");
+}
+
+void BenchSettingsTest::serializedObjects()
+{
+    QFETCH(QByteArray, value);
+    const QTemporaryDir folder;
+    const BenchProcess bench({QStringLiteral("settings"), fileOf(folder, "[Volume]\n0=" + value + "\n1=7\n")});
+    QCOMPARE(bench.exitStatus, QProcess::NormalExit);
+    QCOMPARE(bench.exitCode, 0);
+    QVERIFY2(QRegularExpression(QStringLiteral("\nVolume/0 +(1, )?\\(unreadable\\) ")).match(bench.output).hasMatch(), qPrintable(bench.output));
+    QVERIFY2(QRegularExpression(QStringLiteral("\nVolume/1 +7 ")).match(bench.output).hasMatch(), qPrintable(bench.output)); // and the rest is read
+}
+
+void BenchSettingsTest::unseenCharacters_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("meant");
+    QTest::newRow("escape") << QByteArray("\\x1b[31m") << QStringLiteral("\\x1b[31m") << QStringLiteral("\x1b[31m");
+    QTest::newRow("escape, as a byte") << QByteArray("\x1b]0;") << QStringLiteral("\\x1b]0") << QStringLiteral("\x1b]0");
+    QTest::newRow("line ends") << QByteArray("a\\nb\\rc\\td") << QStringLiteral("a\\nb\\rc\\td") << QStringLiteral("a\nb\rc\td");
+    QTest::newRow("zero") << QByteArray("a\\0z") << QStringLiteral("a\\x00z") << QString(QStringLiteral("a") + QChar(0) + QLatin1Char('z'));
+    QTest::newRow("delete") << QByteArray("\x7f") << QStringLiteral("\\x7f") << QString(QChar(0x7f));
+    QTest::newRow("control sequence introducer") << QByteArray("\x9b"
+                                                               "2J")
+                                                 << QStringLiteral("\\x9b2J") << QString(QChar(0x9b) + QStringLiteral("2J"));
+    QTest::newRow("right-to-left override") << QByteArray("\\x202e"
+                                                          "gpj")
+                                            << QStringLiteral("\\u202egpj") << QString(QChar(0x202e) + QStringLiteral("gpj"));
+    QTest::newRow("isolate") << QByteArray("\\x2066z") << QStringLiteral("\\u2066z") << QString(QChar(0x2066) + QStringLiteral("z"));
+    QTest::newRow("line separator") << QByteArray("\\x2028z") << QStringLiteral("\\u2028z") << QString(QChar(0x2028) + QStringLiteral("z"));
+    QTest::newRow("letters stay") << QByteArray("\xe4\\x4f60\\\\") << QStringLiteral("\u00e4\u4f60\\") << QStringLiteral("\u00e4\u4f60\\");
+}
+
+void BenchSettingsTest::unseenCharacters()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QString, shown);
+    QFETCH(QString, meant);
+    const QTemporaryDir folder;
+    const QString path = fileOf(folder, "[Volume]\n0=" + written + "\n");
+    const BenchProcess bench({QStringLiteral("settings"), path});
+    QCOMPARE(bench.exitCode, 0);
+    const QRegularExpression row(QStringLiteral("^Volume/0 +%1 +20, or 25").arg(QRegularExpression::escape(shown)), QRegularExpression::MultilineOption);
+    QVERIFY2(row.match(bench.output).hasMatch(), qPrintable(bench.output));
+
+    // Programs get the very text, and a terminal that is shown it does nothing either.
+    const BenchProcess asJson({QStringLiteral("settings"), QStringLiteral("--json"), path});
+    const QJsonObject document = QJsonDocument::fromJson(asJson.output.toUtf8()).object();
+    QCOMPARE(setting(document, QStringLiteral("Volume/0")).value(QLatin1String("stored")).toString(), meant);
+    for (const QString &output : {bench.output, asJson.output}) {
+        for (const QChar character : output)
+            QVERIFY(character == QLatin1Char('\n') || character.isPrint());
+    }
+
+    // In names of keys and groups, too.
+    QByteArray name;
+    for (const QChar character : qAsConst(meant))
+        name += "%U" + QByteArray::number(character.unicode(), 16).rightJustified(4, '0');
+    const BenchProcess names({QStringLiteral("settings"), fileOf(folder, "[" + name + "]\n" + name + "=1\n")});
+    QVERIFY2(names.output.contains(QLatin1Char('\n') + shown + QLatin1Char('/') + shown + QLatin1Char(' ')), qPrintable(names.output));
+}
+
+void BenchSettingsTest::longTexts()
+{
+    const QTemporaryDir folder;
+    const QString exactly(200, QLatin1Char('x'));
+    const QString path = fileOf(folder,
+                                "[Volume]\n0=" + exactly.toLatin1() + "\n1=y" + exactly.toLatin1() + "\n2=" + QByteArray("\x1b").repeated(100) + "\n"
+                                    + QByteArray(300, 'k') + "=1\n");
+    const BenchProcess bench({QStringLiteral("settings"), path});
+    QCOMPARE(bench.exitCode, 0);
+    QVERIFY(bench.output.contains(QLatin1Char(' ') + exactly + QLatin1Char(' ')));
+    QVERIFY(bench.output.contains(QLatin1String(" y") + exactly.left(199) + QStringLiteral("\u2026 (201 characters) ")));
+    QVERIFY(bench.output.contains(QLatin1Char(' ') + QStringLiteral("\\x1b").repeated(50) + QStringLiteral("\u2026 (100 characters) ")));
+    QVERIFY(bench.output.contains(QLatin1String("\nVolume/") + QString(193, QLatin1Char('k')) + QStringLiteral("\u2026 (307 characters) ")));
+    const QJsonObject document = json(path);
+    QCOMPARE(setting(document, QStringLiteral("Volume/0")).value(QLatin1String("stored")).toString(), exactly);
+    QCOMPARE(setting(document, QStringLiteral("Volume/1")).value(QLatin1String("stored")).toString(),
+             QString(QLatin1Char('y') + exactly.left(199) + QStringLiteral("\u2026 (201 characters)")));
+}
+
+void BenchSettingsTest::manyKeys()
+{
+    QByteArray text = "[Volume]\n0=3\n[Noise]\n";
+    for (int i = 0; i < 1003; ++i)
+        text += QByteArray::number(i) + QByteArray(900, 'n') + '=' + QByteArray(100, '\x1b') + '\n';
+    const QTemporaryDir folder;
+    const QString path = fileOf(folder, text);
+    const BenchProcess bench({QStringLiteral("settings"), path});
+    QCOMPARE(bench.exitCode, 0);
+    QCOMPARE(bench.output.count(QLatin1String("\nNoise/")), 1000);
+    QVERIFY(bench.output.endsWith(QStringLiteral("\n\u2026 and 3 more keys that the library does not know\n")));
+    QVERIFY2(bench.output.size() < 1024 * 1024, QByteArray::number(bench.output.size()).constData());
+    const QJsonObject document = json(path);
+    QCOMPARE(document.value(QLatin1String("settings")).toArray().size(), 14 + 16 + 1000);
+    QCOMPARE(document.value(QLatin1String("leftOut")).toInt(), 3);
+    QCOMPARE(json(QStringLiteral("/nowhere")).value(QLatin1String("leftOut")), QJsonValue(0));
 }
 
 QTEST_GUILESS_MAIN(BenchSettingsTest)

@@ -23,6 +23,38 @@ AudioManagerPrivate *privateOf(AudioManager &manager)
     return static_cast<AudioManagerPrivate *>(*reinterpret_cast<QxPrivate<AudioManager> **>(&manager));
 }
 
+/// Looks before the next request is made: with the mutex still held that would wait for ever.
+bool isUnlocked(AudioManager &manager)
+{
+    QMutex &mutex = privateOf(manager)->mutex;
+    if (!mutex.tryLock())
+        return false;
+    mutex.unlock();
+    return true;
+}
+
+/// What a ThrowingListener throws.
+struct ListenerError
+{
+    QString client;
+};
+
+/// Records what it is told, and throws.
+class ThrowingListener : public RecordingListener
+{
+public:
+    using RecordingListener::RecordingListener;
+
+    void onAudioFocusChange(int focusChange) override
+    {
+        RecordingListener::onAudioFocusChange(focusChange);
+        if (isThrowing)
+            throw ListenerError{clientId()};
+    }
+
+    bool isThrowing = true;
+};
+
 class MegaBaseRecorder : public IMegaBaseChangeListener
 {
 public:
@@ -63,6 +95,12 @@ private Q_SLOTS:
     void unknownIdIsIgnored();
     void nullEntryIsIgnored();
     void emptyTable();
+    void throwingListener_data();
+    void throwingListener();
+    void throwingListenersHideNothing();
+    void throwingListenerIsUnregistered();
+    void throwingId();
+    void throwingWithinAnotherManager();
     void mutexIsHeldAndNotRecursive();
 
     void megaBase();
@@ -343,6 +381,178 @@ void AudioManagerTest::emptyTable()
     privateOf(manager)->onAudioFocusChanged(-1, QStringLiteral("A"));
     QVERIFY(privateOf(manager)->listeners.isEmpty());
     QCOMPARE(log.takeTexts(), QStringList());
+}
+
+void AudioManagerTest::throwingListener_data()
+{
+    QTest::addColumn<bool>("onGain");
+    QTest::newRow("told of a loss by a request") << false;
+    QTest::newRow("told of a gain by an abandonment") << true;
+}
+
+void AudioManagerTest::throwingListener()
+{
+    QFETCH(bool, onGain);
+    AudioManager manager;
+    AudioService *const service = privateOf(manager)->service;
+    ThrowingListener thrower(QStringLiteral("thrower"));
+    RecordingListener above(QStringLiteral("above"));
+    RecordingListener next(QStringLiteral("next"));
+    manager.requestAudioFocus(3, 1, &thrower);
+    if (onGain) {
+        thrower.isThrowing = false;
+        manager.requestAudioFocus(3, 2, &above);
+        thrower.take();
+        thrower.isThrowing = true;
+        QVERIFY_EXCEPTION_THROWN(manager.abandonAudioFocus(&above), ListenerError);
+        QCOMPARE(thrower.take(), QList<int>{1});
+        QCOMPARE(service->getCurrentAudioFocus(), 1);
+        // Whoever abandoned has done so.
+        QVERIFY(!privateOf(manager)->listeners.contains(QStringLiteral("above")));
+    } else {
+        QVERIFY_EXCEPTION_THROWN(manager.requestAudioFocus(3, 2, &above), ListenerError);
+        QCOMPARE(thrower.take(), QList<int>{-2});
+        QCOMPARE(service->getCurrentAudioFocus(), 2); // granted all the same
+    }
+
+    // Work goes on as if the listener had returned: the loss that it threw at counts as told, and the gain undid the loss.
+    thrower.isThrowing = false;
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.requestAudioFocus(3, 2, &next), 0);
+    QCOMPARE(thrower.take(), onGain ? QList<int>{-2} : QList<int>());
+    QCOMPARE(above.take(), onGain ? QList<int>() : QList<int>{-2});
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.abandonAudioFocus(&next), 0);
+    QCOMPARE((onGain ? thrower.take() : above.take()), QList<int>{1});
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.abandonAudioFocus(&thrower), 0);
+    QCOMPARE(manager.abandonAudioFocus(&above), 0);
+    QCOMPARE(service->getCurrentAudioFocus(), 0);
+    QVERIFY(privateOf(manager)->listeners.isEmpty());
+}
+
+void AudioManagerTest::throwingListenersHideNothing()
+{
+    AudioManager manager;
+    ThrowingListener first(QStringLiteral("first"));
+    RecordingListener middle(QStringLiteral("middle"));
+    ThrowingListener last(QStringLiteral("last"));
+    RecordingListener call(QStringLiteral("call"));
+    first.isThrowing = false;
+    manager.requestAudioFocus(3, 1, &first);
+    manager.requestAudioFocus(3, 2, &middle);
+    manager.requestAudioFocus(3, 2, &last);
+    first.isThrowing = true;
+    first.take();
+    middle.take();
+    {
+        LogRecorder log;
+        QString who;
+        try {
+            manager.requestAudioFocus(3, 1, &call);
+        } catch (const ListenerError &error) {
+            who = error.client;
+        }
+        QCOMPARE(who, QStringLiteral("first"));
+        const QStringList failures = log.takeTexts().filter(QLatin1String("[ERR]"));
+        QCOMPARE(failures,
+                 QStringList(QStringLiteral("[ERR] THREAD void AudioManagerPrivate::onAudioFocusChanged(int, QString) LINE -- audio focus listener \"last\" "
+                                            "threw, too; only the first exception is passed on")));
+    }
+    QCOMPARE(first.take(), QList<int>{-1});
+    QCOMPARE(middle.take(), QList<int>{-1});
+    QCOMPARE(last.take(), QList<int>{-1});
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(privateOf(manager)->service->getCurrentAudioFocus(), 1);
+    // What was thrown once is not thrown again.
+    QCOMPARE(manager.requestAudioFocus(3, 1, &call), 0);
+}
+
+void AudioManagerTest::throwingListenerIsUnregistered()
+{
+    AudioManager manager;
+    AudioService *const service = privateOf(manager)->service;
+    ThrowingListener thrower(QStringLiteral("thrower"));
+    RecordingListener other(QStringLiteral("other"));
+    manager.requestAudioFocus(3, 1, &thrower);
+    QVERIFY_EXCEPTION_THROWN(manager.requestAudioFocus(3, 3, &other), ListenerError);
+    thrower.take();
+    service->unregisterAudioFocusClient(QStringLiteral("thrower")); // from below, and nobody is told
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.abandonAudioFocus(&other), 0);
+    QCOMPARE(thrower.take(), QList<int>());
+    QCOMPARE(service->getCurrentAudioFocus(), 0);
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.abandonAudioFocus(&thrower), 0);
+    QVERIFY(privateOf(manager)->listeners.isEmpty());
+
+    // And from the top.
+    manager.requestAudioFocus(3, 1, &thrower);
+    QVERIFY_EXCEPTION_THROWN(manager.requestAudioFocus(3, 1, &other), ListenerError);
+    service->unregisterAudioFocusClient(QStringLiteral("other"));
+    QVERIFY(isUnlocked(manager));
+    QCOMPARE(manager.requestAudioFocus(3, 4, &other), 0); // a loss that it received already, so it is not told, and does not throw
+    QCOMPARE(service->getCurrentAudioFocus(), 4);
+}
+
+void AudioManagerTest::throwingId()
+{
+    AudioManager manager;
+    class Nameless : public IAudioFocusChangeListener
+    {
+    public:
+        void onAudioFocusChange(int) override { }
+        QString clientId() override { throw ListenerError{}; }
+    };
+    Nameless nameless;
+    RecordingListener other(QStringLiteral("other"));
+    QVERIFY_EXCEPTION_THROWN(manager.requestAudioFocus(3, 1, &nameless), ListenerError);
+    QVERIFY(isUnlocked(manager));
+    QVERIFY_EXCEPTION_THROWN(manager.abandonAudioFocus(&nameless), ListenerError);
+    QVERIFY(isUnlocked(manager));
+    QVERIFY(privateOf(manager)->listeners.isEmpty());
+    QCOMPARE(manager.requestAudioFocus(3, 1, &other), 0);
+}
+
+void AudioManagerTest::throwingWithinAnotherManager()
+{
+    // Each manager's exception goes to its own caller.
+    class Forwarder : public IAudioFocusChangeListener
+    {
+    public:
+        void onAudioFocusChange(int) override
+        {
+            try {
+                inner->requestAudioFocus(3, 1, other);
+            } catch (const ListenerError &error) {
+                caught = error.client;
+            }
+            throw ListenerError{QStringLiteral("forwarder")};
+        }
+        QString clientId() override { return QStringLiteral("forwarder"); }
+        AudioManager *inner = nullptr;
+        IAudioFocusChangeListener *other = nullptr;
+        QString caught;
+    };
+    AudioManager outer;
+    AudioManager inner;
+    ThrowingListener thrower(QStringLiteral("thrower"));
+    RecordingListener other(QStringLiteral("other"));
+    inner.requestAudioFocus(3, 1, &thrower);
+    Forwarder forwarder;
+    forwarder.inner = &inner;
+    forwarder.other = &other;
+    outer.requestAudioFocus(3, 1, &forwarder);
+    QString who;
+    try {
+        outer.requestAudioFocus(3, 1, &other);
+    } catch (const ListenerError &error) {
+        who = error.client;
+    }
+    QCOMPARE(forwarder.caught, QStringLiteral("thrower"));
+    QCOMPARE(who, QStringLiteral("forwarder"));
+    QVERIFY(isUnlocked(inner));
+    QVERIFY(isUnlocked(outer));
 }
 
 void AudioManagerTest::mutexIsHeldAndNotRecursive()

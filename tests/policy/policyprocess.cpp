@@ -2,6 +2,8 @@
 #include <platform.h>
 #include <virtualclock.h>
 
+#include <qzaudio/audiomanager.h>
+#include <qzaudio/focusrequester.h>
 #include <qzaudio/zelaudiomanager.h>
 
 #include <QtCore/QCoreApplication>
@@ -13,6 +15,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -22,6 +25,7 @@
  *   policy_process start HOME_UI_TYPE            prints the platform's calls and the file's changes of instance(), in order
  *   policy_process end destroyed|living|never    what becomes of the application object before the process exits
  *   policy_process band NUMBER                   adjusts a band of the custom curve
+ *   policy_process late manager|focus|facade     what a static object still can do in its destructor
  */
 
 namespace
@@ -111,6 +115,74 @@ int endOfProcess(int argc, char **argv)
     return 0;
 }
 
+/// A static object of a program: made before main(), hence destroyed after all that main() caused to be made.
+class LateClient : public IAudioFocusChangeListener
+{
+public:
+    LateClient() = default;
+    ~LateClient() override
+    {
+        if (!m_act)
+            return;
+        m_act(*this);
+        std::puts("client is gone");
+    }
+    LateClient(const LateClient &) = delete;
+    LateClient &operator=(const LateClient &) = delete;
+
+    void actAtExit(void (*act)(LateClient &client)) { m_act = act; }
+    void onAudioFocusChange(int focusChange) override { std::printf("told %d\n", focusChange); }
+    QString clientId() override { return QStringLiteral("late client"); }
+
+private:
+    void (*m_act)(LateClient &) = nullptr;
+};
+
+LateClient lateClient; // clazy:exclude=non-pod-global-static
+
+void printCalls()
+{
+    const QStringList calls = simulator::Platform::instance()->journal()->calls();
+    for (const QString &call : calls)
+        std::puts(qPrintable(call));
+    simulator::Platform::instance()->journal()->clear();
+}
+
+int useLate(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    if (std::strcmp(argv[2], "manager") == 0) {
+        ZelAudioManager *const manager = ZelAudioManager::instance();
+        QObject::connect(manager, &QObject::destroyed, [] { std::puts("manager is gone"); });
+        manager->updateAudioChannel(AudioChannelFilePlayer);
+        lateClient.actAtExit([](LateClient &) {
+            printCalls();
+            ZelAudioManager *const same = ZelAudioManager::instance();
+            std::printf("channel %d\n", same->currentAudioChannel());
+            same->setMute(true);
+            same->updateAudioStatus(AudioStatusCarPlayTelephony);
+            printCalls();
+        });
+    } else if (std::strcmp(argv[2], "focus") == 0) {
+        AudioManager::instance()->requestAudioFocus(3, AUDIOFOCUS_GAIN, &lateClient);
+        lateClient.actAtExit([](LateClient &client) {
+            AudioManager *const same = AudioManager::instance();
+            std::printf("null client requests %d\n", same->requestAudioFocus(3, AUDIOFOCUS_GAIN_TRANSIENT, nullptr));
+            std::printf("null client abandons %d\n", same->abandonAudioFocus(nullptr));
+            std::printf("client abandons %d\n", same->abandonAudioFocus(&client));
+        });
+    } else {
+        audio::AudioControl::getInstance()->setMute(true);
+        lateClient.actAtExit([](LateClient &) {
+            printCalls();
+            audio::AudioControl::getInstance()->setMute(false);
+            printCalls();
+        });
+    }
+    simulator::Platform::instance()->journal()->clear();
+    return 0;
+}
+
 int adjustBand(int argc, char **argv)
 {
     const rlimit none = {0, 0};
@@ -140,5 +212,7 @@ int main(int argc, char **argv)
         return endOfProcess(argc, argv);
     if (std::strcmp(argv[1], "band") == 0)
         return adjustBand(argc, argv);
+    if (std::strcmp(argv[1], "late") == 0)
+        return useLate(argc, argv);
     return 2;
 }

@@ -1,0 +1,297 @@
+#include "settingstext.h"
+
+#include <QtCore/QDataStream>
+#include <QtCore/QStringList>
+#include <QtCore/QtEndian>
+
+#include <cctype>
+#include <cstring>
+
+namespace
+{
+
+/// A number that QSettings writes in its binary form, by the type's number there.
+struct StoredNumber
+{
+    quint32 type;
+    int size; ///< of the number itself, bytes
+};
+
+constexpr StoredNumber storedNumbers[] = {
+    {1, 1}, // bool
+    {2, 4}, // int
+    {3, 4}, // unsigned int
+    {4, 8}, // long long
+    {5, 8}, // unsigned long long
+    {6, 8}, // double
+    {135, 4}, // float
+};
+
+/// One line of the file: a section, or a key with its value. May reach over several lines of text.
+struct Line
+{
+    int begin;
+    int end;
+    int equals = -1; ///< where the value's equals sign is, -1 for none
+};
+
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t';
+}
+
+bool isLineEnd(char character)
+{
+    return character == '\n' || character == '\r';
+}
+
+/// The line at @p from, which is moved behind it. An empty one only at the end of the text.
+Line takeLine(const QByteArray &text, int &from)
+{
+    int i = from;
+    while (i < text.size()) {
+        while (i < text.size() && (isBlank(text.at(i)) || isLineEnd(text.at(i))))
+            ++i;
+        if (i == text.size() || text.at(i) != ';')
+            break;
+        while (i < text.size() && !isLineEnd(text.at(i)))
+            ++i;
+    }
+    Line line{i, i};
+    bool isQuoted = false;
+    for (; i < text.size(); ++i) {
+        const char character = text.at(i);
+        if (character == '\\') {
+            ++i; // whatever comes is part of the line, an end of line in two characters, too
+            if (i + 1 < text.size() && isLineEnd(text.at(i)) && isLineEnd(text.at(i + 1)) && text.at(i) != text.at(i + 1))
+                ++i;
+        } else if (character == '"') {
+            isQuoted = !isQuoted;
+        } else if (!isQuoted) {
+            if (isLineEnd(character) || character == ';')
+                break;
+            if (character == '=' && line.equals < 0)
+                line.equals = i;
+        }
+    }
+    line.end = qMin(i, text.size());
+    from = line.end;
+    return line;
+}
+
+QString keyOf(const QByteArray &text)
+{
+    QString key;
+    for (int i = 0; i < text.size(); ++i) {
+        const char character = text.at(i);
+        if (character == '%') {
+            const bool isLong = i + 1 < text.size() && text.at(i + 1) == 'U';
+            const int begin = i + (isLong ? 2 : 1);
+            const int digits = isLong ? 4 : 2;
+            bool isNumber = false;
+            const int code = begin + digits <= text.size() ? text.mid(begin, digits).toInt(&isNumber, 16) : 0;
+            if (isNumber) {
+                key += QChar(ushort(code));
+                i = begin + digits - 1;
+                continue;
+            }
+        }
+        key += character == '\\' ? QLatin1Char('/') : QLatin1Char(character);
+    }
+    return key;
+}
+
+/// "@Variant(...)": a number, where its size is that of its type.
+QVariant numberOf(const QByteArray &serialized)
+{
+    constexpr int typeSize = int(sizeof(quint32));
+    if (serialized.size() < typeSize)
+        return SettingsText::unreadable();
+    const auto type = qFromBigEndian<quint32>(serialized.constData());
+    for (const StoredNumber &number : storedNumbers) {
+        if (number.type == type && serialized.size() == typeSize + number.size) {
+            QDataStream stream(serialized);
+            stream.setVersion(QDataStream::Qt_4_0); // the version that QSettings writes
+            QVariant value;
+            stream >> value;
+            return value.toString();
+        }
+    }
+    return SettingsText::unreadable();
+}
+
+QVariant valueOf(const QString &text)
+{
+    if (!text.startsWith(QLatin1Char('@')))
+        return text;
+    const auto isObject = [&text](const char *begin) { return text.startsWith(QLatin1String(begin)) && text.endsWith(QLatin1Char(')')); };
+    const auto inner = [&text] {
+        const int begin = text.indexOf(QLatin1Char('(')) + 1;
+        return text.mid(begin, text.size() - 1 - begin);
+    };
+    if (isObject("@ByteArray("))
+        return QString::fromUtf8(inner().toLatin1());
+    if (isObject("@String("))
+        return inner();
+    if (isObject("@Variant("))
+        return numberOf(inner().toLatin1());
+    if (isObject("@DateTime("))
+        return SettingsText::unreadable();
+    if (text == QLatin1String("@Invalid()"))
+        return {};
+    return text.startsWith(QLatin1String("@@")) ? text.mid(1) : text;
+}
+
+/// Takes the elements of a value apart, of which there is one where it is no list.
+class ElementReader
+{
+public:
+    ElementReader(const QByteArray &lineOfValue, bool isUtf8)
+        : value(lineOfValue)
+        , utf8(isUtf8)
+    {
+    }
+
+    QStringList elements()
+    {
+        skipBlanks();
+        while (at < value.size()) {
+            const char character = value.at(at);
+            if (character == '\\') {
+                takeEscape();
+            } else if (character == '"') {
+                ++at;
+                isQuoted = true;
+                inQuotes = !inQuotes;
+                if (!inQuotes)
+                    skipBlanks();
+            } else if (character == ',' && !inQuotes) {
+                finishElement();
+                ++at;
+                skipBlanks();
+            } else {
+                takePlain();
+            }
+        }
+        finishElement();
+        return result;
+    }
+
+private:
+    void skipBlanks()
+    {
+        while (at < value.size() && isBlank(value.at(at)))
+            ++at;
+    }
+
+    void takePlain()
+    {
+        const int begin = at++;
+        while (at < value.size() && value.at(at) != '\\' && value.at(at) != '"' && value.at(at) != ',')
+            ++at;
+        const QByteArray plain = value.mid(begin, at - begin);
+        element += utf8 ? QString::fromUtf8(plain) : QString::fromLatin1(plain);
+    }
+
+    void takeEscape()
+    {
+        constexpr char names[] = "abfnrtv\"?'\\";
+        constexpr char meanings[] = "\a\b\f\n\r\t\v\"?'\\";
+        ++at;
+        if (at == value.size())
+            return;
+        const char name = value.at(at++);
+        const char *const found = name == 0 ? nullptr : std::strchr(names, name);
+        if (found)
+            element += QLatin1Char(meanings[found - names]);
+        else if (name == 'x' && at < value.size() && std::isxdigit(uchar(value.at(at))))
+            takeNumber(16);
+        else if (name >= '0' && name <= '7') {
+            --at;
+            takeNumber(8);
+        }
+        // A line's end in two characters; any other character is left out.
+        else if (isLineEnd(name) && at < value.size() && isLineEnd(value.at(at)) && value.at(at) != name)
+            ++at;
+        kept = element.size();
+    }
+
+    void takeNumber(uint base)
+    {
+        uint code = 0; // wraps, and the low half is the character
+        for (; at < value.size(); ++at) {
+            bool isDigit = false;
+            const uint digit = value.mid(at, 1).toUInt(&isDigit, int(base));
+            if (!isDigit)
+                break;
+            code = code * base + digit;
+        }
+        element += QChar(ushort(code & 0xffff));
+    }
+
+    void finishElement()
+    {
+        while (!isQuoted && element.size() > kept && (element.back() == QLatin1Char(' ') || element.back() == QLatin1Char('\t')))
+            element.chop(1);
+        result += element.isNull() ? QLatin1String("") : element;
+        element.clear();
+        kept = 0;
+        isQuoted = false;
+    }
+
+    const QByteArray value;
+    const bool utf8;
+    int at = 0;
+    QStringList result;
+    QString element;
+    int kept = 0; ///< blanks at the end are left out, but not these, which are written as escapes
+    bool isQuoted = false;
+    bool inQuotes = false;
+};
+
+} // namespace
+
+SettingsText::Content SettingsText::read(const QByteArray &text)
+{
+    Content content;
+    QString section;
+    const bool isUtf8 = text.startsWith("\xef\xbb\xbf");
+    int at = isUtf8 ? 3 : 0;
+    for (Line line = takeLine(text, at); line.begin < line.end; line = takeLine(text, at)) {
+        if (text.at(line.begin) == '[') {
+            const int end = text.indexOf(']', line.begin);
+            const bool isClosed = end >= 0 && end < line.end;
+            content.isWhole = content.isWhole && isClosed;
+            const QByteArray name = text.mid(line.begin + 1, (isClosed ? end : line.end) - line.begin - 1).trimmed();
+            section.clear();
+            if (name.compare("%general", Qt::CaseInsensitive) == 0)
+                section = QString::fromLatin1(name.mid(1)) + QLatin1Char('/');
+            else if (name.compare("general", Qt::CaseInsensitive) != 0)
+                section = keyOf(name) + QLatin1Char('/');
+            continue;
+        }
+        if (line.equals < 0) {
+            content.isWhole = false;
+            continue;
+        }
+        int keyEnd = line.equals;
+        while (keyEnd > line.begin && isBlank(text.at(keyEnd - 1)))
+            --keyEnd;
+        const QString key = section + keyOf(text.mid(line.begin, keyEnd - line.begin));
+        const QStringList elements = ElementReader(text.mid(line.equals + 1, line.end - line.equals - 1), isUtf8).elements();
+        if (elements.size() == 1) {
+            content.values.insert(key, valueOf(elements.constFirst()));
+            continue;
+        }
+        QStringList texts;
+        for (const QString &element : elements)
+            texts += valueOf(element).toString();
+        content.values.insert(key, texts.join(QLatin1String(", ")));
+    }
+    return content;
+}
+
+QString SettingsText::unreadable()
+{
+    return QStringLiteral("(unreadable)");
+}
