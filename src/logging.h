@@ -79,7 +79,7 @@ void logTrace(const CodeLocation &at, const Items &...items)
 template<typename... Items>
 void logCritical(const CodeLocation &at, const Items &...items)
 {
-    if (QLoggingCategory::defaultCategory()->isCriticalEnabled())
+    if (isCriticalEnabled())
         write(openTraceCritical(at), message(items...));
 }
 

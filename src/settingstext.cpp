@@ -16,6 +16,7 @@ namespace
 
 constexpr char byteOrderMark[] = "\xef\xbb\xbf";
 constexpr int byteOrderMarkSize = 3;
+constexpr int longestLine = 65536; // bytes; a list as long as the file would take fifty times its size in memory
 
 bool isBlank(char letter)
 {
@@ -78,8 +79,9 @@ public:
             ++start;
         if (start < end && m_bytes.at(start) != ';')
             readShape(line, start, end);
-        if (line.kind != Line::Kind::Nothing && end == m_bytes.size())
-            line.kind = Line::Kind::Broken; // without its end: there may have been more of it
+        // Without its end there may have been more of it.
+        if (line.kind != Line::Kind::Nothing && (end == m_bytes.size() || end - start > longestLine))
+            line.kind = Line::Kind::Broken;
         return line;
     }
 

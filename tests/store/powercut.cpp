@@ -2,13 +2,16 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
+#include <QtCore/QTemporaryFile>
 #include <QtCore/QVector>
 
 #include <csignal>
+#include <set>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
+#include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,7 +47,54 @@ quint64 systemCallOf(pid_t process)
     return info.entry.nr;
 }
 
-pid_t startTraced(const QStringList &commandLine)
+/// Those that a file, a folder or a lock may refuse. A process without memory is another matter.
+bool mayFail(quint64 systemCall)
+{
+    static const std::set<quint64> others{SYS_brk,
+                                          SYS_mmap,
+                                          SYS_munmap,
+                                          SYS_mprotect,
+                                          SYS_madvise,
+                                          SYS_futex,
+                                          SYS_gettid,
+                                          SYS_getpid,
+                                          SYS_rt_sigaction,
+                                          SYS_rt_sigprocmask,
+                                          SYS_rt_sigreturn,
+                                          SYS_restart_syscall,
+                                          SYS_clock_nanosleep,
+                                          SYS_kill};
+    return others.count(systemCall) == 0;
+}
+
+/// At its entry: the kernel gets the number of no system call.
+void skipSystemCall(pid_t process)
+{
+#if defined(__x86_64__)
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, process, 0, &registers);
+    registers.orig_rax = ~0ULL;
+    ptrace(PTRACE_SETREGS, process, 0, &registers);
+#else
+    Q_UNUSED(process)
+#endif
+}
+
+/// At its exit.
+void setError(pid_t process, int error)
+{
+#if defined(__x86_64__)
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, process, 0, &registers);
+    registers.rax = static_cast<unsigned long long>(-static_cast<long long>(error));
+    ptrace(PTRACE_SETREGS, process, 0, &registers);
+#else
+    Q_UNUSED(process)
+    Q_UNUSED(error)
+#endif
+}
+
+pid_t startTraced(const QStringList &commandLine, const QString &output = QStringLiteral("/dev/null"))
 {
     QList<QByteArray> words;
     for (const QString &word : commandLine)
@@ -56,12 +106,27 @@ pid_t startTraced(const QStringList &commandLine)
     const pid_t process = fork();
     if (process != 0)
         return process;
-    const int nowhere = open("/dev/null", O_RDWR);
-    dup2(nowhere, STDOUT_FILENO);
-    dup2(nowhere, STDERR_FILENO);
+    const int file = open(QFile::encodeName(output).constData(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    dup2(file, STDOUT_FILENO);
+    dup2(file, STDERR_FILENO);
+    // The leak detector cannot work in a process that is traced already.
+    setenv("ASAN_OPTIONS", QByteArray(qgetenv("ASAN_OPTIONS") + ":detect_leaks=0").constData(), 1);
     if (ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
         execv(arguments.first(), arguments.data());
     _exit(127);
+}
+
+/// Lets it run to its next stop by itself; false when it ended.
+bool runToStop(pid_t process)
+{
+    Stop stop = Stop::Other;
+    while (stop != Stop::Stopped) {
+        ptrace(PTRACE_CONT, process, 0, 0);
+        stop = waitForStop(process);
+        if (stop == Stop::Ended)
+            return false;
+    }
+    return true;
 }
 
 void killProcess(pid_t process)
@@ -78,15 +143,11 @@ int powercut::runAndKillAt(int systemCall, const QStringList &commandLine, const
     if (process < 0 || waitForStop(process) == Stop::Ended)
         return -1;
     ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    Stop stop = Stop::Other;
-    while (stop != Stop::Stopped) {
-        ptrace(PTRACE_CONT, process, 0, 0);
-        stop = waitForStop(process);
-        if (stop == Stop::Ended)
-            return -1;
-    }
+    if (!runToStop(process))
+        return -1;
     if (whileStopped)
         whileStopped();
+    Stop stop = Stop::Other;
     int count = 0;
     while (count < systemCall) {
         ptrace(PTRACE_SYSCALL, process, 0, 0);
@@ -101,4 +162,44 @@ int powercut::runAndKillAt(int systemCall, const QStringList &commandLine, const
     }
     killProcess(process);
     return count;
+}
+
+powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped)
+{
+    FaultyRun run;
+    QTemporaryFile output;
+    if (!output.open())
+        return run;
+    const pid_t process = startTraced(commandLine, output.fileName());
+    if (process < 0 || waitForStop(process) == Stop::Ended)
+        return run;
+    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    if (!runToStop(process))
+        return run;
+    int count = 0;
+    bool isFailing = false;
+    for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
+        ptrace(PTRACE_SYSCALL, process, 0, 0);
+        stop = waitForStop(process);
+        if (stop == Stop::Ended)
+            return run;
+        if (stop == Stop::EntersSystemCall && mayFail(systemCallOf(process))) {
+            ++count;
+            isFailing = count == fault.systemCall || (fault.isForEver && count > fault.systemCall);
+            if (isFailing && systemCallOf(process) != SYS_close) // which gives the descriptor back also where it fails
+                skipSystemCall(process);
+        } else if (stop == Stop::Other && isFailing) {
+            setError(process, fault.error);
+            isFailing = false;
+        }
+    }
+    whileStopped();
+    ptrace(PTRACE_CONT, process, 0, 0);
+    int status = 0;
+    while (waitpid(process, &status, 0) == process && WIFSTOPPED(status))
+        ptrace(PTRACE_CONT, process, 0, WSTOPSIG(status));
+    run.systemCalls = count;
+    run.hasEndedWell = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    run.output = QString::fromUtf8(output.readAll());
+    return run;
 }

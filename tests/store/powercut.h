@@ -1,11 +1,12 @@
 #pragma once
 
+#include <QtCore/QString>
 #include <QtCore/QStringList>
 
 #include <functional>
 #include <limits>
 
-/// Kills a process at a system call of its choice.
+/// Kills a process at a system call, or lets a system call of it fail.
 namespace powercut
 {
 
@@ -20,5 +21,23 @@ constexpr int never = std::numeric_limits<int>::max();
  * traced or ended before.
  */
 int runAndKillAt(int systemCall, const QStringList &commandLine, const std::function<void()> &whileStopped = {});
+
+/// What a failing system call is replaced by: it is not made, and gives the error.
+struct Fault
+{
+    int systemCall = never; ///< the n-th after the first stop, counted from 1, of those that have to do with files
+    int error = 0; ///< ENOSPC, EIO ...
+    bool isForEver = false; ///< all that come after it before the second stop fail, too
+};
+
+struct FaultyRun
+{
+    int systemCalls = -1; ///< that could have failed, between the stops; -1 where the program could not be traced or ended before
+    bool hasEndedWell = false; ///< exit status 0
+    QString output; ///< its standard output and error output
+};
+
+/// Runs the program that stops itself twice to its end, with one fault between the stops. Calls whileStopped() at the second stop.
+FaultyRun runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped);
 
 } // namespace powercut

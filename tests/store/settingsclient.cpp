@@ -6,8 +6,13 @@
  *   value GROUP KEY                  "TYPE TEXT" of the stored value, or "default"
  *   save GROUP KEY TYPE TEXT         saves one value; TYPE is a name of QMetaType ("int", "float", ...)
  *   count KEY N                      says "counting" and saves Volume/KEY = 1, 2, ... N
+ *   count-until MICROSECONDS KEY     saves Volume/KEY = 1, 2, ... until a signal kills it after so long
+ *   memory                           makes a store and prints how many kilobytes more the process has then had at most
+ *   fork-while-saving                saves for a second while another thread makes children that live on, says
+ *                                    how many, and waits with them
  *   latency N                        how long each of N saves took, as "p50 MICROSECONDS p99 MICROSECONDS"
  *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
+ *   save-and-go-on KEY TEXT          the same, then prints "value TEXT" as it reads the key, and saves Volume/later = 1
  *   save-named KEY TEXT              the same as if the file system had no unnamed files (O_TMPFILE)
  *   steps STEP...                    in one process that keeps its store; a STEP is one of
  *       GROUP/KEY=NUMBER             saves it
@@ -33,10 +38,12 @@
 #include <QtCore/QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstddef>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -44,7 +51,9 @@
 #include <linux/seccomp.h>
 #include <sys/file.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace
@@ -128,6 +137,60 @@ void measureLatency(int saves)
     output() << "p50 " << percentile(50) << " p99 " << percentile(99) << '\n';
 }
 
+/// The signal is one that nobody handles: it ends the process wherever it is.
+void countUntil(int microseconds, const QString &key)
+{
+    audio::AudioDataBase store;
+    const itimerval timer = {{0, 0}, {microseconds / 1000000, microseconds % 1000000}};
+    setitimer(ITIMER_REAL, &timer, nullptr);
+    for (int value = 1;; ++value)
+        store.save(QStringLiteral("Volume"), key, value);
+}
+
+long highestMemory()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+void printMemory()
+{
+    const long before = highestMemory();
+    {
+        audio::AudioDataBase store;
+        store.setEqType(3);
+    }
+    output() << highestMemory() - before << '\n';
+}
+
+void forkWhileSaving()
+{
+    audio::AudioDataBase store;
+    std::atomic_bool isEnding{false};
+    std::vector<pid_t> children;
+    std::thread maker([&] {
+        while (!isEnding) {
+            const pid_t child = fork();
+            if (child == 0) {
+                prctl(PR_SET_PDEATHSIG, SIGKILL);
+                for (;;)
+                    pause();
+            }
+            children.push_back(child);
+            usleep(10000);
+        }
+    });
+    QElapsedTimer timer;
+    timer.start();
+    for (int value = 0; timer.elapsed() < 1000; ++value)
+        store.setEqType(value);
+    isEnding = true;
+    maker.join();
+    output() << "children " << children.size() << Qt::endl;
+    pause();
+}
+
 void saveBetweenStops(const QString &key, const QString &text)
 {
     audio::AudioDataBase store;
@@ -136,6 +199,18 @@ void saveBetweenStops(const QString &key, const QString &text)
     kill(self, SIGSTOP);
     store.save(group, key, text);
     kill(self, SIGSTOP);
+}
+
+void saveAndGoOn(const QString &key, const QString &text)
+{
+    audio::AudioDataBase store;
+    const QString group = QStringLiteral("Volume");
+    const pid_t self = getpid();
+    kill(self, SIGSTOP);
+    store.save(group, key, text);
+    kill(self, SIGSTOP);
+    output() << "value " << store.data(group, key, QStringLiteral("default")).toString() << Qt::endl;
+    store.save(group, QStringLiteral("later"), 1);
 }
 
 /// openat() with O_TMPFILE fails from now on in this process.
@@ -240,6 +315,14 @@ int main(int argc, char **argv)
         if (isNamed && !refuseUnnamedFiles())
             return 1;
         saveBetweenStops(words.at(2), words.at(3));
+    } else if (command == QLatin1String("save-and-go-on") && argc == 4) {
+        saveAndGoOn(words.at(2), words.at(3));
+    } else if (command == QLatin1String("count-until") && argc == 4) {
+        countUntil(words.at(2).toInt(), words.at(3));
+    } else if (command == QLatin1String("memory") && argc == 2) {
+        printMemory();
+    } else if (command == QLatin1String("fork-while-saving") && argc == 2) {
+        forkWhileSaving();
     } else if (command == QLatin1String("steps") && argc > 2) {
         takeSteps(words.mid(2));
     } else if (command == QLatin1String("come-and-go")) {

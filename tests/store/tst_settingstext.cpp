@@ -1,6 +1,7 @@
 #include "flash.h"
 #include "settingscodec.h"
 #include "settingstext.h"
+#include "storetest.h"
 
 #include <program.h>
 
@@ -327,11 +328,7 @@ void SettingsTextTest::leavesOutDamagedLines()
 /// Only a damaged line that now has the name of another key counts in its place, as the later of two lines always does.
 void SettingsTextTest::randomChanges()
 {
-#if defined(NDEBUG)
-    const int changes = program::isEmulated() ? 5000 : 100000;
-#else
-    const int changes = 10000; // sanitizers are slow
-#endif
+    const int changes = program::isEmulated() ? 5000 : isFast ? 100000 : 10000;
     const QByteArray whole = flash::fullSettings() + R"(Gain=@Variant(\0\0\0\x87@`\0\0))" + '\n';
     struct Entry
     {
