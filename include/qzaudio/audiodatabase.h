@@ -17,14 +17,16 @@ namespace audio
  * The settings store and the fixed status and channel tables.
  *
  * Settings live in the INI file "/media/flash/nvm/audioData.db". Every save() rewrites the file at once, safely against power
- * cuts and against other processes that use this library; getters answer from memory, except getAutoMicGain() and
- * getHandsfreeDelay(), which read the file each time.
+ * cuts, against every error of the flash, and against other processes that use this library or QSettings; getters answer from memory,
+ * except getAutoMicGain() and getHandsfreeDelay(), which read the file each time.
  *
- * A save blocks for as long as the flash needs, and while another process writes; behind one that hangs, up to 30 seconds. Failures
- * reach no caller but clear()'s: a value that a full flash did not take is tried again by later calls, and the log says "file not
- * exists!!!" when no file is left behind. Where a lock file lies in the way that cannot be removed, the value is not written, now
- * or later: a line at critical level says that the file "is blocked by a lock file that cannot be removed". Memory has the new
- * value in both cases.
+ * A save blocks for as long as the flash needs, and while another process writes: at most one second, and not again for one that hangs.
+ * Reading waits for nobody. Failures reach no caller but clear()'s. A value that could not be written is what this process reads from then on;
+ * it goes with the process's next save of any key, or with the end of a store, unless another process has written its key since. The log says
+ * at critical level why, and what waits, once for each reason; and "file not exists!!!" when no file is left behind.
+ *
+ * Whatever is in the file, it ends no process and makes none large. Lines that cannot be read are left out; before the next save replaces it,
+ * such a file is kept as "/media/flash/nvm/audioData.db.damaged". More than 1 MB is not read.
  *
  * No index reaches memory outside its array: outside the range it reads as 0 and changes no value in memory.
  *
@@ -35,15 +37,17 @@ class QZAUDIO_EXPORT AudioDataBase : public QObject
     Q_OBJECT
 
 public:
-    /// Reads all settings. The home screen's type decides the volume defaults: 25 for type 7, else 20 and, for type 5, 15.
+    /// Reads all settings, and cleans up behind writers that died. The home screen's type decides the volume defaults: 25 for type 7, else 20
+    /// and, for type 5, 15.
     explicit AudioDataBase(QObject *parent = nullptr);
+    /// Tries for the last time to write what waits; a line at critical level names what is lost.
     ~AudioDataBase() override;
 
     /**
      * The stored value of GROUP/KEY as the file has it now, or the default when file or key is missing.
      *
-     * A value of this process that could not be written yet (full flash) is what it shows, and is tried again by this call. Should
-     * a lock file that cannot be removed lie in the way of that, it gives the default, with a line at critical level.
+     * A value of this process that waits to be written is what it gives, unless another process has written the key since. Where the file
+     * cannot be read it gives the default, with a line at critical level.
      */
     QVariant data(QString group, QString key, QVariant defaultValue);
     /// Writes GROUP/KEY to the file at once. Logs "file not exists!!!" at critical level when no file is there afterwards.
@@ -51,7 +55,7 @@ public:
     /**
      * Removes the file; false, with "fail!!!" at critical level, when that fails.
      *
-     * Only the file: values in memory stay, and it waits for no writer, who may put the file there again.
+     * Only the file: values in memory stay, but nothing waits to be written any more. It waits for no writer, who may put the file there again.
      */
     bool clear();
 

@@ -49,8 +49,8 @@ public:
     /**
      * The one manager of the process: made by the first call, which starts up the audio; destroyed at process exit.
      *
-     * The static objects of the program are destroyed before it, so their destructors may use it. Timers do not run any more
-     * then, and Qt's settings may be gone: an operation that saves would crash the process. Save before main() returns.
+     * The static objects of the program are destroyed before it, so their destructors may use it, also to save. Timers do not run any more
+     * then.
      */
     static ZelAudioManager *instance();
 

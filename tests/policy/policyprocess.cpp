@@ -2,6 +2,7 @@
 #include <platform.h>
 #include <virtualclock.h>
 
+#include <qzaudio/audiodatabase.h>
 #include <qzaudio/audiomanager.h>
 #include <qzaudio/focusrequester.h>
 #include <qzaudio/zelaudiomanager.h>
@@ -162,6 +163,9 @@ int useLate(int argc, char **argv)
             same->setMute(true);
             same->updateAudioStatus(AudioStatusCarPlayTelephony);
             printCalls();
+            same->setMicInputValue(33); // which is saved
+            std::printf("saved %d\n", audio::AudioDataBase().micInputValue());
+            simulator::Platform::instance()->journal()->clear();
         });
     } else if (std::strcmp(argv[2], "focus") == 0) {
         AudioManager::instance()->requestAudioFocus(3, AUDIOFOCUS_GAIN, &lateClient);

@@ -449,6 +449,7 @@ void tst_ZelAudioManager_StartUp::usedByStaticObject_data()
                                     QStringLiteral("Volume.muteTrack(\"main\", 0) -> 0"),
                                     QStringLiteral("Volume.muteTrack(\"alternative\", 0) -> 0"),
                                     trackVolume("S+CarPlayTelephony", 120),
+                                    QStringLiteral("saved 33"),
                                     QStringLiteral("client is gone"),
                                     QStringLiteral("manager is gone"), // destroyed at exit nevertheless
                                 };

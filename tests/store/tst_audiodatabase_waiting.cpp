@@ -3,6 +3,7 @@
 #include "storetest.h"
 
 #include <qzaudio/audiodatabase.h>
+#include <qzaudio/zelaudiomanager.h>
 
 #include <QtTest/QtTest>
 
@@ -55,6 +56,7 @@ class WaitingTest : public StoreTest
 
 private Q_SLOTS:
     void hangingWriter();
+    void startOfTheManager();
     void givesWayToANewerValue();
     void aReadWritesNothing();
     void theEndOfTheStoreWrites();
@@ -88,7 +90,7 @@ void WaitingTest::hangingWriter()
     timer.restart();
     store.savevolume(); // six saves
     QVERIFY2(timer.restart() < promptlyMs(), "a holder is waited for once");
-    QTest::qWait(1100);
+    QTest::qWait(1100); // the other process waits in real time, and so does the kernel
     timer.restart();
     store.setEqType(5);
     QVERIFY2(timer.restart() < promptlyMs(), "also later");
@@ -109,6 +111,26 @@ void WaitingTest::hangingWriter()
     const QStringList lines = log->takeTexts();
     QCOMPARE(lines.size(), 1);
     QVERIFY(lines.constFirst().contains(QLatin1String("is written again, with what waited: Volume/0 ")));
+}
+
+/// It saves four settings, and the volume key that follows saves another one.
+void WaitingTest::startOfTheManager()
+{
+    flash::setContent(flash::fullSettings());
+    const auto holder = settingsprocess::start({QStringLiteral("hold-lock")});
+    QElapsedTimer timer;
+    timer.start();
+    ZelAudioManager manager;
+    QVERIFY2(timer.elapsed() < (program::isEmulated() ? 6000 : 3000), qPrintable(QString::number(timer.elapsed())));
+    timer.restart();
+    manager.setVolume(ZelAudioTypeMedia, 9, true);
+    QVERIFY2(timer.elapsed() < longestSaveMs(), qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(flash::content(), flash::fullSettings());
+    holder->kill();
+    QVERIFY(holder->waitForFinished());
+    manager.setMicInputValue(33);
+    QCOMPARE(flash::entries().value("Volume/0"), QByteArray("9"));
+    QCOMPARE(flash::entries().value("Volume/VolumeMic"), QByteArray("33"));
 }
 
 /// Whoever wrote the key after this process had wanted to, wrote what the user wants now.
