@@ -7,6 +7,7 @@
 #include "audioserviceadaptor.h"
 #include "focusservice.h"
 #include "options.h"
+#include "receivelimits.h"
 #include "stopsignals.h"
 
 #include <QtCore/QCoreApplication>
@@ -43,6 +44,8 @@ int serve(const Options &options)
     QDBusConnection bus = options.systemBus ? QDBusConnection::systemBus() : QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return fail(QStringLiteral("there is no bus: ") + bus.lastError().message());
+    if (!liftReceiveLimits(bus))
+        print(stderr, QStringLiteral("qzaudio-focusd: a message that is very large will stop the service\n"));
 
     FocusService service(bus, options.megaBaseCount, options.volume ? FocusService::Volume::Served : FocusService::Volume::Absent);
     new AudioServiceAdaptor(&service); // a child

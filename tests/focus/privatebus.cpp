@@ -16,7 +16,11 @@ const char configuration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD 
 </busconfig>
 )";
 
+/// As on every session bus: what an attack needs, too.
 const char allowAll[] = R"(
+  <limit name="max_incoming_bytes">1000000000</limit>
+  <limit name="max_outgoing_bytes">1000000000</limit>
+  <limit name="max_message_size">1000000000</limit>
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
