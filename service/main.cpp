@@ -6,9 +6,12 @@
 
 #include "audioserviceadaptor.h"
 #include "focusservice.h"
+#include "heartbeat.h"
 #include "options.h"
 #include "receivelimits.h"
+#include "servicemanager.h"
 #include "stopsignals.h"
+#include "watchdog.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QLoggingCategory>
@@ -16,7 +19,10 @@
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
+#include <unistd.h>
 
 namespace
 {
@@ -25,6 +31,7 @@ enum ExitStatus : int {
     Stopped = 0,
     NoBus = 1, ///< no bus, the name is taken, or the bus has gone
     UsageError = 2,
+    Hung = 3, ///< ended by the watchdog
 };
 
 void print(std::FILE *stream, const QString &text)
@@ -37,6 +44,36 @@ ExitStatus fail(const QString &message)
 {
     print(stderr, QStringLiteral("qzaudio-focusd: ") + message + QLatin1Char('\n'));
     return NoBus;
+}
+
+/// On the watchdog's thread: takes nothing that a thread which hangs may hold, such as the stream's lock.
+[[noreturn]] void endHungProcess(const QByteArray &message)
+{
+    const ssize_t written = ::write(STDERR_FILENO, message.constData(), static_cast<std::size_t>(message.size()));
+    Q_UNUSED(written)
+    ::_exit(Hung);
+}
+
+std::unique_ptr<Watchdog> watchdogOf(const Options &options)
+{
+    if (options.watchdogSeconds == 0)
+        return nullptr;
+    const QByteArray message
+        = QStringLiteral("qzaudio-focusd: hangs, nothing from the bus came through for %1 s; ending\n").arg(options.watchdogSeconds).toLocal8Bit();
+    return std::make_unique<Watchdog>(std::chrono::seconds(options.watchdogSeconds), [message] { endHungProcess(message); });
+}
+
+/// Several beats within the shortest time after which somebody loses patience.
+int heartbeatMs(const Options &options)
+{
+    constexpr int msPerSecond = 1000;
+    constexpr int beats = 4;
+    int interval = 5 * msPerSecond;
+    if (options.watchdogSeconds > 0)
+        interval = std::min(interval, options.watchdogSeconds * msPerSecond / beats);
+    if (servicemanager::watchdogMs() > 0)
+        interval = std::min(interval, std::max(servicemanager::watchdogMs() / beats, 1));
+    return interval;
 }
 
 int serve(const Options &options)
@@ -64,6 +101,14 @@ int serve(const Options &options)
                 QStringLiteral("Disconnected"),
                 QCoreApplication::instance(),
                 SLOT(quit()));
+    const std::unique_ptr<Watchdog> watchdog = watchdogOf(options);
+    const Heartbeat heartbeat(bus, heartbeatMs(options));
+    QObject::connect(&heartbeat, &Heartbeat::beat, &heartbeat, [&watchdog] {
+        if (watchdog)
+            watchdog->feed();
+        if (servicemanager::watchdogMs() > 0)
+            servicemanager::sayAlive();
+    });
     const StopSignals stopSignals;
     print(stdout, QStringLiteral("serving %1 at %2\n").arg(options.name, options.path));
     QCoreApplication::exec();

@@ -10,6 +10,8 @@
 namespace
 {
 
+constexpr int longestWatchdog = 86400; // s, a day
+
 bool matches(const QString &text, const char *pattern)
 {
     return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(pattern))).match(text).hasMatch();
@@ -39,8 +41,10 @@ Options Options::parse(const QStringList &arguments)
     const QCommandLineOption megaBasesOption(QStringLiteral("mega-bases"), QString(), QStringLiteral("COUNT"));
     const QCommandLineOption noVolumeOption(QStringLiteral("no-volume"));
     const QCommandLineOption logOption(QStringLiteral("log"));
+    const QCommandLineOption watchdogOption(QStringLiteral("watchdog"), QString(), QStringLiteral("SECONDS"));
     QCommandLineParser parser;
-    parser.addOptions({helpOption, versionOption, sessionOption, systemOption, nameOption, pathOption, megaBasesOption, noVolumeOption, logOption});
+    parser.addOptions(
+        {helpOption, versionOption, sessionOption, systemOption, nameOption, pathOption, megaBasesOption, noVolumeOption, logOption, watchdogOption});
 
     Options options;
     const auto complain = [&options](const QString &text) {
@@ -72,6 +76,12 @@ Options Options::parse(const QStringList &arguments)
         if (options.megaBaseCount < 1)
             return complain(QStringLiteral("--mega-bases is a number from 1 to %1.").arg(std::numeric_limits<int>::max()));
     }
+    if (parser.isSet(watchdogOption)) {
+        bool isNumber = false;
+        options.watchdogSeconds = parser.value(watchdogOption).toInt(&isNumber);
+        if (!isNumber || options.watchdogSeconds < 0 || options.watchdogSeconds > longestWatchdog)
+            return complain(QStringLiteral("--watchdog is a number from 0 to %1.").arg(longestWatchdog));
+    }
     options.volume = !parser.isSet(noVolumeOption);
     options.log = parser.isSet(logOption);
     return options;
@@ -92,6 +102,8 @@ QString Options::help()
                           "  --no-volume         leaves volume and mute to others: isVolumeAvailable() is false, volumeLevel()\n"
                           "                      and isVolumeMute() give the error NotSupported\n"
                           "  --log               prints the library's own log lines, too\n"
+                          "  --watchdog SECONDS  ends the process when it does not get through to the bus for so long, %8 by\n"
+                          "                      default; 0 never does\n"
                           "  -h, --help          shows this text\n"
                           "  -v, --version       shows the version\n"
                           "\n"
@@ -116,11 +128,12 @@ QString Options::help()
                           "  Kept while the service runs; 0 at first.\n"
                           "\n"
                           "Exit status: 0 told to stop (SIGTERM, SIGINT); 1 no bus, the name is taken, or the bus has gone;\n"
-                          "2 a mistake on the command line.\n")
+                          "2 a mistake on the command line; 3 ended by the watchdog.\n")
         .arg(defaults.name, defaults.path)
         .arg(defaults.megaBaseCount)
         .arg(ClientRegistry::maximumIdLength)
         .arg(ClientRegistry::maximumClientsOfConnection)
         .arg(ClientRegistry::maximumClients)
-        .arg(ClientRegistry::maximumConnections);
+        .arg(ClientRegistry::maximumConnections)
+        .arg(defaults.watchdogSeconds);
 }

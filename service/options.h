@@ -17,6 +17,7 @@ struct Options
     int megaBaseCount = 4;
     bool volume = true;
     bool log = false;
+    int watchdogSeconds = 30; ///< 0: none
 
     /// @param arguments without the program's name
     static Options parse(const QStringList &arguments);

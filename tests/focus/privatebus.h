@@ -35,6 +35,7 @@ public:
     /// A new connection, with a unique name of its own; closed with the bus or by disconnect().
     QDBusConnection connect();
     void disconnect(const QDBusConnection &connection);
+    pid_t processId() const { return static_cast<pid_t>(m_daemon.processId()); }
     /// Ends the daemon.
     bool stop() { return m_daemon.stop(); }
 

@@ -189,6 +189,10 @@ void FocusServiceTest::options_data()
     QTest::newRow("fewer") << list("--mega-bases -1") << complain << none;
     QTest::newRow("no number") << list("--mega-bases many") << complain << none;
     QTest::newRow("too many") << list("--mega-bases 2147483648") << complain << none;
+    QTest::newRow("no watchdog") << list("--watchdog 0") << serve << QStringLiteral("session tavi.AudioService /tavi/AudioService 4 volume quiet");
+    QTest::newRow("negative watchdog") << list("--watchdog -1") << complain << none;
+    QTest::newRow("watchdog, no number") << list("--watchdog soon") << complain << none;
+    QTest::newRow("watchdog beyond a day") << list("--watchdog 86401") << complain << none;
 }
 
 void FocusServiceTest::options()
@@ -220,6 +224,8 @@ void FocusServiceTest::help()
                              "--mega-bases COUNT",
                              "--no-volume",
                              "--log",
+                             "--watchdog SECONDS",
+                             "30 by",
                              "--help",
                              "--version",
                              "tavi.AudioService by default",
