@@ -6,6 +6,7 @@
 
 #include "audioserviceadaptor.h"
 #include "focusservice.h"
+#include "heap.h"
 #include "heartbeat.h"
 #include "options.h"
 #include "receivelimits.h"
@@ -108,6 +109,7 @@ int serve(const Options &options)
             watchdog->feed();
         if (servicemanager::watchdogMs() > 0)
             servicemanager::sayAlive();
+        heap::trim();
     });
     const StopSignals stopSignals;
     print(stdout, QStringLiteral("serving %1 at %2\n").arg(options.name, options.path));
@@ -119,6 +121,7 @@ int serve(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    heap::returnLargeBlocks();
     StopSignals::block();
     QCoreApplication application(argc, argv);
     const Options options = Options::parse(QCoreApplication::arguments().mid(1));

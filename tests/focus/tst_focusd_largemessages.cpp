@@ -3,6 +3,7 @@
 
 #include <program.h>
 
+#include <QtDBus/QDBusMessage>
 #include <QtTest/QtTest>
 
 namespace
@@ -20,6 +21,8 @@ class LargeMessagesTest : public DaemonTest
 private Q_SLOTS:
     void whileItIsBusy_data();
     void whileItIsBusy();
+    void memoryComesBack_data();
+    void memoryComesBack();
 };
 
 void LargeMessagesTest::whileItIsBusy_data()
@@ -65,6 +68,49 @@ void LargeMessagesTest::whileItIsBusy()
     }
     QCOMPARE(client.result(client.proxy().getCurrentAudioFocus()), QStringLiteral("2"));
     QCOMPARE(sender.request(QStringLiteral("B"), 3), QStringLiteral("0"));
+}
+
+void LargeMessagesTest::memoryComesBack_data()
+{
+    using Arguments = QVariantList;
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<Arguments>("arguments");
+    QTest::addColumn<QString>("error");
+    const QString large(31 * oneMegabyte, QLatin1Char('x'));
+    const QString small(20, QLatin1Char('x'));
+    QStringList many;
+    for (int number = 0; number < oneMegabyte; ++number)
+        many.append(small);
+    QTest::newRow("a name") << QStringLiteral("abandonAudioFocus") << Arguments{large} << QStringLiteral("InvalidArgs");
+    QTest::newRow("a name to request with") << QStringLiteral("requestAudioFocus") << Arguments{3, 1, large} << QStringLiteral("InvalidArgs");
+    QTest::newRow("other arguments") << QStringLiteral("abandonAudioFocus") << Arguments{many} << QStringLiteral("UnknownMethod");
+    QTest::newRow("another method") << QStringLiteral("playAudio") << Arguments{large} << QStringLiteral("UnknownMethod");
+}
+
+void LargeMessagesTest::memoryComesBack()
+{
+    QFETCH(QString, member);
+    QFETCH(QVariantList, arguments);
+    QFETCH(QString, error);
+    startDaemon({QStringLiteral("--watchdog"), QStringLiteral("8")}); // looks after its memory as often as that asks for
+    FocusClientConnection client(*bus);
+    QCOMPARE(client.request(QStringLiteral("A"), 2), QStringLiteral("0"));
+    const qint64 before = residentKilobytes();
+    QVERIFY(before > 0);
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        QStringLiteral("tavi.AudioService"), QStringLiteral("/tavi/AudioService"), QStringLiteral("tavi.AudioService"), member);
+    message.setArguments(arguments);
+    for (int repetition = 0; repetition < 3; ++repetition)
+        QCOMPARE(client.result(QDBusPendingReply<>(client.connection().asyncCall(message))), error);
+    QCOMPARE(client.result(client.proxy().getCurrentAudioFocus()), QStringLiteral("2"));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep memory of their own
+    if (program::isEmulated())
+        QSKIP("What the emulator keeps of memory says nothing about the daemon");
+    constexpr int slack = 30 * 1024; // KiB
+    constexpr int soon = 10000; // ms
+    const bool isBack = QTest::qWaitFor([&] { return residentKilobytes() - before < slack; }, soon);
+    QVERIFY2(isBack, QByteArray::number(residentKilobytes() - before).constData());
+#endif
 }
 
 QTEST_GUILESS_MAIN(LargeMessagesTest)
