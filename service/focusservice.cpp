@@ -1,5 +1,7 @@
 #include "focusservice.h"
 
+#include "report.h"
+
 #include <qzaudio/focusrequester.h>
 
 #include <QtDBus/QDBusConnectionInterface>
@@ -8,18 +10,29 @@
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
 
+#include <unistd.h>
+
 namespace
 {
 
 constexpr int failed = 1;
 
+/// The client whose focus nobody takes.
+QString callId()
+{
+    return QStringLiteral("IN_VOICE_COMM_FOCUS_ID");
+}
+
 } // namespace
 
-FocusService::FocusService(const QDBusConnection &bus, int megaBaseCount, Volume volume, QObject *parent)
+FocusService::FocusService(const QDBusConnection &bus, const Options &options, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
-    , m_volume(volume == Volume::Served ? std::make_unique<VolumeSource>() : nullptr)
-    , m_megaBaseCount(megaBaseCount)
+    , m_callers(bus)
+    , m_registry(::geteuid())
+    , m_callUsers(options.callUsers)
+    , m_volume(options.volume ? std::make_unique<VolumeSource>() : nullptr)
+    , m_megaBaseCount(options.megaBaseCount)
 {
     m_departures.setConnection(m_bus);
     m_departures.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -33,15 +46,20 @@ FocusService::~FocusService() = default;
 
 int FocusService::requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId)
 {
-    const QString connection = caller();
-    if (!isAllowed(m_registry.mayRequest(connection, clientId)))
+    const ClientRegistry::Caller caller{this->caller(), m_callers.credentials(this->caller()).user};
+    if (!isAllowed(m_registry.mayRequest(caller, clientId)))
+        return failed;
+    const bool isCall = clientId == callId();
+    if (isCall && !mayCall(caller.user))
         return failed;
     if (durationHint < AUDIOFOCUS_GAIN || durationHint > AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE)
         return failed;
     const int result = m_focus.requestAudioFocus(mainStreamType, durationHint, clientId);
     if (result != failed) {
-        watch(connection);
-        m_registry.add(connection, clientId);
+        if (isCall && !m_registry.hasClient(clientId))
+            report(QStringLiteral("a call has focus, from %1").arg(m_callers.description(caller.connection)));
+        watch(caller);
+        m_registry.add(caller, clientId);
     }
     return result;
 }
@@ -50,6 +68,8 @@ int FocusService::abandonAudioFocus(const QString &clientId)
 {
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return failed;
+    if (clientId == callId())
+        reportEndOfCall();
     m_registry.remove(clientId);
     return m_focus.abandonAudioFocus(clientId);
 }
@@ -58,6 +78,8 @@ void FocusService::unregisterAudioFocusClient(const QString &clientId)
 {
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return;
+    if (clientId == callId())
+        reportEndOfCall();
     m_registry.remove(clientId);
     m_focus.unregisterAudioFocusClient(clientId);
 }
@@ -122,6 +144,11 @@ bool FocusService::isAllowed(ClientRegistry::Answer answer) const
     case Answer::TooManyOfConnection:
         text = QStringLiteral("A connection has at most %1 clients").arg(ClientRegistry::maximumClientsOfConnection);
         break;
+    case Answer::TooManyOfUser:
+        text = QStringLiteral("A user has at most %1 clients and %2 connections with clients")
+                   .arg(ClientRegistry::maximumClientsOfUser)
+                   .arg(ClientRegistry::maximumConnectionsOfUser);
+        break;
     case Answer::TooMany:
         text = QStringLiteral("There are too many clients");
         break;
@@ -131,6 +158,23 @@ bool FocusService::isAllowed(ClientRegistry::Answer answer) const
     return false;
 }
 
+/// Sends the error for a user who may not.
+bool FocusService::mayCall(uint user) const
+{
+    if (m_callUsers.isEmpty() || m_callUsers.contains(user))
+        return true;
+    if (calledFromDBus())
+        sendErrorReply(QDBusError::AccessDenied, QStringLiteral("User %1 may not request focus for a call").arg(user));
+    return false;
+}
+
+/// To be called while it is still known whose call it is.
+void FocusService::reportEndOfCall()
+{
+    if (m_registry.hasClient(callId()))
+        report(QStringLiteral("the call has no focus any more, from %1").arg(m_callers.description(m_registry.owner(callId()))));
+}
+
 bool FocusService::hasVolume() const
 {
     if (!m_volume && calledFromDBus())
@@ -138,12 +182,13 @@ bool FocusService::hasVolume() const
     return m_volume != nullptr;
 }
 
-void FocusService::watch(const QString &connection)
+void FocusService::watch(const ClientRegistry::Caller &caller)
 {
+    const QString connection = caller.connection;
     if (connection.isEmpty() || m_registry.hasConnection(connection))
         return;
-    if (m_registry.isFull())
-        unwatch(m_registry.idleConnection()); // there is one, or the request had been refused
+    if (m_registry.isFull(caller.user))
+        unwatch(m_registry.idleConnection(caller.user)); // there is one, or the request had been refused
     m_departures.addWatchedService(connection);
 
     // It may have left before the bus knew of the watch, and then nothing would ever be heard of it.
@@ -165,6 +210,8 @@ void FocusService::unwatch(const QString &connection)
 void FocusService::onConnectionGone(const QString &connection)
 {
     m_departures.removeWatchedService(connection);
+    if (m_registry.owner(callId()) == connection)
+        reportEndOfCall();
     const QStringList clients = m_registry.takeConnection(connection);
     for (const QString &client : clients)
         m_focus.abandonAudioFocus(client);

@@ -1,7 +1,9 @@
 #ifndef FOCUSSERVICE_H
 #define FOCUSSERVICE_H
 
+#include "callers.h"
 #include "clientregistry.h"
+#include "options.h"
 #include "volumesource.h"
 
 #include <qzaudio/audioservice.h>
@@ -21,6 +23,8 @@
  * - A client id belongs to the connection that requested with it. Other connections get AccessDenied for it.
  * - When a connection leaves the bus, its clients are abandoned, the one that asked last at the end: nobody is given focus who
  *   is gone.
+ * - While the call's client, "IN_VOICE_COMM_FOCUS_ID", is on top nobody else can request, so only some users may request with it;
+ *   others get AccessDenied. Who has it is reported.
  * - Over a limit of ClientRegistry the answer is LimitsExceeded, for an id that is too long InvalidArgs. The stack stays as
  *   it is.
  * - A duration hint outside 1 to 4 is denied with the result 1, as AudioManager denies it.
@@ -32,12 +36,7 @@ class FocusService : public QObject, protected QDBusContext
     Q_OBJECT
 
 public:
-    enum class Volume {
-        Served,
-        Absent, ///< isVolumeAvailable() is false, the other two answer NotSupported
-    };
-
-    FocusService(const QDBusConnection &bus, int megaBaseCount, Volume volume, QObject *parent = nullptr);
+    FocusService(const QDBusConnection &bus, const Options &options, QObject *parent = nullptr);
     ~FocusService() override;
 
     int requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId);
@@ -63,16 +62,20 @@ private:
 
     QString caller() const;
     bool isAllowed(ClientRegistry::Answer answer) const;
+    bool mayCall(uint user) const;
+    void reportEndOfCall();
     bool hasVolume() const;
-    void watch(const QString &connection);
+    void watch(const ClientRegistry::Caller &caller);
     void unwatch(const QString &connection);
     void onConnectionGone(const QString &connection);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_departures;
     AudioService m_focus;
+    Callers m_callers;
     ClientRegistry m_registry;
-    std::unique_ptr<VolumeSource> m_volume; // null: absent
+    QVector<uint> m_callUsers; // empty: everybody
+    std::unique_ptr<VolumeSource> m_volume; // null: isVolumeAvailable() is false, the other two answer NotSupported
     int m_megaBase = 0;
     int m_megaBaseCount;
 };

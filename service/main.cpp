@@ -10,6 +10,7 @@
 #include "heartbeat.h"
 #include "options.h"
 #include "receivelimits.h"
+#include "report.h"
 #include "servicemanager.h"
 #include "stopsignals.h"
 #include "watchdog.h"
@@ -43,7 +44,7 @@ void print(std::FILE *stream, const QString &text)
 
 ExitStatus fail(const QString &message)
 {
-    print(stderr, QStringLiteral("qzaudio-focusd: ") + message + QLatin1Char('\n'));
+    report(message);
     return NoBus;
 }
 
@@ -83,9 +84,9 @@ int serve(const Options &options)
     if (!bus.isConnected())
         return fail(QStringLiteral("there is no bus: ") + bus.lastError().message());
     if (!liftReceiveLimits(bus))
-        print(stderr, QStringLiteral("qzaudio-focusd: a message that is very large will stop the service\n"));
+        report(QStringLiteral("a message that is very large will stop the service"));
 
-    FocusService service(bus, options.megaBaseCount, options.volume ? FocusService::Volume::Served : FocusService::Volume::Absent);
+    FocusService service(bus, options);
     new AudioServiceAdaptor(&service); // a child
     // The object first: once the name is there, calls come.
     if (!bus.registerObject(options.path, &service))
@@ -133,7 +134,7 @@ int main(int argc, char *argv[])
         print(stdout, QStringLiteral("qzaudio-focusd " QZAUDIO_VERSION "\n"));
         return Stopped;
     case Options::Action::Complain:
-        print(stderr, QStringLiteral("qzaudio-focusd: %1 See qzaudio-focusd --help.\n").arg(options.complaint));
+        report(QStringLiteral("%1 See qzaudio-focusd --help.").arg(options.complaint));
         return UsageError;
     case Options::Action::Serve:
         break;

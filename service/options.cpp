@@ -6,6 +6,8 @@
 #include <QtCore/QRegularExpression>
 
 #include <limits>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace
 {
@@ -28,6 +30,19 @@ bool isObjectPath(const QString &text)
     return matches(text, "/|(/[A-Za-z0-9_]+)+");
 }
 
+/// The number of a user who is given by number or name.
+bool findUser(const QString &text, uint *number)
+{
+    bool isNumber = false;
+    *number = text.toUInt(&isNumber);
+    if (isNumber)
+        return true;
+    const passwd *const entry = ::getpwnam(text.toLocal8Bit().constData());
+    if (entry)
+        *number = entry->pw_uid;
+    return entry;
+}
+
 } // namespace
 
 Options Options::parse(const QStringList &arguments)
@@ -42,9 +57,19 @@ Options Options::parse(const QStringList &arguments)
     const QCommandLineOption noVolumeOption(QStringLiteral("no-volume"));
     const QCommandLineOption logOption(QStringLiteral("log"));
     const QCommandLineOption watchdogOption(QStringLiteral("watchdog"), QString(), QStringLiteral("SECONDS"));
+    const QCommandLineOption callUserOption(QStringLiteral("call-user"), QString(), QStringLiteral("USER"));
     QCommandLineParser parser;
-    parser.addOptions(
-        {helpOption, versionOption, sessionOption, systemOption, nameOption, pathOption, megaBasesOption, noVolumeOption, logOption, watchdogOption});
+    parser.addOptions({helpOption,
+                       versionOption,
+                       sessionOption,
+                       systemOption,
+                       nameOption,
+                       pathOption,
+                       megaBasesOption,
+                       noVolumeOption,
+                       logOption,
+                       watchdogOption,
+                       callUserOption});
 
     Options options;
     const auto complain = [&options](const QString &text) {
@@ -82,6 +107,15 @@ Options Options::parse(const QStringList &arguments)
         if (!isNumber || options.watchdogSeconds < 0 || options.watchdogSeconds > longestWatchdog)
             return complain(QStringLiteral("--watchdog is a number from 0 to %1.").arg(longestWatchdog));
     }
+    const QStringList callUsers = parser.values(callUserOption);
+    for (const QString &callUser : callUsers) {
+        uint number = 0;
+        if (!findUser(callUser, &number))
+            return complain(QStringLiteral("There is no user \"%1\".").arg(callUser));
+        options.callUsers.append(number);
+    }
+    if (options.callUsers.isEmpty() && options.systemBus)
+        options.callUsers = {0, ::geteuid()};
     options.volume = !parser.isSet(noVolumeOption);
     options.log = parser.isSet(logOption);
     return options;
@@ -104,6 +138,10 @@ QString Options::help()
                           "  --log               prints the library's own log lines, too\n"
                           "  --watchdog SECONDS  ends the process when it does not get through to the bus for so long, %8 by\n"
                           "                      default; 0 never does\n"
+                          "  --call-user USER    who may request with the id of a call, IN_VOICE_COMM_FOCUS_ID, by name or\n"
+                          "                      number; may be given several times. By default everybody on the session\n"
+                          "                      bus, root and the daemon's own user on the system bus; others get the\n"
+                          "                      error AccessDenied. Who has it is told on the standard error.\n"
                           "  -h, --help          shows this text\n"
                           "  -v, --version       shows the version\n"
                           "\n"
@@ -114,7 +152,9 @@ QString Options::help()
                           "\n"
                           "Limits:\n"
                           "  %4 characters in a client id (else InvalidArgs), %5 clients of a connection, %6 clients and\n"
-                          "  %7 connections with clients together (else LimitsExceeded).\n"
+                          "  %7 connections with clients together (else LimitsExceeded). The daemon's own user and all others\n"
+                          "  together have as many each. Of the others a user has at most %9 clients and %10 connections; the\n"
+                          "  last %11 and %12 are for users with fewer than %13 and %14.\n"
                           "\n"
                           "Volume:\n"
                           "  The level is the media volume in the settings file. The first question for level or mute\n"
@@ -135,5 +175,11 @@ QString Options::help()
         .arg(ClientRegistry::maximumClientsOfConnection)
         .arg(ClientRegistry::maximumClients)
         .arg(ClientRegistry::maximumConnections)
-        .arg(defaults.watchdogSeconds);
+        .arg(defaults.watchdogSeconds)
+        .arg(ClientRegistry::maximumClientsOfUser)
+        .arg(ClientRegistry::maximumConnectionsOfUser)
+        .arg(ClientRegistry::reservedClients)
+        .arg(ClientRegistry::reservedConnections)
+        .arg(ClientRegistry::fewClients)
+        .arg(ClientRegistry::fewConnections);
 }

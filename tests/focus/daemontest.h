@@ -7,6 +7,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 
+#include <limits>
 #include <memory>
 
 /// What the tests of the daemon have in common: each test function has a bus of its own, and a daemon once it starts one.
@@ -27,7 +28,8 @@ protected:
     int waitForEnd();
     /// What the daemon has in memory, or -1.
     qint64 residentKilobytes() const;
-    pid_t daemonProcess() const { return static_cast<pid_t>(daemon->processId()); }
+    /// Without a daemon the number of no process: a signal to 0 would be one to the test itself, and whoever started it.
+    pid_t daemonProcess() const { return daemon->processId() > 0 ? static_cast<pid_t>(daemon->processId()) : std::numeric_limits<pid_t>::max(); }
 
     std::unique_ptr<PrivateBus> bus;
     std::unique_ptr<MortalProcess> daemon;
