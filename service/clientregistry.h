@@ -64,7 +64,6 @@ public:
 
     /// The connection that the client belongs to, or an empty text.
     QString owner(const QString &clientId) const { return m_owners.value(clientId); }
-    bool hasClient(const QString &clientId) const { return m_owners.contains(clientId); }
     bool hasConnection(const QString &connection) const { return m_connections.contains(connection); }
     /// Whether one more connection of this user can be known only in the place of an idle one.
     bool isFull(uint user) const;

@@ -6,7 +6,6 @@
 
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
-#include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
 
@@ -16,6 +15,11 @@ namespace
 {
 
 constexpr int failed = 1;
+
+/// Questions for the volume that may wait: of a connection, of another user than the service's own, of that one.
+constexpr int maximumQuestionsOfConnection = 16;
+constexpr int maximumQuestionsOfUser = 64;
+constexpr int maximumQuestions = 256;
 
 /// The client whose focus nobody takes.
 QString callId()
@@ -31,15 +35,17 @@ FocusService::FocusService(const QDBusConnection &bus, const Options &options, Q
     , m_callers(bus)
     , m_registry(::geteuid())
     , m_callUsers(options.callUsers)
-    , m_volume(options.volume ? std::make_unique<VolumeSource>() : nullptr)
+    , m_volume(options.volume ? std::make_unique<VolumeThread>() : nullptr)
     , m_megaBaseCount(options.megaBaseCount)
 {
     m_departures.setConnection(m_bus);
     m_departures.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     connect(&m_departures, &QDBusServiceWatcher::serviceUnregistered, this, &FocusService::onConnectionGone);
     connect(&m_focus, &AudioService::audioFocusChanged, this, &FocusService::audioFocusChanged);
-    if (m_volume)
-        connect(m_volume.get(), &VolumeSource::changed, this, &FocusService::volumeChanged);
+    if (m_volume) {
+        connect(m_volume.get(), &VolumeThread::answered, this, &FocusService::onVolumeAnswered);
+        connect(m_volume.get(), &VolumeThread::changed, this, &FocusService::volumeChanged);
+    }
 }
 
 FocusService::~FocusService() = default;
@@ -56,8 +62,10 @@ int FocusService::requestAudioFocus(int mainStreamType, int durationHint, const 
         return failed;
     const int result = m_focus.requestAudioFocus(mainStreamType, durationHint, clientId);
     if (result != failed) {
-        if (isCall && !m_registry.hasClient(clientId))
-            report(QStringLiteral("a call has focus, from %1").arg(m_callers.description(caller.connection)));
+        if (isCall && m_call.isEmpty()) {
+            m_call = m_callers.description(caller.connection);
+            report(QStringLiteral("a call has focus, from %1").arg(m_call));
+        }
         watch(caller);
         m_registry.add(caller, clientId);
     }
@@ -69,7 +77,7 @@ int FocusService::abandonAudioFocus(const QString &clientId)
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return failed;
     if (clientId == callId())
-        reportEndOfCall();
+        endCall();
     m_registry.remove(clientId);
     return m_focus.abandonAudioFocus(clientId);
 }
@@ -79,7 +87,7 @@ void FocusService::unregisterAudioFocusClient(const QString &clientId)
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return;
     if (clientId == callId())
-        reportEndOfCall();
+        endCall();
     m_registry.remove(clientId);
     m_focus.unregisterAudioFocusClient(clientId);
 }
@@ -110,12 +118,19 @@ bool FocusService::isVolumeAvailable() const
 
 bool FocusService::isVolumeMute()
 {
-    return hasVolume() && m_volume->isMuted();
+    askForVolume(false);
+    return false;
 }
 
 int FocusService::volumeLevel()
 {
-    return hasVolume() ? m_volume->level() : 0;
+    askForVolume(true);
+    return 0;
+}
+
+bool FocusService::stop()
+{
+    return !m_volume || m_volume->stop();
 }
 
 /// The caller's unique name; empty for a call from within the process.
@@ -168,18 +183,42 @@ bool FocusService::mayCall(uint user) const
     return false;
 }
 
-/// To be called while it is still known whose call it is.
-void FocusService::reportEndOfCall()
+void FocusService::endCall()
 {
-    if (m_registry.hasClient(callId()))
-        report(QStringLiteral("the call has no focus any more, from %1").arg(m_callers.description(m_registry.owner(callId()))));
+    if (!m_call.isEmpty())
+        report(QStringLiteral("the call has no focus any more, from %1").arg(m_call));
+    m_call.clear();
 }
 
-bool FocusService::hasVolume() const
+void FocusService::askForVolume(bool isForLevel)
 {
-    if (!m_volume && calledFromDBus())
+    if (!calledFromDBus())
+        return;
+    if (!m_volume) {
         sendErrorReply(QDBusError::NotSupported, QStringLiteral("This service has no volume"));
-    return m_volume != nullptr;
+        return;
+    }
+    const uint user = m_callers.credentials(caller()).user;
+    int ofConnection = 0;
+    int ofUser = 0;
+    for (const VolumeQuestion &question : qAsConst(m_volumeQuestions)) {
+        ofConnection += question.message.service() == caller() ? 1 : 0;
+        ofUser += question.user == user ? 1 : 0;
+    }
+    const int limitOfUser = user == ::geteuid() ? maximumQuestions : maximumQuestionsOfUser;
+    if (ofConnection >= maximumQuestionsOfConnection || ofUser >= limitOfUser) {
+        sendErrorReply(QDBusError::LimitsExceeded, QStringLiteral("Too many questions for the volume wait for an answer"));
+        return;
+    }
+    setDelayedReply(true);
+    m_volumeQuestions.enqueue({message(), user, isForLevel});
+    m_volume->ask();
+}
+
+void FocusService::onVolumeAnswered(bool isMuted, int level)
+{
+    const VolumeQuestion question = m_volumeQuestions.dequeue();
+    m_bus.send(question.message.createReply(question.isForLevel ? QVariant(level) : QVariant(isMuted)));
 }
 
 void FocusService::watch(const ClientRegistry::Caller &caller)
@@ -210,8 +249,8 @@ void FocusService::unwatch(const QString &connection)
 void FocusService::onConnectionGone(const QString &connection)
 {
     m_departures.removeWatchedService(connection);
-    if (m_registry.owner(callId()) == connection)
-        reportEndOfCall();
+    if (!m_call.isEmpty() && m_registry.owner(callId()) == connection)
+        endCall();
     const QStringList clients = m_registry.takeConnection(connection);
     for (const QString &client : clients)
         m_focus.abandonAudioFocus(client);

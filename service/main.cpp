@@ -115,7 +115,11 @@ int serve(const Options &options)
     const StopSignals stopSignals;
     print(stdout, QStringLiteral("serving %1 at %2\n").arg(options.name, options.path));
     QCoreApplication::exec();
-    return bus.isConnected() ? Stopped : fail(QStringLiteral("the bus has gone"));
+    const ExitStatus status = bus.isConnected() ? Stopped : fail(QStringLiteral("the bus has gone"));
+    // A thread that waits for the flash, or for another process there, cannot be ended. It holds nothing that outlives the process.
+    if (!service.stop())
+        ::_exit(status);
+    return status;
 }
 
 } // namespace

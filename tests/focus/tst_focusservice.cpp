@@ -374,7 +374,8 @@ void FocusServiceTest::volume()
     QVERIFY(!QFile::exists(file)); // nothing was started yet
     const int level = source.level();
     QVERIFY(QFile::exists(file));
-    ZelAudioManager *const manager = ZelAudioManager::instance();
+    auto *const manager = source.findChild<ZelAudioManager *>();
+    QVERIFY(manager);
     QCOMPARE(level, manager->getVolume(ZelAudioTypeMedia));
     QVERIFY(!source.isMuted());
     QVERIFY(changes.isEmpty());
