@@ -13,7 +13,8 @@
  * Notices, on a thread of its own, that nobody has called feed() for longer than the limit.
  *
  * Only time in which that thread could run counts: a process that was stopped, or a machine that slept, is not taken for one that
- * hangs.
+ * hangs. And time in which the process computes counts a tenth only: Qt unpacks a message of a million texts in one go, which may
+ * take longer than the limit, and whoever sent it should not be able to end the process.
  *
  * Threads: feed() may be called from any.
  */
@@ -30,6 +31,9 @@ private:
     Q_DISABLE_COPY(Watchdog)
 
     static constexpr int looksPerLimit = 10;
+    static constexpr int pointsOfIdleLook = 10;
+    static constexpr int pointsOfBusyLook = 1;
+    static constexpr int pointsPerLimit = looksPerLimit * pointsOfIdleLook;
 
     void watch();
 
@@ -38,7 +42,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_wakeUp;
     bool m_isEnding = false;
-    int m_looksSinceFed = 0;
+    int m_pointsSinceFed = 0;
     std::thread m_thread;
 };
 
