@@ -1,47 +1,73 @@
 #include "focusservice.h"
 
+#include "report.h"
+
 #include <qzaudio/focusrequester.h>
 
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
-#include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
+
+#include <unistd.h>
 
 namespace
 {
 
 constexpr int failed = 1;
 
+/// Questions for the volume that may wait: of a connection, of another user than the service's own, of that one.
+constexpr int maximumQuestionsOfConnection = 16;
+constexpr int maximumQuestionsOfUser = 64;
+constexpr int maximumQuestions = 256;
+
+/// The client whose focus nobody takes.
+QString callId()
+{
+    return QStringLiteral("IN_VOICE_COMM_FOCUS_ID");
+}
+
 } // namespace
 
-FocusService::FocusService(const QDBusConnection &bus, int megaBaseCount, Volume volume, QObject *parent)
+FocusService::FocusService(const QDBusConnection &bus, const Options &options, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
-    , m_volume(volume == Volume::Served ? std::make_unique<VolumeSource>() : nullptr)
-    , m_megaBaseCount(megaBaseCount)
+    , m_callers(bus)
+    , m_registry(::geteuid())
+    , m_callUsers(options.callUsers)
+    , m_volume(options.volume ? std::make_unique<VolumeThread>() : nullptr)
+    , m_megaBaseCount(options.megaBaseCount)
 {
     m_departures.setConnection(m_bus);
     m_departures.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     connect(&m_departures, &QDBusServiceWatcher::serviceUnregistered, this, &FocusService::onConnectionGone);
     connect(&m_focus, &AudioService::audioFocusChanged, this, &FocusService::audioFocusChanged);
-    if (m_volume)
-        connect(m_volume.get(), &VolumeSource::changed, this, &FocusService::volumeChanged);
+    if (m_volume) {
+        connect(m_volume.get(), &VolumeThread::answered, this, &FocusService::onVolumeAnswered);
+        connect(m_volume.get(), &VolumeThread::changed, this, &FocusService::volumeChanged);
+    }
 }
 
 FocusService::~FocusService() = default;
 
 int FocusService::requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId)
 {
-    const QString connection = caller();
-    if (!isAllowed(m_registry.mayRequest(connection, clientId)))
+    const ClientRegistry::Caller caller{this->caller(), m_callers.credentials(this->caller()).user};
+    if (!isAllowed(m_registry.mayRequest(caller, clientId)))
+        return failed;
+    const bool isCall = clientId == callId();
+    if (isCall && !mayCall(caller.user))
         return failed;
     if (durationHint < AUDIOFOCUS_GAIN || durationHint > AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE)
         return failed;
     const int result = m_focus.requestAudioFocus(mainStreamType, durationHint, clientId);
     if (result != failed) {
-        watch(connection);
-        m_registry.add(connection, clientId);
+        if (isCall && m_call.isEmpty()) {
+            m_call = m_callers.description(caller.connection);
+            report(QStringLiteral("a call has focus, from %1").arg(m_call));
+        }
+        watch(caller);
+        m_registry.add(caller, clientId);
     }
     return result;
 }
@@ -50,6 +76,8 @@ int FocusService::abandonAudioFocus(const QString &clientId)
 {
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return failed;
+    if (clientId == callId())
+        endCall();
     m_registry.remove(clientId);
     return m_focus.abandonAudioFocus(clientId);
 }
@@ -58,6 +86,8 @@ void FocusService::unregisterAudioFocusClient(const QString &clientId)
 {
     if (!isAllowed(m_registry.mayRemove(caller(), clientId)))
         return;
+    if (clientId == callId())
+        endCall();
     m_registry.remove(clientId);
     m_focus.unregisterAudioFocusClient(clientId);
 }
@@ -88,12 +118,19 @@ bool FocusService::isVolumeAvailable() const
 
 bool FocusService::isVolumeMute()
 {
-    return hasVolume() && m_volume->isMuted();
+    askForVolume(false);
+    return false;
 }
 
 int FocusService::volumeLevel()
 {
-    return hasVolume() ? m_volume->level() : 0;
+    askForVolume(true);
+    return 0;
+}
+
+bool FocusService::stop()
+{
+    return !m_volume || m_volume->stop();
 }
 
 /// The caller's unique name; empty for a call from within the process.
@@ -122,6 +159,11 @@ bool FocusService::isAllowed(ClientRegistry::Answer answer) const
     case Answer::TooManyOfConnection:
         text = QStringLiteral("A connection has at most %1 clients").arg(ClientRegistry::maximumClientsOfConnection);
         break;
+    case Answer::TooManyOfUser:
+        text = QStringLiteral("A user has at most %1 clients and %2 connections with clients")
+                   .arg(ClientRegistry::maximumClientsOfUser)
+                   .arg(ClientRegistry::maximumConnectionsOfUser);
+        break;
     case Answer::TooMany:
         text = QStringLiteral("There are too many clients");
         break;
@@ -131,19 +173,61 @@ bool FocusService::isAllowed(ClientRegistry::Answer answer) const
     return false;
 }
 
-bool FocusService::hasVolume() const
+/// Sends the error for a user who may not.
+bool FocusService::mayCall(uint user) const
 {
-    if (!m_volume && calledFromDBus())
-        sendErrorReply(QDBusError::NotSupported, QStringLiteral("This service has no volume"));
-    return m_volume != nullptr;
+    if (m_callUsers.isEmpty() || m_callUsers.contains(user))
+        return true;
+    if (calledFromDBus())
+        sendErrorReply(QDBusError::AccessDenied, QStringLiteral("User %1 may not request focus for a call").arg(user));
+    return false;
 }
 
-void FocusService::watch(const QString &connection)
+void FocusService::endCall()
 {
+    if (!m_call.isEmpty())
+        report(QStringLiteral("the call has no focus any more, from %1").arg(m_call));
+    m_call.clear();
+}
+
+void FocusService::askForVolume(bool isForLevel)
+{
+    if (!calledFromDBus())
+        return;
+    if (!m_volume) {
+        sendErrorReply(QDBusError::NotSupported, QStringLiteral("This service has no volume"));
+        return;
+    }
+    const uint user = m_callers.credentials(caller()).user;
+    int ofConnection = 0;
+    int ofUser = 0;
+    for (const VolumeQuestion &question : qAsConst(m_volumeQuestions)) {
+        ofConnection += question.message.service() == caller() ? 1 : 0;
+        ofUser += question.user == user ? 1 : 0;
+    }
+    const int limitOfUser = user == ::geteuid() ? maximumQuestions : maximumQuestionsOfUser;
+    if (ofConnection >= maximumQuestionsOfConnection || ofUser >= limitOfUser) {
+        sendErrorReply(QDBusError::LimitsExceeded, QStringLiteral("Too many questions for the volume wait for an answer"));
+        return;
+    }
+    setDelayedReply(true);
+    m_volumeQuestions.enqueue({message(), user, isForLevel});
+    m_volume->ask();
+}
+
+void FocusService::onVolumeAnswered(bool isMuted, int level)
+{
+    const VolumeQuestion question = m_volumeQuestions.dequeue();
+    m_bus.send(question.message.createReply(question.isForLevel ? QVariant(level) : QVariant(isMuted)));
+}
+
+void FocusService::watch(const ClientRegistry::Caller &caller)
+{
+    const QString connection = caller.connection;
     if (connection.isEmpty() || m_registry.hasConnection(connection))
         return;
-    if (m_registry.isFull())
-        unwatch(m_registry.idleConnection()); // there is one, or the request had been refused
+    if (m_registry.isFull(caller.user))
+        unwatch(m_registry.idleConnection(caller.user)); // there is one, or the request had been refused
     m_departures.addWatchedService(connection);
 
     // It may have left before the bus knew of the watch, and then nothing would ever be heard of it.
@@ -165,6 +249,8 @@ void FocusService::unwatch(const QString &connection)
 void FocusService::onConnectionGone(const QString &connection)
 {
     m_departures.removeWatchedService(connection);
+    if (!m_call.isEmpty() && m_registry.owner(callId()) == connection)
+        endCall();
     const QStringList clients = m_registry.takeConnection(connection);
     for (const QString &client : clients)
         m_focus.abandonAudioFocus(client);

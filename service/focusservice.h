@@ -1,14 +1,18 @@
 #ifndef FOCUSSERVICE_H
 #define FOCUSSERVICE_H
 
+#include "callers.h"
 #include "clientregistry.h"
-#include "volumesource.h"
+#include "options.h"
+#include "volumethread.h"
 
 #include <qzaudio/audioservice.h>
 
 #include <QtCore/QObject>
+#include <QtCore/QQueue>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusContext>
+#include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusServiceWatcher>
 
 #include <memory>
@@ -21,8 +25,12 @@
  * - A client id belongs to the connection that requested with it. Other connections get AccessDenied for it.
  * - When a connection leaves the bus, its clients are abandoned, the one that asked last at the end: nobody is given focus who
  *   is gone.
+ * - While the call's client, "IN_VOICE_COMM_FOCUS_ID", is on top nobody else can request, so only some users may request with it;
+ *   others get AccessDenied. Who has it is reported.
  * - Over a limit of ClientRegistry the answer is LimitsExceeded, for an id that is too long InvalidArgs. The stack stays as
  *   it is.
+ * - Questions for volume and mute are answered one after the other, and whoever waits for the settings file holds up nobody who asks
+ *   for focus. Only so many may wait: over that it is LimitsExceeded.
  * - A duration hint outside 1 to 4 is denied with the result 1, as AudioManager denies it.
  *
  * Threads: use the object from the thread that made it, which must run a Qt event loop.
@@ -32,12 +40,7 @@ class FocusService : public QObject, protected QDBusContext
     Q_OBJECT
 
 public:
-    enum class Volume {
-        Served,
-        Absent, ///< isVolumeAvailable() is false, the other two answer NotSupported
-    };
-
-    FocusService(const QDBusConnection &bus, int megaBaseCount, Volume volume, QObject *parent = nullptr);
+    FocusService(const QDBusConnection &bus, const Options &options, QObject *parent = nullptr);
     ~FocusService() override;
 
     int requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId);
@@ -50,8 +53,12 @@ public:
     void nextMegaBase();
 
     bool isVolumeAvailable() const;
+    /// These two are answered later, when the volume's thread has the answer; their values go nowhere.
     bool isVolumeMute();
     int volumeLevel();
+
+    /// To be called before the end; false when the volume's thread hangs and only the whole process can be ended.
+    bool stop();
 
 Q_SIGNALS:
     void audioFocusChanged(int newState, const QString &clientId);
@@ -63,16 +70,30 @@ private:
 
     QString caller() const;
     bool isAllowed(ClientRegistry::Answer answer) const;
-    bool hasVolume() const;
-    void watch(const QString &connection);
+    bool mayCall(uint user) const;
+    void endCall();
+    void askForVolume(bool isForLevel);
+    void onVolumeAnswered(bool isMuted, int level);
+    void watch(const ClientRegistry::Caller &caller);
     void unwatch(const QString &connection);
     void onConnectionGone(const QString &connection);
+
+    struct VolumeQuestion
+    {
+        QDBusMessage message;
+        uint user;
+        bool isForLevel;
+    };
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_departures;
     AudioService m_focus;
+    Callers m_callers;
     ClientRegistry m_registry;
-    std::unique_ptr<VolumeSource> m_volume; // null: absent
+    QVector<uint> m_callUsers; // empty: everybody
+    std::unique_ptr<VolumeThread> m_volume; // null: isVolumeAvailable() is false, the other two answer NotSupported
+    QQueue<VolumeQuestion> m_volumeQuestions; // each of them was passed on to the volume's thread
+    QString m_call; // who has the focus of a call, for people; empty: nobody
     int m_megaBase = 0;
     int m_megaBaseCount;
 };

@@ -6,8 +6,14 @@
 
 #include "audioserviceadaptor.h"
 #include "focusservice.h"
+#include "heap.h"
+#include "heartbeat.h"
 #include "options.h"
+#include "receivelimits.h"
+#include "report.h"
+#include "servicemanager.h"
 #include "stopsignals.h"
+#include "watchdog.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QLoggingCategory>
@@ -15,7 +21,10 @@
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
+#include <unistd.h>
 
 namespace
 {
@@ -24,6 +33,7 @@ enum ExitStatus : int {
     Stopped = 0,
     NoBus = 1, ///< no bus, the name is taken, or the bus has gone
     UsageError = 2,
+    Hung = 3, ///< ended by the watchdog
 };
 
 void print(std::FILE *stream, const QString &text)
@@ -34,8 +44,38 @@ void print(std::FILE *stream, const QString &text)
 
 ExitStatus fail(const QString &message)
 {
-    print(stderr, QStringLiteral("qzaudio-focusd: ") + message + QLatin1Char('\n'));
+    report(message);
     return NoBus;
+}
+
+/// On the watchdog's thread: takes nothing that a thread which hangs may hold, such as the stream's lock.
+[[noreturn]] void endHungProcess(const QByteArray &message)
+{
+    const ssize_t written = ::write(STDERR_FILENO, message.constData(), static_cast<std::size_t>(message.size()));
+    Q_UNUSED(written)
+    ::_exit(Hung);
+}
+
+std::unique_ptr<Watchdog> watchdogOf(const Options &options)
+{
+    if (options.watchdogSeconds == 0)
+        return nullptr;
+    const QByteArray message
+        = QStringLiteral("qzaudio-focusd: hangs, nothing from the bus came through for %1 s; ending\n").arg(options.watchdogSeconds).toLocal8Bit();
+    return std::make_unique<Watchdog>(std::chrono::seconds(options.watchdogSeconds), [message] { endHungProcess(message); });
+}
+
+/// Several beats within the shortest time after which somebody loses patience.
+int heartbeatMs(const Options &options)
+{
+    constexpr int msPerSecond = 1000;
+    constexpr int beats = 4;
+    int interval = 5 * msPerSecond;
+    if (options.watchdogSeconds > 0)
+        interval = std::min(interval, options.watchdogSeconds * msPerSecond / beats);
+    if (servicemanager::watchdogMs() > 0)
+        interval = std::min(interval, std::max(servicemanager::watchdogMs() / beats, 1));
+    return interval;
 }
 
 int serve(const Options &options)
@@ -43,8 +83,10 @@ int serve(const Options &options)
     QDBusConnection bus = options.systemBus ? QDBusConnection::systemBus() : QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return fail(QStringLiteral("there is no bus: ") + bus.lastError().message());
+    if (!liftReceiveLimits(bus))
+        report(QStringLiteral("a message that is very large will stop the service"));
 
-    FocusService service(bus, options.megaBaseCount, options.volume ? FocusService::Volume::Served : FocusService::Volume::Absent);
+    FocusService service(bus, options);
     new AudioServiceAdaptor(&service); // a child
     // The object first: once the name is there, calls come.
     if (!bus.registerObject(options.path, &service))
@@ -61,16 +103,30 @@ int serve(const Options &options)
                 QStringLiteral("Disconnected"),
                 QCoreApplication::instance(),
                 SLOT(quit()));
+    const std::unique_ptr<Watchdog> watchdog = watchdogOf(options);
+    const Heartbeat heartbeat(bus, heartbeatMs(options));
+    QObject::connect(&heartbeat, &Heartbeat::beat, &heartbeat, [&watchdog] {
+        if (watchdog)
+            watchdog->feed();
+        if (servicemanager::watchdogMs() > 0)
+            servicemanager::sayAlive();
+        heap::trim();
+    });
     const StopSignals stopSignals;
     print(stdout, QStringLiteral("serving %1 at %2\n").arg(options.name, options.path));
     QCoreApplication::exec();
-    return bus.isConnected() ? Stopped : fail(QStringLiteral("the bus has gone"));
+    const ExitStatus status = bus.isConnected() ? Stopped : fail(QStringLiteral("the bus has gone"));
+    // A thread that waits for the flash, or for another process there, cannot be ended. It holds nothing that outlives the process.
+    if (!service.stop())
+        ::_exit(status);
+    return status;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    heap::returnLargeBlocks();
     StopSignals::block();
     QCoreApplication application(argc, argv);
     const Options options = Options::parse(QCoreApplication::arguments().mid(1));
@@ -82,7 +138,7 @@ int main(int argc, char *argv[])
         print(stdout, QStringLiteral("qzaudio-focusd " QZAUDIO_VERSION "\n"));
         return Stopped;
     case Options::Action::Complain:
-        print(stderr, QStringLiteral("qzaudio-focusd: %1 See qzaudio-focusd --help.\n").arg(options.complaint));
+        report(QStringLiteral("%1 See qzaudio-focusd --help.").arg(options.complaint));
         return UsageError;
     case Options::Action::Serve:
         break;

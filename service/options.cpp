@@ -6,9 +6,13 @@
 #include <QtCore/QRegularExpression>
 
 #include <limits>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace
 {
+
+constexpr int longestWatchdog = 86400; // s, a day
 
 bool matches(const QString &text, const char *pattern)
 {
@@ -26,6 +30,19 @@ bool isObjectPath(const QString &text)
     return matches(text, "/|(/[A-Za-z0-9_]+)+");
 }
 
+/// The number of a user who is given by number or name.
+bool findUser(const QString &text, uint *number)
+{
+    bool isNumber = false;
+    *number = text.toUInt(&isNumber);
+    if (isNumber)
+        return true;
+    const passwd *const entry = ::getpwnam(text.toLocal8Bit().constData());
+    if (entry)
+        *number = entry->pw_uid;
+    return entry;
+}
+
 } // namespace
 
 Options Options::parse(const QStringList &arguments)
@@ -39,8 +56,20 @@ Options Options::parse(const QStringList &arguments)
     const QCommandLineOption megaBasesOption(QStringLiteral("mega-bases"), QString(), QStringLiteral("COUNT"));
     const QCommandLineOption noVolumeOption(QStringLiteral("no-volume"));
     const QCommandLineOption logOption(QStringLiteral("log"));
+    const QCommandLineOption watchdogOption(QStringLiteral("watchdog"), QString(), QStringLiteral("SECONDS"));
+    const QCommandLineOption callUserOption(QStringLiteral("call-user"), QString(), QStringLiteral("USER"));
     QCommandLineParser parser;
-    parser.addOptions({helpOption, versionOption, sessionOption, systemOption, nameOption, pathOption, megaBasesOption, noVolumeOption, logOption});
+    parser.addOptions({helpOption,
+                       versionOption,
+                       sessionOption,
+                       systemOption,
+                       nameOption,
+                       pathOption,
+                       megaBasesOption,
+                       noVolumeOption,
+                       logOption,
+                       watchdogOption,
+                       callUserOption});
 
     Options options;
     const auto complain = [&options](const QString &text) {
@@ -72,6 +101,21 @@ Options Options::parse(const QStringList &arguments)
         if (options.megaBaseCount < 1)
             return complain(QStringLiteral("--mega-bases is a number from 1 to %1.").arg(std::numeric_limits<int>::max()));
     }
+    if (parser.isSet(watchdogOption)) {
+        bool isNumber = false;
+        options.watchdogSeconds = parser.value(watchdogOption).toInt(&isNumber);
+        if (!isNumber || options.watchdogSeconds < 0 || options.watchdogSeconds > longestWatchdog)
+            return complain(QStringLiteral("--watchdog is a number from 0 to %1.").arg(longestWatchdog));
+    }
+    const QStringList callUsers = parser.values(callUserOption);
+    for (const QString &callUser : callUsers) {
+        uint number = 0;
+        if (!findUser(callUser, &number))
+            return complain(QStringLiteral("There is no user \"%1\".").arg(callUser));
+        options.callUsers.append(number);
+    }
+    if (options.callUsers.isEmpty() && options.systemBus)
+        options.callUsers = {0, ::geteuid()};
     options.volume = !parser.isSet(noVolumeOption);
     options.log = parser.isSet(logOption);
     return options;
@@ -92,6 +136,12 @@ QString Options::help()
                           "  --no-volume         leaves volume and mute to others: isVolumeAvailable() is false, volumeLevel()\n"
                           "                      and isVolumeMute() give the error NotSupported\n"
                           "  --log               prints the library's own log lines, too\n"
+                          "  --watchdog SECONDS  ends the process when it does not get through to the bus for so long, %8 by\n"
+                          "                      default; 0 never does\n"
+                          "  --call-user USER    who may request with the id of a call, IN_VOICE_COMM_FOCUS_ID, by name or\n"
+                          "                      number; may be given several times. By default everybody on the session\n"
+                          "                      bus, root and the daemon's own user on the system bus; others get the\n"
+                          "                      error AccessDenied. Who has it is told on the standard error.\n"
                           "  -h, --help          shows this text\n"
                           "  -v, --version       shows the version\n"
                           "\n"
@@ -102,7 +152,9 @@ QString Options::help()
                           "\n"
                           "Limits:\n"
                           "  %4 characters in a client id (else InvalidArgs), %5 clients of a connection, %6 clients and\n"
-                          "  %7 connections with clients together (else LimitsExceeded).\n"
+                          "  %7 connections with clients together (else LimitsExceeded). The daemon's own user and all others\n"
+                          "  together have as many each. Of the others a user has at most %9 clients and %10 connections; the\n"
+                          "  last %11 and %12 are for users with fewer than %13 and %14.\n"
                           "\n"
                           "Volume:\n"
                           "  The level is the media volume in the settings file. The first question for level or mute\n"
@@ -116,11 +168,18 @@ QString Options::help()
                           "  Kept while the service runs; 0 at first.\n"
                           "\n"
                           "Exit status: 0 told to stop (SIGTERM, SIGINT); 1 no bus, the name is taken, or the bus has gone;\n"
-                          "2 a mistake on the command line.\n")
+                          "2 a mistake on the command line; 3 ended by the watchdog.\n")
         .arg(defaults.name, defaults.path)
         .arg(defaults.megaBaseCount)
         .arg(ClientRegistry::maximumIdLength)
         .arg(ClientRegistry::maximumClientsOfConnection)
         .arg(ClientRegistry::maximumClients)
-        .arg(ClientRegistry::maximumConnections);
+        .arg(ClientRegistry::maximumConnections)
+        .arg(defaults.watchdogSeconds)
+        .arg(ClientRegistry::maximumClientsOfUser)
+        .arg(ClientRegistry::maximumConnectionsOfUser)
+        .arg(ClientRegistry::reservedClients)
+        .arg(ClientRegistry::reservedConnections)
+        .arg(ClientRegistry::fewClients)
+        .arg(ClientRegistry::fewConnections);
 }

@@ -3,6 +3,7 @@
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 /// What the command line of qzaudio-focusd says.
 struct Options
@@ -17,6 +18,8 @@ struct Options
     int megaBaseCount = 4;
     bool volume = true;
     bool log = false;
+    int watchdogSeconds = 30; ///< 0: none
+    QVector<uint> callUsers; ///< numbers of the users who may request with the call's client id; empty: everybody
 
     /// @param arguments without the program's name
     static Options parse(const QStringList &arguments);

@@ -16,6 +16,7 @@ QFileInfo settingsFile()
 
 VolumeSource::VolumeSource(QObject *parent)
     : QObject(parent)
+    , m_folder(this) // so that it moves to another thread with this object
 {
     connect(&m_folder, &QFileSystemWatcher::directoryChanged, this, &VolumeSource::onFolderChanged);
 }
@@ -32,11 +33,18 @@ bool VolumeSource::isMuted()
     return m_manager->isAttOn();
 }
 
+void VolumeSource::answer()
+{
+    const bool isMuted = this->isMuted();
+    Q_EMIT answered(isMuted, level());
+}
+
 void VolumeSource::start()
 {
     if (m_manager)
         return;
-    m_manager = ZelAudioManager::instance();
+    // Not instance(): that one is destroyed when the process ends, by a thread that may not stop its timers.
+    m_manager = new ZelAudioManager(this);
     m_level = m_manager->getVolume(ZelAudioTypeMedia);
 
     // Whoever stores a volume, this process's manager or another one's, puts a new file in the old one's place: the folder is

@@ -10,7 +10,7 @@
 class ZelAudioManager;
 
 /**
- * The media volume and the mute, as the ZelAudioManager of this process has them.
+ * The media volume and the mute, as a ZelAudioManager of its own has them, the only one of this process.
  *
  * The manager is made by the first question, because making it starts up the audio (volumes, equalizer, microphone; settings
  * are written): a process that only deals with focus leaves the platform alone. From then on changed() comes for each new
@@ -19,7 +19,9 @@ class ZelAudioManager;
  * The mute reaches no further than this process: each manager has a flag of its own, the platform has no question for it, and
  * nothing is stored. changed() does not come for it.
  *
- * Threads: use the object from the thread that made it, which must run a Qt event loop.
+ * Every member but the constructor may wait for other processes that use the settings file.
+ *
+ * Threads: use the object from its own thread, which must run a Qt event loop, and destroy it there, too.
  */
 class VolumeSource : public QObject
 {
@@ -31,8 +33,11 @@ public:
     /// 0 to 25.
     int level();
     bool isMuted();
+    /// Both by a signal.
+    void answer();
 
 Q_SIGNALS:
+    void answered(bool isMuted, int level);
     /// The level is another one.
     void changed(bool isMuted, int level);
 
@@ -42,7 +47,7 @@ private:
     void start();
     void onFolderChanged();
 
-    ZelAudioManager *m_manager = nullptr; // not owned
+    ZelAudioManager *m_manager = nullptr; // a child
     audio::AudioDataBase *m_store = nullptr; // a child
     QFileSystemWatcher m_folder;
     QDateTime m_fileTime;

@@ -2,7 +2,7 @@
 
 #include "audiodatabasetables.h"
 #include "logging.h"
-#include "settingsfile.h"
+#include "flashfile.h"
 #include "settingsstorage.h"
 #include "settingstext.h"
 
@@ -51,7 +51,7 @@ int wholeNumber(const QVariant &value)
 void complain(const logging::CodeLocation &at, const QStringList &complaints)
 {
     for (const QString &complaint : complaints)
-        logging::logCritical(at, qUtf8Printable(settingsfile::path()), qUtf8Printable(complaint));
+        logging::logCritical(at, qUtf8Printable(flashfile::path()), qUtf8Printable(complaint));
 }
 
 } // namespace
@@ -120,17 +120,17 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
     QStringList complaints;
     settingsstorage::save(SettingsText::path(group, key), value, complaints);
     complain(QZAUDIO_HERE, complaints);
-    if (!QFile::exists(settingsfile::path()))
-        traceCritical() << qUtf8Printable(settingsfile::path()) << "file not exists!!!";
+    if (!QFile::exists(flashfile::path()))
+        traceCritical() << qUtf8Printable(flashfile::path()) << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
 {
-    const bool removed = QFile::remove(settingsfile::path());
+    const bool removed = QFile::remove(flashfile::path());
     if (removed)
         settingsstorage::forgetWaiting();
     else
-        traceCritical() << "clear" << qUtf8Printable(settingsfile::path()) << "fail!!!";
+        traceCritical() << "clear" << qUtf8Printable(flashfile::path()) << "fail!!!";
     return removed;
 }
 

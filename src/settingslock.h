@@ -1,7 +1,7 @@
 #pragma once
 
 #include "filedescriptor.h"
-#include "settingsfile.h"
+#include "flashfile.h"
 
 #include <QtCore/QString>
 

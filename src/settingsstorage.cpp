@@ -1,6 +1,6 @@
 #include "settingsstorage.h"
 
-#include "settingsfile.h"
+#include "flashfile.h"
 #include "settingslock.h"
 #include "settingstext.h"
 
@@ -64,29 +64,29 @@ bool isStillWaiting(const WaitingValue &waiting, const SettingsText &text)
     return !waiting.before || *waiting.before == text.rawValue(waiting.path);
 }
 
-settingsfile::Content readAndTell(QStringList &complaints)
+flashfile::Content readAndTell(QStringList &complaints)
 {
-    settingsfile::Content content = settingsfile::read();
+    flashfile::Content content = flashfile::read();
     const QString cause = content.failure.isEmpty() ? QString() : QLatin1String("cannot be read: ") + content.failure;
     const QMutexLocker locker(&memory().mutex);
     tell(memory().toldOfReading, cause, QStringLiteral("; defaults count"), complaints);
     return content;
 }
 
-bool isDamaged(const settingsfile::Content &content, const SettingsText &text)
+bool isDamaged(const flashfile::Content &content, const SettingsText &text)
 {
     return content.isTooLarge || text.damagedLines() > 0;
 }
 
 /// The damaged file is kept before anything else takes its name.
-Failure keepDamaged(const settingsfile::Content &content, const SettingsText &text, const SettingsLock &lock, QStringList &complaints)
+Failure keepDamaged(const flashfile::Content &content, const SettingsText &text, const SettingsLock &lock, QStringList &complaints)
 {
     if (!isDamaged(content, text))
         return {};
-    const Failure failure = settingsfile::keepDamaged(content, lock.temporaryPath());
+    const Failure failure = flashfile::keepDamaged(content, lock.temporaryPath());
     const QString what
-        = content.isTooLarge ? QStringLiteral("more than %1 bytes").arg(settingsfile::maximumSize) : QStringLiteral("%1 lines").arg(text.damagedLines());
-    const QString where = failure.isEmpty() ? QLatin1String("kept as ") + settingsfile::damagedPath() : QLatin1String("cannot be kept: ") + failure;
+        = content.isTooLarge ? QStringLiteral("more than %1 bytes").arg(flashfile::maximumSize) : QStringLiteral("%1 lines").arg(text.damagedLines());
+    const QString where = failure.isEmpty() ? QLatin1String("kept as ") + flashfile::damagedPath() : QLatin1String("cannot be kept: ") + failure;
     const QString cause = QStringLiteral("is damaged, %1; %2").arg(what, where);
     const QMutexLocker locker(&memory().mutex);
     tell(memory().toldOfDamage, cause, QString(), complaints);
@@ -157,7 +157,7 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
 {
     Attempt attempt;
     const SettingsLock lock(SettingsLock::Waiting::Allowed);
-    const settingsfile::Content content = readAndTell(complaints);
+    const flashfile::Content content = readAndTell(complaints);
     SettingsText text(content.bytes);
     if (content.failure.isEmpty())
         attempt.before = text.rawValue(path);
@@ -175,8 +175,8 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
         text.setValue(other.path, other.value);
     if (!path.isEmpty())
         text.setValue(path, value);
-    const settingsfile::Replacement replacement
-        = settingsfile::replace(settingsfile::path(), text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
+    const flashfile::Replacement replacement
+        = flashfile::replace(flashfile::path(), text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
     attempt.isOvertaken = replacement.isOvertaken;
     if (replacement.isDone)
         tellSuccess(waiting, replacement.failure, complaints);
@@ -216,14 +216,14 @@ void settingsstorage::save(const QString &path, const QVariant &value, QStringLi
 
 void settingsstorage::start(QStringList &complaints)
 {
-    const settingsfile::Content content = readAndTell(complaints);
+    const flashfile::Content content = readAndTell(complaints);
     if (!SettingsLock::hasLeftovers() && !isDamaged(content, SettingsText(content.bytes)))
         return;
     const SettingsLock lock(SettingsLock::Waiting::None);
     if (!lock.failure().isEmpty())
         return; // who holds it cleans up
     lock.sweepLeftovers();
-    const settingsfile::Content current = settingsfile::read(); // by now nobody else's to change
+    const flashfile::Content current = flashfile::read(); // by now nobody else's to change
     keepDamaged(current, SettingsText(current.bytes), lock, complaints);
 }
 

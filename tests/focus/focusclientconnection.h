@@ -18,8 +18,16 @@ public:
     explicit FocusClientConnection(PrivateBus &bus,
                                    const QString &service = QStringLiteral("tavi.AudioService"),
                                    const QString &path = QStringLiteral("/tavi/AudioService"))
+        : FocusClientConnection(bus, bus.connect(), service, path)
+    {
+    }
+    /// On a connection that was made on this bus before.
+    FocusClientConnection(PrivateBus &bus,
+                          const QDBusConnection &connection,
+                          const QString &service = QStringLiteral("tavi.AudioService"),
+                          const QString &path = QStringLiteral("/tavi/AudioService"))
         : m_bus(bus)
-        , m_connection(bus.connect())
+        , m_connection(connection)
         , m_proxy(std::make_unique<TaviAudioServiceInterface>(service, path, m_connection))
     {
         QObject::connect(m_proxy.get(), &TaviAudioServiceInterface::audioFocusChanged, m_proxy.get(), [this](int newState, const QString &clientId) {

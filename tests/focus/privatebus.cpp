@@ -2,6 +2,8 @@
 
 #include <QtCore/QFile>
 
+#include <unistd.h>
+
 namespace
 {
 
@@ -16,7 +18,11 @@ const char configuration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD 
 </busconfig>
 )";
 
+/// As on every session bus: what an attack needs, too.
 const char allowAll[] = R"(
+  <limit name="max_incoming_bytes">1000000000</limit>
+  <limit name="max_outgoing_bytes">1000000000</limit>
+  <limit name="max_message_size">1000000000</limit>
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
@@ -65,6 +71,8 @@ PrivateBus::PrivateBus(SystemBus, const QString &policyFile)
 
 void PrivateBus::start(const QString &type, const QString &rules)
 {
+    // Others than the test's own user find the socket, too.
+    QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
     const QString configurationFile = m_folder.filePath(QStringLiteral("bus.conf"));
     if (!write(configurationFile, QString::fromLatin1(configuration).arg(m_folder.path(), type, rules)))
         return;
@@ -85,6 +93,17 @@ QDBusConnection PrivateBus::connect()
 {
     m_connections.append(QStringLiteral("private bus %1").arg(++connectionCount));
     return QDBusConnection::connectToBus(m_address, m_connections.last());
+}
+
+QDBusConnection PrivateBus::connectAs(uint user)
+{
+    // The kernel tells the bus who connected: the effective user of that moment, which all threads share.
+    const uid_t ownUser = ::geteuid();
+    if (::seteuid(user) != 0)
+        return QDBusConnection(QString());
+    const QDBusConnection connection = connect();
+    const bool isBack = ::seteuid(ownUser) == 0;
+    return isBack ? connection : QDBusConnection(QString());
 }
 
 void PrivateBus::disconnect(const QDBusConnection &connection)

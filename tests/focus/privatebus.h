@@ -34,7 +34,14 @@ public:
     QString address() const { return m_address; }
     /// A new connection, with a unique name of its own; closed with the bus or by disconnect().
     QDBusConnection connect();
+    /**
+     * The same as another user, which a test may do that root runs.
+     *
+     * A system bus lets everybody in; a session's lets in its own user only.
+     */
+    QDBusConnection connectAs(uint user);
     void disconnect(const QDBusConnection &connection);
+    pid_t processId() const { return static_cast<pid_t>(m_daemon.processId()); }
     /// Ends the daemon.
     bool stop() { return m_daemon.stop(); }
 

@@ -1,6 +1,4 @@
-#include "focusclientconnection.h"
-#include "mortalprocess.h"
-#include "privatebus.h"
+#include "daemontest.h"
 
 #include <logrecorder.h>
 #include <program.h>
@@ -16,26 +14,11 @@
 #include <unistd.h>
 #include <vector>
 
-namespace
-{
-
-constexpr int longestWait = 20000; // ms
-
-QString settingsFile()
-{
-    return QStringLiteral("/media/flash/nvm/audioData.db");
-}
-
-} // namespace
-
-class FocusDaemonTest : public QObject
+class FocusDaemonTest : public DaemonTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
     void helpAndVersion_data();
     void helpAndVersion();
     void wrongCommandLine();
@@ -72,80 +55,7 @@ private Q_SLOTS:
     void oneMegaBase();
     void volume();
     void noVolume();
-
-private:
-    void startDaemon(const QStringList &arguments = {});
-    /// Puts a system bus in the bus's place: with the installed policy, but for the user of this number in root's place.
-    void startSystemBus(uint user);
-    /// Runs the daemon until it ends by itself; gives its exit status.
-    int runDaemon(const QStringList &arguments);
-    qint64 residentKilobytes() const;
-
-    std::unique_ptr<PrivateBus> bus;
-    std::unique_ptr<MortalProcess> daemon;
 };
-
-void FocusDaemonTest::init()
-{
-    bus = std::make_unique<PrivateBus>();
-    QVERIFY2(!bus->address().isEmpty(), "dbus-daemon did not start");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toLatin1());
-    daemon = std::make_unique<MortalProcess>();
-    QFile::remove(settingsFile());
-}
-
-void FocusDaemonTest::cleanup()
-{
-    if (daemon && daemon->state() == QProcess::Running) {
-        QVERIFY(daemon->stop());
-        QCOMPARE(daemon->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(daemon->exitCode(), 0); // also what a sanitizer has to say
-    }
-    daemon.reset();
-    bus.reset();
-    qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-}
-
-void FocusDaemonTest::startSystemBus(uint user)
-{
-    QFile file(QStringLiteral(QZAUDIO_FOCUSD_POLICY));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QString root = QStringLiteral("<policy user=\"root\">");
-    QString policy = QString::fromUtf8(file.readAll());
-    QCOMPARE(policy.count(root), 1);
-    policy.replace(root, QStringLiteral("<policy user=\"%1\">").arg(user));
-
-    bus = std::make_unique<PrivateBus>(PrivateBus::SystemBus(), policy);
-    QVERIFY2(!bus->address().isEmpty(), "dbus-daemon did not start");
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus->address().toLatin1());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
-}
-
-void FocusDaemonTest::startDaemon(const QStringList &arguments)
-{
-    QVERIFY(daemon->startAndReadLine(QStringLiteral(QZAUDIO_FOCUSD), arguments).startsWith(QStringLiteral("serving ")));
-}
-
-int FocusDaemonTest::runDaemon(const QStringList &arguments)
-{
-    daemon->setProcessChannelMode(QProcess::MergedChannels);
-    daemon->startAndReadLine(QStringLiteral(QZAUDIO_FOCUSD), arguments);
-    const bool hasEnded = QTest::qWaitFor([this] { return daemon->state() == QProcess::NotRunning; }, longestWait);
-    return hasEnded && daemon->exitStatus() == QProcess::NormalExit ? daemon->exitCode() : -1;
-}
-
-qint64 FocusDaemonTest::residentKilobytes() const
-{
-    QFile status(QStringLiteral("/proc/%1/status").arg(daemon->processId()));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    const QList<QByteArray> lines = status.readAll().split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).simplified().split(' ').first().toLongLong();
-    }
-    return -1;
-}
 
 void FocusDaemonTest::helpAndVersion_data()
 {

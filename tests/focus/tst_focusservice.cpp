@@ -8,6 +8,8 @@
 
 #include <QtTest/QtTest>
 
+#include <unistd.h>
+
 using Answer = ClientRegistry::Answer;
 
 namespace
@@ -21,6 +23,13 @@ QString first()
 QString second()
 {
     return QStringLiteral(":1.2");
+}
+
+constexpr uint ownUser = 7;
+
+ClientRegistry::Caller own(const QString &connection)
+{
+    return {connection, ownUser};
 }
 
 QString id(int number)
@@ -42,11 +51,17 @@ private Q_SLOTS:
     void clientsOfAConnection();
     void clientsTogether();
     void connections();
+    void clientsOfAUser();
+    void connectionsOfAUser();
+    void lastPlaces();
+    void placesOfIdleConnections();
     void takeInOrderOfRequests();
     void unknownOnes();
 
     void options_data();
     void options();
+    void callUsers_data();
+    void callUsers();
     void help();
 
     void volume();
@@ -54,18 +69,18 @@ private Q_SLOTS:
 
 void FocusServiceTest::ownership()
 {
-    ClientRegistry registry;
-    QCOMPARE(registry.mayRequest(first(), id(1)), Answer::Yes);
+    ClientRegistry registry(ownUser);
+    QCOMPARE(registry.mayRequest(own(first()), id(1)), Answer::Yes);
     QVERIFY(!registry.hasConnection(first()));
-    registry.add(first(), id(1));
+    registry.add(own(first()), id(1));
     QVERIFY(registry.hasConnection(first()));
-    QCOMPARE(registry.mayRequest(first(), id(1)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(1)), Answer::Yes);
     QCOMPARE(registry.mayRemove(first(), id(1)), Answer::Yes);
-    QCOMPARE(registry.mayRequest(second(), id(1)), Answer::OfAnotherConnection);
+    QCOMPARE(registry.mayRequest(own(second()), id(1)), Answer::OfAnotherConnection);
     QCOMPARE(registry.mayRemove(second(), id(1)), Answer::OfAnotherConnection);
     QCOMPARE(registry.mayRemove(second(), id(2)), Answer::Yes); // nobody's
     registry.remove(id(1));
-    QCOMPARE(registry.mayRequest(second(), id(1)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(second()), id(1)), Answer::Yes);
     QVERIFY(registry.hasConnection(first())); // and watched on
 }
 
@@ -82,74 +97,158 @@ void FocusServiceTest::idLength()
 {
     QFETCH(int, length);
     QFETCH(bool, fits);
-    const ClientRegistry registry;
+    const ClientRegistry registry(ownUser);
     const QString text(length, QLatin1Char('x'));
-    QCOMPARE(registry.mayRequest(first(), text), fits ? Answer::Yes : Answer::IdTooLong);
+    QCOMPARE(registry.mayRequest(own(first()), text), fits ? Answer::Yes : Answer::IdTooLong);
     QCOMPARE(registry.mayRemove(first(), text), fits ? Answer::Yes : Answer::IdTooLong);
 }
 
 void FocusServiceTest::clientsOfAConnection()
 {
-    ClientRegistry registry;
+    ClientRegistry registry(ownUser);
     for (int number = 0; number < 16; ++number) {
-        QCOMPARE(registry.mayRequest(first(), id(number)), Answer::Yes);
-        registry.add(first(), id(number));
+        QCOMPARE(registry.mayRequest(own(first()), id(number)), Answer::Yes);
+        registry.add(own(first()), id(number));
     }
-    QCOMPARE(registry.mayRequest(first(), id(16)), Answer::TooManyOfConnection);
-    QCOMPARE(registry.mayRequest(first(), id(3)), Answer::Yes); // one that is in already
-    QCOMPARE(registry.mayRequest(second(), id(16)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(16)), Answer::TooManyOfConnection);
+    QCOMPARE(registry.mayRequest(own(first()), id(3)), Answer::Yes); // one that is in already
+    QCOMPARE(registry.mayRequest(own(second()), id(16)), Answer::Yes);
     registry.remove(id(5));
-    QCOMPARE(registry.mayRequest(first(), id(16)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(16)), Answer::Yes);
 }
 
 void FocusServiceTest::clientsTogether()
 {
-    ClientRegistry registry;
+    ClientRegistry registry(ownUser);
     for (int number = 0; number < 256; ++number)
-        registry.add(QStringLiteral(":2.%1").arg(number / 16), id(number));
-    QCOMPARE(registry.mayRequest(first(), id(256)), Answer::TooMany);
-    QCOMPARE(registry.mayRequest(QStringLiteral(":2.0"), id(0)), Answer::Yes);
+        registry.add(own(QStringLiteral(":2.%1").arg(number / 16)), id(number));
+    QCOMPARE(registry.mayRequest(own(first()), id(256)), Answer::TooMany);
+    QCOMPARE(registry.mayRequest(own(QStringLiteral(":2.0")), id(0)), Answer::Yes);
     registry.remove(id(0));
-    QCOMPARE(registry.mayRequest(first(), id(256)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(256)), Answer::Yes);
 }
 
 void FocusServiceTest::connections()
 {
-    ClientRegistry registry;
+    ClientRegistry registry(ownUser);
     for (int number = 0; number < 128; ++number) {
-        QVERIFY(!registry.isFull());
-        registry.add(QStringLiteral(":2.%1").arg(number), id(number));
+        QVERIFY(!registry.isFull(ownUser));
+        registry.add(own(QStringLiteral(":2.%1").arg(number)), id(number));
     }
-    QVERIFY(registry.isFull());
-    QVERIFY(registry.idleConnection().isEmpty());
-    QCOMPARE(registry.mayRequest(first(), id(128)), Answer::TooMany);
-    QCOMPARE(registry.mayRequest(QStringLiteral(":2.7"), id(128)), Answer::Yes);
+    QVERIFY(registry.isFull(ownUser));
+    QVERIFY(registry.idleConnection(ownUser).isEmpty());
+    QCOMPARE(registry.mayRequest(own(first()), id(128)), Answer::TooMany);
+    QCOMPARE(registry.mayRequest(own(QStringLiteral(":2.7")), id(128)), Answer::Yes);
     // One without clients makes room.
     registry.remove(id(9));
-    QCOMPARE(registry.idleConnection(), QStringLiteral(":2.9"));
-    QCOMPARE(registry.mayRequest(first(), id(128)), Answer::Yes);
-    QCOMPARE(registry.takeConnection(registry.idleConnection()), QStringList());
-    QVERIFY(!registry.isFull());
+    QCOMPARE(registry.idleConnection(ownUser), QStringLiteral(":2.9"));
+    QCOMPARE(registry.mayRequest(own(first()), id(128)), Answer::Yes);
+    QCOMPARE(registry.takeConnection(registry.idleConnection(ownUser)), QStringList());
+    QVERIFY(!registry.isFull(ownUser));
+}
+
+void FocusServiceTest::clientsOfAUser()
+{
+    ClientRegistry registry(ownUser);
+    const auto caller = [](int number, uint user) { return ClientRegistry::Caller{QStringLiteral(":%1.%2").arg(user).arg(number), user}; };
+    for (int number = 0; number < 64; ++number) {
+        QCOMPARE(registry.mayRequest(caller(number / 16, 8), id(number)), Answer::Yes);
+        registry.add(caller(number / 16, 8), id(number));
+    }
+    QCOMPARE(registry.mayRequest(caller(4, 8), id(64)), Answer::TooManyOfUser);
+    QCOMPARE(registry.mayRequest(caller(0, 8), id(0)), Answer::Yes); // one that is in already
+    QCOMPARE(registry.mayRequest(caller(0, 9), id(64)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(64)), Answer::Yes);
+    registry.remove(id(20));
+    QCOMPARE(registry.mayRequest(caller(4, 8), id(64)), Answer::Yes);
+}
+
+void FocusServiceTest::connectionsOfAUser()
+{
+    ClientRegistry registry(ownUser);
+    const auto caller = [](int number, uint user) { return ClientRegistry::Caller{QStringLiteral(":%1.%2").arg(user).arg(number), user}; };
+    for (int number = 0; number < 32; ++number) {
+        QCOMPARE(registry.mayRequest(caller(number, 8), id(number)), Answer::Yes);
+        registry.add(caller(number, 8), id(number));
+    }
+    QCOMPARE(registry.mayRequest(caller(32, 8), id(32)), Answer::TooManyOfUser);
+    QCOMPARE(registry.mayRequest(caller(31, 8), id(32)), Answer::Yes); // another one of a connection that counts already
+    QCOMPARE(registry.mayRequest(caller(0, 9), id(32)), Answer::Yes);
+    registry.remove(id(20));
+    QCOMPARE(registry.mayRequest(caller(32, 8), id(32)), Answer::Yes);
+}
+
+void FocusServiceTest::lastPlaces()
+{
+    ClientRegistry registry(ownUser);
+    int clients = 0;
+    int connections = 0;
+    const auto take = [&](uint user, int number) {
+        const ClientRegistry::Caller caller{QStringLiteral(":%1.%2").arg(user).arg(number), user};
+        const Answer answer = registry.mayRequest(caller, id(clients));
+        if (answer == Answer::Yes) {
+            connections += registry.hasConnection(caller.connection) ? 0 : 1;
+            registry.add(caller, id(clients++));
+        }
+        return answer;
+    };
+    // Three users have all that a user may have, and no more is to be had but for those who have few.
+    for (const uint user : {100U, 101U, 102U}) {
+        for (int number = 0; number < 64; ++number)
+            QCOMPARE(take(user, number % 32), Answer::Yes);
+    }
+    QCOMPARE(clients, 192);
+    QCOMPARE(connections, 96);
+    for (uint user = 200; user < 216; ++user) {
+        for (int number = 0; number < 4; ++number)
+            QCOMPARE(take(user, number % 2), Answer::Yes);
+        QCOMPARE(take(user, 0), Answer::TooMany);
+    }
+    QCOMPARE(clients, 256);
+    QCOMPARE(connections, 128);
+    QCOMPARE(take(300, 0), Answer::TooMany);
+    // Whatever they do, the service's own user has as many again; and the other way round.
+    for (int number = 0; number < 256; ++number)
+        QCOMPARE(take(ownUser, number % 128), Answer::Yes);
+    QCOMPARE(take(ownUser, 0), Answer::TooMany);
+    registry.takeConnection(QStringLiteral(":100.0"));
+    QCOMPARE(take(300, 0), Answer::Yes);
+    QCOMPARE(take(ownUser, 0), Answer::TooMany);
+}
+
+void FocusServiceTest::placesOfIdleConnections()
+{
+    ClientRegistry registry(ownUser);
+    const ClientRegistry::Caller other{second(), 8};
+    registry.add(other, id(1));
+    registry.remove(id(1));
+    QVERIFY(registry.idleConnection(ownUser).isEmpty()); // it takes no place from that user
+    QCOMPARE(registry.idleConnection(8), second());
+    QCOMPARE(registry.idleConnection(9), second());
+    for (int number = 0; number < 128; ++number)
+        registry.add(own(QStringLiteral(":2.%1").arg(number)), id(number));
+    QVERIFY(registry.isFull(ownUser));
+    QVERIFY(!registry.isFull(8));
 }
 
 void FocusServiceTest::takeInOrderOfRequests()
 {
-    ClientRegistry registry;
-    registry.add(first(), id(1));
-    registry.add(first(), id(2));
-    registry.add(second(), id(4));
-    registry.add(first(), id(3));
-    registry.add(first(), id(1));
+    ClientRegistry registry(ownUser);
+    registry.add(own(first()), id(1));
+    registry.add(own(first()), id(2));
+    registry.add(own(second()), id(4));
+    registry.add(own(first()), id(3));
+    registry.add(own(first()), id(1));
     QCOMPARE(registry.takeConnection(first()), (QStringList{id(2), id(3), id(1)}));
     QVERIFY(!registry.hasConnection(first()));
     QCOMPARE(registry.takeConnection(first()), QStringList());
-    QCOMPARE(registry.mayRequest(second(), id(1)), Answer::Yes);
-    QCOMPARE(registry.mayRequest(first(), id(4)), Answer::OfAnotherConnection);
+    QCOMPARE(registry.mayRequest(own(second()), id(1)), Answer::Yes);
+    QCOMPARE(registry.mayRequest(own(first()), id(4)), Answer::OfAnotherConnection);
 }
 
 void FocusServiceTest::unknownOnes()
 {
-    ClientRegistry registry;
+    ClientRegistry registry(ownUser);
     registry.remove(id(1));
     QCOMPARE(registry.takeConnection(first()), QStringList());
     QVERIFY(!registry.hasConnection(first()));
@@ -189,6 +288,13 @@ void FocusServiceTest::options_data()
     QTest::newRow("fewer") << list("--mega-bases -1") << complain << none;
     QTest::newRow("no number") << list("--mega-bases many") << complain << none;
     QTest::newRow("too many") << list("--mega-bases 2147483648") << complain << none;
+    QTest::newRow("unknown user") << list("--call-user no-such-user") << complain << none;
+    QTest::newRow("no user") << list("--call-user") << complain << none;
+    QTest::newRow("negative user") << list("--call-user -1") << complain << none;
+    QTest::newRow("no watchdog") << list("--watchdog 0") << serve << QStringLiteral("session tavi.AudioService /tavi/AudioService 4 volume quiet");
+    QTest::newRow("negative watchdog") << list("--watchdog -1") << complain << none;
+    QTest::newRow("watchdog, no number") << list("--watchdog soon") << complain << none;
+    QTest::newRow("watchdog beyond a day") << list("--watchdog 86401") << complain << none;
 }
 
 void FocusServiceTest::options()
@@ -210,6 +316,24 @@ void FocusServiceTest::options()
     }
 }
 
+void FocusServiceTest::callUsers_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QVector<uint>>("users");
+    const auto list = [](const char *arguments) { return QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts); };
+    QTest::newRow("session") << QStringList() << QVector<uint>();
+    QTest::newRow("system") << list("--system") << QVector<uint>{0, ::geteuid()};
+    QTest::newRow("number") << list("--system --call-user 4711") << QVector<uint>{4711};
+    QTest::newRow("name") << list("--system --call-user root") << QVector<uint>{0};
+    QTest::newRow("several") << list("--session --call-user 5 --call-user root") << QVector<uint>{5, 0};
+}
+
+void FocusServiceTest::callUsers()
+{
+    QFETCH(QStringList, arguments);
+    QTEST(Options::parse(arguments).callUsers, "users");
+}
+
 void FocusServiceTest::help()
 {
     const QString text = Options::help();
@@ -220,6 +344,8 @@ void FocusServiceTest::help()
                              "--mega-bases COUNT",
                              "--no-volume",
                              "--log",
+                             "--watchdog SECONDS",
+                             "30 by",
                              "--help",
                              "--version",
                              "tavi.AudioService by default",
@@ -229,6 +355,8 @@ void FocusServiceTest::help()
                              "16 clients of a connection",
                              "256 clients",
                              "128 connections",
+                             "64 clients and 32 connections",
+                             "--call-user USER",
                              "Exit status"})
         QVERIFY2(text.contains(QLatin1String(part)), part);
     const QStringList lines = text.split(QLatin1Char('\n'));
@@ -246,7 +374,8 @@ void FocusServiceTest::volume()
     QVERIFY(!QFile::exists(file)); // nothing was started yet
     const int level = source.level();
     QVERIFY(QFile::exists(file));
-    ZelAudioManager *const manager = ZelAudioManager::instance();
+    auto *const manager = source.findChild<ZelAudioManager *>();
+    QVERIFY(manager);
     QCOMPARE(level, manager->getVolume(ZelAudioTypeMedia));
     QVERIFY(!source.isMuted());
     QVERIFY(changes.isEmpty());

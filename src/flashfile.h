@@ -21,7 +21,7 @@ Failure failureOf(const char *systemCall);
  *
  * Nothing here locks; see SettingsLock.
  */
-namespace settingsfile
+namespace flashfile
 {
 
 /// Larger files are no settings files: only so many bytes of them are read.
@@ -43,7 +43,7 @@ struct Content
 };
 
 /// Never waits, whatever lies in the file's place.
-Content read(const QString &path = settingsfile::path());
+Content read(const QString &path = flashfile::path());
 
 struct Replacement
 {
@@ -66,6 +66,6 @@ Replacement replace(const QString &path, const QByteArray &bytes, const Content 
 /// Keeps a damaged file beside, as damagedPath(), unless it is there already.
 Failure keepDamaged(const Content &damaged, const QString &temporaryPath);
 
-} // namespace settingsfile
+} // namespace flashfile
 
 } // namespace audio

@@ -1,4 +1,4 @@
-#include "settingsfile.h"
+#include "flashfile.h"
 
 #include "filedescriptor.h"
 
@@ -53,7 +53,7 @@ Failure compare(int file, const QByteArray &bytes)
     return found == bytes ? Failure() : QStringLiteral("what was written reads back otherwise");
 }
 
-Failure takeOver(int file, const settingsfile::Content &old)
+Failure takeOver(int file, const flashfile::Content &old)
 {
     struct stat64 status = {};
     if (::fstat64(file, &status) != 0)
@@ -71,7 +71,7 @@ Failure takeOver(int file, const settingsfile::Content &old)
 }
 
 /// The complete file, on the flash, under its temporary name.
-Failure prepare(const QByteArray &path, const QByteArray &bytes, const settingsfile::Content &old)
+Failure prepare(const QByteArray &path, const QByteArray &bytes, const flashfile::Content &old)
 {
     constexpr mode_t mode = 0666; // of which the process's mask takes its part
     const auto create
@@ -125,22 +125,22 @@ Failure failureOf(const char *systemCall)
     return QString::fromLatin1(systemCall) + QLatin1String(": ") + qt_error_string(error);
 }
 
-QString settingsfile::path()
+QString flashfile::path()
 {
     return QStringLiteral("/media/flash/nvm/audioData.db");
 }
 
-QString settingsfile::damagedPath()
+QString flashfile::damagedPath()
 {
     return path() + QLatin1String(".damaged");
 }
 
-QString settingsfile::folder()
+QString flashfile::folder()
 {
     return QStringLiteral("/media/flash/nvm");
 }
 
-settingsfile::Content settingsfile::read(const QString &path)
+flashfile::Content flashfile::read(const QString &path)
 {
     Content content;
     const QByteArray name = QFile::encodeName(path);
@@ -178,8 +178,8 @@ settingsfile::Content settingsfile::read(const QString &path)
     return content;
 }
 
-settingsfile::Replacement
-settingsfile::replace(const QString &path, const QByteArray &bytes, const Content &old, const QString &temporaryPath, const std::function<bool()> &mayReplace)
+flashfile::Replacement
+flashfile::replace(const QString &path, const QByteArray &bytes, const Content &old, const QString &temporaryPath, const std::function<bool()> &mayReplace)
 {
     Replacement replacement;
     const QByteArray target = QFile::encodeName(withoutLinks(path));
@@ -200,7 +200,7 @@ settingsfile::replace(const QString &path, const QByteArray &bytes, const Conten
     return replacement;
 }
 
-Failure settingsfile::keepDamaged(const Content &damaged, const QString &temporaryPath)
+Failure flashfile::keepDamaged(const Content &damaged, const QString &temporaryPath)
 {
     const Content kept = read(damagedPath());
     if (kept.exists && kept.status.st_size == damaged.status.st_size && kept.bytes == damaged.bytes)
