@@ -16,28 +16,29 @@ namespace
 
 constexpr int promptlyMs = 3000;
 
-QString flashFolder()
-{
-    return QStringLiteral("/media/flash/nvm");
-}
-
-/// Another process that saves, and hangs in it: whoever uses the settings file waits for its lock on the folder.
+/// Another process that saves, and hangs in it: whoever saves waits a second for its lock.
 class HangingWriter
 {
 public:
     HangingWriter()
-        : m_folder(::open(flashFolder().toLatin1().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-        , m_isHeld(::flock(m_folder, LOCK_EX | LOCK_NB) == 0)
+        : m_file(::open(path().constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))
+        , m_isHeld(::flock(m_file, LOCK_EX | LOCK_NB) == 0)
     {
     }
-    ~HangingWriter() { ::close(m_folder); }
+    ~HangingWriter()
+    {
+        ::unlink(path().constData());
+        ::close(m_file);
+    }
 
     bool isHeld() const { return m_isHeld; }
 
 private:
     Q_DISABLE_COPY(HangingWriter)
 
-    int m_folder;
+    static QByteArray path() { return "/media/flash/nvm/audioData.db.lock"; }
+
+    int m_file;
     bool m_isHeld;
 };
 
@@ -91,7 +92,7 @@ void DaemonVolumeTest::manyQuestions()
     {
         const HangingWriter writer;
         QVERIFY(writer.isHeld());
-        for (int number = 0; number < 1000; ++number)
+        for (int number = 0; number < 100; ++number)
             replies.append(client.proxy().volumeLevel());
         QCOMPARE(client.result(replies.constLast()), QStringLiteral("LimitsExceeded"));
         reply = other.proxy().volumeLevel();
@@ -103,7 +104,7 @@ void DaemonVolumeTest::manyQuestions()
     for (const auto &answer : qAsConst(replies))
         results.append(client.result(answer));
     QCOMPARE(results.mid(0, 16).count(QStringLiteral("20")), 16);
-    QCOMPARE(results.count(QStringLiteral("LimitsExceeded")), 984);
+    QCOMPARE(results.count(QStringLiteral("LimitsExceeded")), 84);
     QCOMPARE(client.result(client.proxy().volumeLevel()), QStringLiteral("20"));
 }
 
