@@ -48,8 +48,9 @@ struct Line
     Kind kind = Kind::Nothing;
     int start = 0;
     int end = 0; ///< behind the line end
-    QByteArray name; ///< of a header or an entry, as it is written
-    int valueStart = 0; ///< of an entry
+    int nameStart = 0; ///< of a header or an entry
+    int nameEnd = 0;
+    int valueStart = 0; ///< of an entry; nothing for others
     int valueEnd = 0;
 };
 
@@ -104,24 +105,36 @@ private:
         }
         isWhole = isWhole && !isQuoted && position <= end; // else it goes on in the next line
         end = std::min(position, end);
-        line.valueEnd = end;
+        const int valueEnd = end;
         while (end > start && isBlank(m_bytes.at(end - 1)))
             --end;
         const bool isOpened = m_bytes.at(start) == '[';
-        const int bracket = isOpened ? m_bytes.indexOf(']', start) : -1;
-        if (isWhole && bracket >= 0 && bracket < end) {
+        const auto *const bracket = isOpened ? std::find(m_bytes.begin() + start, m_bytes.begin() + end, ']') : m_bytes.begin() + end;
+        const int close = static_cast<int>(bracket - m_bytes.begin());
+        if (isWhole && close < end) {
             line.kind = Line::Kind::Header;
-            line.name = m_bytes.mid(start + 1, bracket - start - 1).trimmed();
+            setName(line, start + 1, close);
         } else if (equals < 0 && (isOpened || m_bytes.at(end - 1) == ']')) {
             line.kind = Line::Kind::BrokenHeader;
-            line.name = isOpened ? m_bytes.mid(start + 1, (bracket >= 0 && bracket < end ? bracket : end) - start - 1).trimmed() : QByteArray();
+            setName(line, start + 1, isOpened ? close : start + 1);
         } else if (isWhole && equals > start && !isOpened) {
             line.kind = Line::Kind::Entry;
-            line.name = m_bytes.mid(start, equals - start).trimmed();
+            setName(line, start, equals);
             line.valueStart = equals + 1;
+            line.valueEnd = valueEnd;
         } else {
             line.kind = Line::Kind::Broken;
         }
+    }
+
+    void setName(Line &line, int start, int end) const
+    {
+        while (start < end && isBlank(m_bytes.at(start)))
+            ++start;
+        while (end > start && isBlank(m_bytes.at(end - 1)))
+            --end;
+        line.nameStart = start;
+        line.nameEnd = end;
     }
 
     const QByteArray m_bytes;
@@ -146,26 +159,32 @@ QByteArray headerOf(const QString &group)
     return name.compare("general", Qt::CaseInsensitive) == 0 ? QByteArrayLiteral("[%General]\n") : '[' + name + "]\n";
 }
 
-bool isEntryOf(const Line &line, const QString &group, const QString &path)
+QByteArray nameOf(const QByteArray &bytes, const Line &line)
 {
-    const bool isPlain = !line.name.contains('%') && !line.name.contains('\\');
-    if (isPlain && path.size() != line.name.size() + (group.isEmpty() ? 0 : group.size() + 1))
-        return false;
-    const QString name = settingscodec::decodedName(line.name);
-    return group.isEmpty() ? name == path : path.size() == group.size() + 1 + name.size() && path.startsWith(group) && path.endsWith(name);
+    return bytes.mid(line.nameStart, line.nameEnd - line.nameStart);
+}
+
+bool isCalled(const QByteArray &bytes, const Line &line, const QString &name)
+{
+    const QLatin1String written(bytes.constData() + line.nameStart, line.nameEnd - line.nameStart);
+    const bool isPlain = !written.contains(QLatin1Char('%')) && !written.contains(QLatin1Char('\\'));
+    return isPlain ? name == written : name == settingscodec::decodedName(nameOf(bytes, line));
 }
 
 /// The last entry of that path, which is the one that counts.
 std::optional<Line> lastEntry(const QByteArray &bytes, const QString &path)
 {
     std::optional<Line> found;
-    QString group;
+    QString key = path; // below the current group; empty where the path is not below it
     for (LineReader lines(bytes); !lines.atEnd();) {
         const Line line = lines.next();
-        if (line.kind == Line::Kind::Header)
-            group = groupOfHeader(line.name);
-        else if (line.kind == Line::Kind::Entry && isEntryOf(line, group, path))
+        if (line.kind == Line::Kind::Header) {
+            const QString group = groupOfHeader(nameOf(bytes, line));
+            const bool isBelow = path.startsWith(group) && path.mid(group.size(), 1) == QLatin1String("/");
+            key = group.isEmpty() ? path : isBelow ? path.mid(group.size() + 1) : QString();
+        } else if (line.kind == Line::Kind::Entry && !key.isEmpty() && isCalled(bytes, line, key)) {
             found = line;
+        }
     }
     return found;
 }
@@ -184,25 +203,27 @@ bool isAscii(const QByteArray &text)
 }
 
 /// Of the first entry below a header, if the store has such a key.
-QByteArray groupOfNextEntry(LineReader lines)
+QByteArray groupOfNextEntry(const QByteArray &bytes, LineReader lines)
 {
-    while (!lines.atEnd()) {
+    constexpr int mostLines = 100; // or a file of nothing but such headers would be read again for each
+    for (int count = 0; count < mostLines && !lines.atEnd(); ++count) {
         const Line line = lines.next();
-        if (line.kind == Line::Kind::Header)
+        if (line.kind == Line::Kind::Header || line.kind == Line::Kind::BrokenHeader)
             break;
         if (line.kind == Line::Kind::Entry)
-            return groupOfKey(line.name);
+            return groupOfKey(nameOf(bytes, line));
     }
     return {};
 }
 
 /// What a damaged line that is, or may have been, the head of a group is taken for; empty for one that need not have been one.
-QByteArray mendedHeader(const Line &line, const LineReader &following)
+QByteArray mendedHeader(const QByteArray &bytes, const Line &line, const LineReader &following)
 {
-    const QByteArray group = groupOfNextEntry(following);
+    const QByteArray group = groupOfNextEntry(bytes, following);
     if (!group.isEmpty())
         return '[' + group + "]\n";
-    return line.kind == Line::Kind::BrokenHeader && !line.name.isEmpty() ? headerOf(groupOfHeader(line.name)) : QByteArray();
+    const QByteArray name = nameOf(bytes, line);
+    return line.kind == Line::Kind::BrokenHeader && !name.isEmpty() ? headerOf(groupOfHeader(name)) : QByteArray();
 }
 
 /// A value whose length is to be believed before it is read.
@@ -228,8 +249,8 @@ void SettingsText::leaveOutDamage(const QByteArray &bytes)
         m_bytes += byteOrderMark;
     for (LineReader lines(bytes); !lines.atEnd();) {
         const Line line = lines.next();
-        if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(line.name))) { // QSettings would write %E4
-            const QByteArray mended = mendedHeader(line, lines);
+        if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(nameOf(bytes, line)))) { // QSettings would write %E4
+            const QByteArray mended = mendedHeader(bytes, line, lines);
             if (!mended.isEmpty()) {
                 m_bytes += mended;
                 ++m_damagedLines;
@@ -282,7 +303,7 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
     for (LineReader lines(m_bytes); !lines.atEnd();) {
         const Line line = lines.next();
         if (line.kind == Line::Kind::Header) {
-            currentGroup = groupOfHeader(line.name);
+            currentGroup = groupOfHeader(nameOf(m_bytes, line));
             if (currentGroup > group && placeOfGroup < 0)
                 placeOfGroup = line.start;
         }
@@ -290,7 +311,7 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
             continue;
         if (line.kind == Line::Kind::Header)
             placeOfEntry = line.end;
-        else if (line.kind == Line::Kind::Entry && settingscodec::decodedName(line.name) > key)
+        else if (line.kind == Line::Kind::Entry && settingscodec::decodedName(nameOf(m_bytes, line)) > key)
             isPlaceFound = placeOfEntry >= 0;
         else if (line.kind == Line::Kind::Entry)
             placeOfEntry = line.end;

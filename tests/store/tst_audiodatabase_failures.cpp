@@ -216,6 +216,8 @@ void FailuresTest::damagedValueInTheFile_data()
     QTest::newRow("text of 2 GB") << volume(R"(@Variant(\0\0\0\n\x7f\xff\xff\xfe))");
     QTest::newRow("bits of 2 G") << volume(R"(@Variant(\0\0\0\r\x7f\xff\xff\xff))");
     QTest::newRow("1 MB of elements") << volume(QByteArray(1000000, ',').constData());
+    QTest::newRow("heads of groups") << "[EQ]\nType=4\n[Volume]\n1=2\n" + QByteArray("[\n").repeated(500000);
+    QTest::newRow("heads of groups with a name") << "[EQ]\nType=4\n[Volume]\n1=2\n" + QByteArray("[\xff]\n").repeated(250000);
     QTest::newRow("short lines") << "[EQ]\nType=4\n[Volume]\n1=2\n" + QByteArray("a=\n").repeated(340000);
     QTest::newRow("10 MB") << "[EQ]\nType=4\n[Volume]\n1=2\n" + QByteArray("some=key and value\n").repeated(550000);
 }
@@ -228,7 +230,7 @@ void FailuresTest::damagedValueInTheFile()
     flash::setContent(content);
     const program::Run run = settingsprocess::run({QStringLiteral("memory")});
     QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
-    if (!program::isEmulated())
+    if (!program::isEmulated() && isFast) // sanitizers keep memory of their own
         QVERIFY2(run.output.trimmed().toInt() < mostKilobytes, qPrintable(run.output));
     QCOMPARE(flash::entries().value("EQ/Type"), QByteArray("3"));
     QCOMPARE(flash::entries().value("Volume/1"), QByteArray("2"));
@@ -251,7 +253,7 @@ void FailuresTest::manyKeys()
     QCOMPARE(flash::entries().value("EQ/Type"), QByteArray("3"));
     QVERIFY(flash::content().size() <= 1024 * 1024 + 100);
     QVERIFY(flash::content(QStringLiteral("audioData.db.damaged")) == content);
-    const int patienceMs = program::isEmulated() ? 120000 : 6000;
+    const int patienceMs = program::isEmulated() || !isFast ? 120000 : 6000;
     QVERIFY2(startMs < patienceMs && saveMs < patienceMs, qPrintable(QStringLiteral("%1 and %2 ms").arg(startMs).arg(saveMs)));
     log.reset();
     qInfo("%d bytes: start %lld ms, save %lld ms", content.size(), startMs, saveMs);
