@@ -106,6 +106,19 @@ Failure synchronizeFolder(const QString &path)
     return {};
 }
 
+/// The settings file is the damaged file as well, until it is replaced.
+Failure giveSecondName(const QString &temporaryPath)
+{
+    const QByteArray temporary = QFile::encodeName(temporaryPath);
+    if (::link(QFile::encodeName(flashfile::path()).constData(), temporary.constData()) != 0)
+        return failureOf("link");
+    if (::rename(temporary.constData(), QFile::encodeName(flashfile::damagedPath()).constData()) == 0)
+        return synchronizeFolder(flashfile::damagedPath());
+    const Failure failure = failureOf("rename");
+    ::unlink(temporary.constData());
+    return failure;
+}
+
 /// The file itself, where an integrator put a link to another partition.
 QString withoutLinks(const QString &path)
 {
@@ -205,22 +218,12 @@ Failure flashfile::keepDamaged(const Content &damaged, const QString &temporaryP
     const Content kept = read(damagedPath());
     if (kept.exists && kept.status.st_size == damaged.status.st_size && kept.bytes == damaged.bytes)
         return {};
-    Failure failure;
-    if (!damaged.isTooLarge) {
-        failure = replace(damagedPath(), damaged.bytes, {}, temporaryPath, [] { return true; }).failure;
-        if (failure.isEmpty())
-            return {};
-    }
-    // A second name needs no room. It is the second choice, since who edits the one file in its place edits the other.
-    const QByteArray temporary = QFile::encodeName(temporaryPath);
-    const QByteArray target = QFile::encodeName(damagedPath());
-    if (::link(QFile::encodeName(path()).constData(), temporary.constData()) != 0)
-        return failure.isEmpty() ? failureOf("link") : failure;
-    if (::rename(temporary.constData(), target.constData()) == 0)
-        return synchronizeFolder(damagedPath());
-    failure = failureOf("rename");
-    ::unlink(temporary.constData());
-    return failure;
+    const auto copy = [&] { return replace(damagedPath(), damaged.bytes, {}, temporaryPath, [] { return true; }).failure; };
+    const auto link = [&] { return giveSecondName(temporaryPath); };
+    // Of a large file only the beginning was read. For the others a second name is the second choice, though it needs no room: who edits
+    // the one file in its place edits the other.
+    const Failure failure = damaged.isTooLarge ? link() : copy();
+    return failure.isEmpty() || (damaged.isTooLarge ? copy() : link()).isEmpty() ? Failure() : failure;
 }
 
 } // namespace audio

@@ -226,12 +226,14 @@ SettingsLock::Attempt SettingsLock::lookAtOther()
         return remove(path);
     if (!tryKernelLock(other.number()))
         return isStale(m_other) ? remove(path) : Attempt::Busy; // also where the file system has no kernel locks
-    if (::fstat64(other.number(), &m_other) != 0)
-        return fail(failureOf("fstat"));
-    if (m_other.st_nlink == 0)
+    if (::fstat64(other.number(), &m_other) != 0 || m_other.st_nlink == 0)
         return Attempt::Again; // its holder has removed it
     if (m_other.st_size == 0 && qAbs(ageOf(m_other)) < makingTimeMs)
         return Attempt::Busy;
+    // QSettings lets go of its lock file before it removes it: to be faster than that would have it remove the next one's.
+    QThread::msleep(retryIntervalMs);
+    if (::fstat64(other.number(), &m_other) != 0 || m_other.st_nlink == 0)
+        return Attempt::Again;
     return remove(path);
 }
 

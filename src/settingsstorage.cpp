@@ -198,11 +198,12 @@ void write(const QString &path, const QVariant &value, QStringList &complaints)
 
 QVariant settingsstorage::value(const QString &path, const QVariant &defaultValue, QStringList &complaints)
 {
-    const SettingsText text(readAndTell(complaints).bytes);
+    const flashfile::Content content = readAndTell(complaints);
+    const SettingsText text(content.bytes);
     {
         const QMutexLocker locker(&memory().mutex);
         for (const WaitingValue &waiting : memory().waiting) {
-            if (waiting.path == path && isStillWaiting(waiting, text))
+            if (waiting.path == path && (!content.failure.isEmpty() || isStillWaiting(waiting, text)))
                 return waiting.value;
         }
     }

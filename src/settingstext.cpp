@@ -164,27 +164,44 @@ QByteArray nameOf(const QByteArray &bytes, const Line &line)
     return bytes.mid(line.nameStart, line.nameEnd - line.nameStart);
 }
 
-bool isCalled(const QByteArray &bytes, const Line &line, const QString &name)
+/// As it is written, where that is what it means; most names need no decoding, and large files have many.
+std::optional<QLatin1String> plainName(const QByteArray &bytes, const Line &line)
 {
     const QLatin1String written(bytes.constData() + line.nameStart, line.nameEnd - line.nameStart);
-    const bool isPlain = !written.contains(QLatin1Char('%')) && !written.contains(QLatin1Char('\\'));
-    return isPlain ? name == written : name == settingscodec::decodedName(nameOf(bytes, line));
+    if (written.contains(QLatin1Char('%')) || written.contains(QLatin1Char('\\')))
+        return std::nullopt;
+    return written;
+}
+
+bool isCalled(const QByteArray &bytes, const Line &line, const QString &name)
+{
+    const std::optional<QLatin1String> plain = plainName(bytes, line);
+    return plain ? name == *plain : name == settingscodec::decodedName(nameOf(bytes, line));
+}
+
+/// What is left of a path below a head of a group; nothing where it is not below it.
+QString keyBelow(const QByteArray &bytes, const Line &header, const QString &path)
+{
+    const std::optional<QLatin1String> plain = plainName(bytes, header);
+    const bool mayBeGeneral = !plain || plain->startsWith(QLatin1Char('g'), Qt::CaseInsensitive);
+    if (!mayBeGeneral && !path.startsWith(*plain))
+        return {};
+    const QString group = groupOfHeader(nameOf(bytes, header));
+    const bool isBelow = path.startsWith(group) && path.midRef(group.size(), 1) == QLatin1String("/");
+    return group.isEmpty() ? path : isBelow ? path.mid(group.size() + 1) : QString();
 }
 
 /// The last entry of that path, which is the one that counts.
 std::optional<Line> lastEntry(const QByteArray &bytes, const QString &path)
 {
     std::optional<Line> found;
-    QString key = path; // below the current group; empty where the path is not below it
+    QString key = path; // below the current group
     for (LineReader lines(bytes); !lines.atEnd();) {
         const Line line = lines.next();
-        if (line.kind == Line::Kind::Header) {
-            const QString group = groupOfHeader(nameOf(bytes, line));
-            const bool isBelow = path.startsWith(group) && path.mid(group.size(), 1) == QLatin1String("/");
-            key = group.isEmpty() ? path : isBelow ? path.mid(group.size() + 1) : QString();
-        } else if (line.kind == Line::Kind::Entry && !key.isEmpty() && isCalled(bytes, line, key)) {
+        if (line.kind == Line::Kind::Header)
+            key = keyBelow(bytes, line, path);
+        else if (line.kind == Line::Kind::Entry && !key.isEmpty() && isCalled(bytes, line, key))
             found = line;
-        }
     }
     return found;
 }

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void givesWayToANewerValue();
     void aReadWritesNothing();
     void theEndOfTheStoreWrites();
+    void unreadableWhileAValueWaits();
     void strangersDoNotStopIt_data();
     void strangersDoNotStopIt();
     void strangersCannotOpenTheLock();
@@ -182,6 +183,22 @@ void WaitingTest::theEndOfTheStoreWrites()
         QVERIFY(holder->waitForFinished());
     }
     QCOMPARE(flash::content(), QByteArray("[Volume]\n0=34\n"));
+}
+
+/// The process goes on with what it wanted to save, whatever happens to the file.
+void WaitingTest::unreadableWhileAValueWaits()
+{
+    flash::setContent("[Volume]\n0=20\n");
+    const auto holder = settingsprocess::start({QStringLiteral("hold-lock")});
+    AudioDataBase store;
+    store.setVolume(ZelAudioTypeMedia, 34, true);
+    QVERIFY(QFile::remove(flash::settingsFile()));
+    QVERIFY(QDir().mkdir(flash::settingsFile()));
+    QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("0"), 1).toInt(), 34);
+    QVERIFY(QDir().rmdir(flash::settingsFile()));
+    flash::setContent("[Volume]\n0=20\n");
+    letGo(*holder, store);
+    QCOMPARE(flash::entries().value("Volume/0"), QByteArray("34"));
 }
 
 void WaitingTest::strangersDoNotStopIt_data()
