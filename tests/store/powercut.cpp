@@ -6,7 +6,6 @@
 #include <QtCore/QVector>
 
 #include <csignal>
-#include <set>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -50,21 +49,27 @@ quint64 systemCallOf(pid_t process)
 /// Those that a file, a folder or a lock may refuse. A process without memory is another matter.
 bool mayFail(quint64 systemCall)
 {
-    static const std::set<quint64> others{SYS_brk,
-                                          SYS_mmap,
-                                          SYS_munmap,
-                                          SYS_mprotect,
-                                          SYS_madvise,
-                                          SYS_futex,
-                                          SYS_gettid,
-                                          SYS_getpid,
-                                          SYS_rt_sigaction,
-                                          SYS_rt_sigprocmask,
-                                          SYS_rt_sigreturn,
-                                          SYS_restart_syscall,
-                                          SYS_clock_nanosleep,
-                                          SYS_kill};
-    return others.count(systemCall) == 0;
+    switch (systemCall) {
+    case SYS_brk:
+#if defined(SYS_mmap)
+    case SYS_mmap:
+#endif
+    case SYS_munmap:
+    case SYS_mprotect:
+    case SYS_madvise:
+    case SYS_futex:
+    case SYS_gettid:
+    case SYS_getpid:
+    case SYS_rt_sigaction:
+    case SYS_rt_sigprocmask:
+    case SYS_rt_sigreturn:
+    case SYS_restart_syscall:
+    case SYS_clock_nanosleep:
+    case SYS_kill:
+        return false;
+    default:
+        return true;
+    }
 }
 
 /// At its entry: the kernel gets the number of no system call.
