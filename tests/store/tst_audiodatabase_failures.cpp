@@ -170,6 +170,7 @@ void FailuresTest::everyNumberOfFreeBytes()
 void FailuresTest::killedOnANearlyFullFlash()
 {
     const int kills = program::isEmulated() ? 20 : isFast ? 1000 : 100;
+    const int longestLifeUs = program::isEmulated() ? 100000 : 3000; // in which there is time for some saves
     // Half of them with room for the next version, half with none: then all that can be there is the old one.
     const program::Run run = runWithSmallFlash(12288,
                                                QStringLiteral(R"(
@@ -178,7 +179,7 @@ void FailuresTest::killedOnANearlyFullFlash()
         while [ $kill -lt %1 ]; do
             rm -f filler
             [ $((kill % 2)) -eq 0 ] || head -c 100000 /dev/zero >filler 2>/dev/null
-            $client count-until $((1 + kill * 7919 % 3000)) counter >/dev/null 2>&1
+            $client count-until $((1 + kill * 7919 % %2)) counter >/dev/null 2>&1
             echo "== $kill"
             cat audioData.db
             kill=$((kill + 1))
@@ -187,7 +188,8 @@ void FailuresTest::killedOnANearlyFullFlash()
         $client steps Volume/counter=1 2>/dev/null
         echo "== last"
         cat audioData.db; ls -A)")
-                                                   .arg(kills));
+                                                   .arg(kills)
+                                                   .arg(longestLifeUs));
     QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
     const QStringList parts = run.output.split(QStringLiteral("== "), Qt::SkipEmptyParts);
     QCOMPARE(parts.size(), kills + 1);
