@@ -50,7 +50,7 @@ void ScenarioHost::check(bool passed, int line, const QString &cause)
     QString text = lines.value(line - 1).trimmed();
     if (text.endsWith(QLatin1Char(';')))
         text.chop(1);
-    result.checks.append({line, text, passed, passed ? QString() : cause});
+    result.checks.append({line, text, passed, passed ? QString() : cause, {}});
     timeline.check(passed, passed ? text : QStringLiteral("line %1: %2").arg(QString::number(line), text), cause);
 }
 

@@ -7,6 +7,13 @@
 /// How a scenario went.
 struct ScenarioResult
 {
+    /// A place in the scenario that was being run.
+    struct Frame
+    {
+        QString function; ///< empty outside any function
+        int line = 0; ///< from 1
+    };
+
     /// One expect() that was reached.
     struct Check
     {
@@ -14,12 +21,14 @@ struct ScenarioResult
         QString text; ///< the scenario's own line
         bool passed = false;
         QString cause; ///< "expected 148, got 120"; empty when passed
+        QVector<Frame> stack; ///< how the scenario came here, innermost first; empty when passed
     };
 
     QString file; ///< as given on the command line
     QVector<Check> checks;
     QString error; ///< what ended the scenario before its end; empty when nothing did
     int errorLine = 0; ///< where, 0 when unknown
+    QVector<Frame> errorStack; ///< how the scenario came there, innermost first
     qint64 duration = 0; ///< ms on the scenario's clock
 
     int failures() const;
