@@ -5,10 +5,9 @@
 
 QString Command::exitStatuses()
 {
-    return QStringLiteral("Exit status: 0 success; 1 an expectation or a script failed, the audio service denied or refused a\n"
-                          "request, or a settings file cannot be read; 2 a mistake on the command line, a scenario that\n"
-                          "cannot be read or a report that cannot be written; 3 the bus or the audio service does not\n"
-                          "answer.\n");
+    return QStringLiteral("Exit status: 0 success; 1 an expectation or a script failed, the audio service denied or refused a "
+                          "request, or a settings file cannot be read; 2 a mistake on the command line, a scenario that cannot be "
+                          "read, or output that cannot be written; 3 the bus or the audio service does not answer; 130 interrupted.\n");
 }
 
 bool Command::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const

@@ -13,7 +13,8 @@ public:
     {
         QString name;
         QString value; ///< name of the value, empty for a switch
-        QString help;
+        QString help; ///< empty for what is not meant for people
+        QChar letter = {}; ///< its short name; null for none
     };
 
     /// What the bench ends with, whatever the command; for its help.
@@ -27,7 +28,8 @@ public:
     /// What follows the command's name: "FILE.js".
     virtual QString arguments() const = 0;
     virtual QVector<Option> options() const = 0;
-    /// What a user should know beyond the options; lines of at most 100 columns.
+    /// What a user should know beyond the options: paragraphs, which the help breaks to the terminal's width, and lists, whose lines begin
+    /// with blanks and stand as they are.
     virtual QString details() const = 0;
 
     /// Whether timers are to run on virtual time. Asked before the application object is made.

@@ -2,13 +2,18 @@
 
 #include <QtCore/QStringList>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace
 {
 
 bool colored = false;
+std::FILE *output = stdout;
+int writeError = 0; // errno of the first write that failed; 0 for none
 
 const char *sequence(Console::Style style)
 {
@@ -48,11 +53,10 @@ QString spelledOut(uint character)
     return QStringLiteral("\\U%1").arg(character, 8, 16, QLatin1Char('0'));
 }
 
-void write(std::FILE *file, const QString &text)
+bool write(std::FILE *file, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), file);
-    std::fflush(file);
+    return std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), file) == std::size_t(bytes.size()) && std::fflush(file) == 0;
 }
 
 } // namespace
@@ -61,7 +65,7 @@ void Console::setColors(Colors colors)
 {
     switch (colors) {
     case Colors::Auto:
-        colored = isatty(STDOUT_FILENO) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR");
+        colored = isatty(fileno(output)) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
         break;
     case Colors::Always:
         colored = true;
@@ -81,12 +85,30 @@ QString Console::styled(Style style, const QString &text)
 
 void Console::out(const QString &text)
 {
-    write(stdout, text);
+    if (!write(output, text) && writeError == 0)
+        writeError = errno;
 }
 
 void Console::error(const QString &text)
 {
     write(stderr, text);
+}
+
+void Console::divertToError()
+{
+    output = stderr;
+}
+
+bool Console::close(QString &problem)
+{
+    // As for a program that was started without one: what nobody asked for cannot be lost.
+    constexpr int notOpen = EBADF;
+    if (std::fclose(stdout) != 0 && writeError == 0 && errno != notOpen)
+        writeError = errno;
+    if (writeError == 0)
+        return true;
+    problem = qt_error_string(writeError);
+    return false;
 }
 
 bool Console::isUnseen(uint character)
@@ -116,6 +138,20 @@ QString Console::printable(const QString &text)
     return shown;
 }
 
+int Console::width()
+{
+    constexpr int narrowest = 40;
+    constexpr int widest = 200;
+    constexpr int usual = 100;
+    bool isNumber = false;
+    int columns = qEnvironmentVariableIntValue("COLUMNS", &isNumber);
+    if (!isNumber || columns <= 0) {
+        winsize size = {};
+        columns = ioctl(fileno(output), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+    }
+    return std::clamp(columns, narrowest, widest);
+}
+
 QString Console::cutMark(const QString &whole)
 {
     return QStringLiteral("\u2026 (%1 characters)").arg(whole.size());
@@ -123,13 +159,14 @@ QString Console::cutMark(const QString &whole)
 
 QString Console::wrapped(const QString &given, int indent, int hanging)
 {
+    const int widest = width();
     QString result(indent, QLatin1Char(' '));
     int column = indent;
     bool lineBegun = false;
     QString text = given;
     const QStringList words = text.replace(QLatin1Char('\n'), QLatin1Char(' ')).split(QLatin1Char(' '));
     for (const QString &word : words) {
-        if (lineBegun && column + 1 + word.size() > width) {
+        if (lineBegun && column + 1 + word.size() > widest) {
             result += QLatin1Char('\n') + QString(hanging, QLatin1Char(' '));
             column = hanging;
             lineBegun = false;

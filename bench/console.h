@@ -16,7 +16,7 @@ enum class Style {
 };
 
 enum class Colors {
-    Auto, ///< on a terminal, unless the environment has NO_COLOR
+    Auto, ///< on a terminal, unless the environment has NO_COLOR, or TERM=dumb
     Always,
     Never,
 };
@@ -29,6 +29,20 @@ QString styled(Style style, const QString &text);
 
 void out(const QString &text);
 void error(const QString &text);
+
+/**
+ * What is written to the standard output from now on goes to the standard error: where the output is a report, the story must not
+ * stand in it.
+ */
+void divertToError();
+
+/**
+ * Whether all of the output has arrived. The system tells of some failures, a full disk among them, only when a file is closed, so this closes
+ * the standard output.
+ *
+ * @param problem receives what was the matter
+ */
+bool close(QString &problem);
 
 /**
  * Any text on one line, as it may be shown on a terminal: what is not seen but acts is spelled out, such as \x1b, \n and the marks
@@ -48,8 +62,11 @@ bool isUnseen(uint character);
  */
 QString wrapped(const QString &given, int indent, int hanging);
 
-/// Columns that output keeps to.
-constexpr int width = 100;
+/**
+ * Columns that output keeps to: those that COLUMNS says, else those of the terminal, else 100; at least 40 and at most 200. Asked
+ * anew each time, as a window may change.
+ */
+int width();
 /// Characters of a foreign text that are shown.
 constexpr int textLimit = 200;
 /// What stands behind a text that was cut.

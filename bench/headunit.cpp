@@ -2,7 +2,10 @@
 
 #include <qzaudio/zelaudiomanager.h>
 
-HeadUnit::HeadUnit() = default;
+HeadUnit::HeadUnit(QObject *parent)
+    : QObject(parent)
+{
+}
 
 HeadUnit::~HeadUnit() = default;
 
@@ -13,8 +16,11 @@ bool HeadUnit::isOn() const
 
 ZelAudioManager *HeadUnit::manager()
 {
-    if (!poweredManager)
+    if (!poweredManager) {
+        Q_EMIT startsUp();
         poweredManager = std::make_unique<ZelAudioManager>();
+        Q_EMIT startedUp();
+    }
     return poweredManager.get();
 }
 

@@ -1,13 +1,14 @@
 #include "junitreport.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 #include <QtCore/QXmlStreamWriter>
 
+#include <unistd.h>
+
 namespace
 {
-
-constexpr double millisecondsPerSecond = 1000;
 
 /// XML has no place for most control characters, not even escaped.
 QString printable(const QString &text)
@@ -20,35 +21,70 @@ QString printable(const QString &text)
     return result;
 }
 
-} // namespace
-
-JUnitReport::JUnitReport(const ScenarioResult &reported)
-    : result(reported)
+/// JUnit's times are seconds.
+QString seconds(qint64 milliseconds)
 {
+    constexpr double millisecondsPerSecond = 1000;
+    return QString::number(double(milliseconds) / millisecondsPerSecond, 'f', 3);
 }
 
-QByteArray JUnitReport::toXml() const
+/// The case in which a run fails as a whole, empty where it did not.
+QString brokenBy(const ScenarioRun::Outcome &outcome, bool isStrict)
 {
-    const QString suite = QFileInfo(result.file).completeBaseName();
-    const bool broken = !result.error.isEmpty();
-    const QString tests = QString::number(result.checks.size() + (broken ? 1 : 0));
-    const QString failures = QString::number(result.failures());
-    const QString errors = QString::number(broken ? 1 : 0);
+    if (!outcome.problem.isEmpty())
+        return outcome.problem;
+    if (!outcome.result.error.isEmpty())
+        return outcome.result.error;
+    return isStrict && outcome.result.checks.isEmpty() ? QStringLiteral("the scenario expects nothing") : QString();
+}
 
-    QByteArray xml;
-    QXmlStreamWriter writer(&xml);
-    writer.setAutoFormatting(true);
-    writer.writeStartDocument();
-    writer.writeStartElement(QStringLiteral("testsuites"));
-    writer.writeAttribute(QStringLiteral("tests"), tests);
-    writer.writeAttribute(QStringLiteral("failures"), failures);
-    writer.writeAttribute(QStringLiteral("errors"), errors);
+struct Counts
+{
+    int tests = 0;
+    int failures = 0;
+    int errors = 0;
+    qint64 milliseconds = 0;
+
+    void add(const Counts &other)
+    {
+        tests += other.tests;
+        failures += other.failures;
+        errors += other.errors;
+        milliseconds += other.milliseconds;
+    }
+
+    void write(QXmlStreamWriter &writer) const
+    {
+        writer.writeAttribute(QStringLiteral("tests"), QString::number(tests));
+        writer.writeAttribute(QStringLiteral("failures"), QString::number(failures));
+        writer.writeAttribute(QStringLiteral("errors"), QString::number(errors));
+        writer.writeAttribute(QStringLiteral("time"), seconds(milliseconds));
+    }
+};
+
+Counts countsOf(const ScenarioRun::Outcome &outcome, bool isStrict)
+{
+    const int errors = brokenBy(outcome, isStrict).isEmpty() ? 0 : 1;
+    return {outcome.result.checks.size() + errors, outcome.result.failures(), errors, outcome.milliseconds};
+}
+
+void writeProperty(QXmlStreamWriter &writer, const QString &name, const QString &value)
+{
+    writer.writeEmptyElement(QStringLiteral("property"));
+    writer.writeAttribute(QStringLiteral("name"), name);
+    writer.writeAttribute(QStringLiteral("value"), value);
+}
+
+void writeSuite(QXmlStreamWriter &writer, const ScenarioRun::Outcome &outcome, bool isStrict)
+{
+    const ScenarioResult &result = outcome.result;
+    const QString suite = QFileInfo(result.file).completeBaseName();
     writer.writeStartElement(QStringLiteral("testsuite"));
     writer.writeAttribute(QStringLiteral("name"), suite);
-    writer.writeAttribute(QStringLiteral("tests"), tests);
-    writer.writeAttribute(QStringLiteral("failures"), failures);
-    writer.writeAttribute(QStringLiteral("errors"), errors);
-    writer.writeAttribute(QStringLiteral("time"), QString::number(double(result.duration) / millisecondsPerSecond, 'f', 3));
+    countsOf(outcome, isStrict).write(writer);
+    writer.writeStartElement(QStringLiteral("properties"));
+    writeProperty(writer, QStringLiteral("virtual time"), seconds(result.duration));
+    writer.writeEndElement();
 
     const auto startCase = [&](const QString &name, int line) {
         writer.writeStartElement(QStringLiteral("testcase"));
@@ -57,33 +93,78 @@ QByteArray JUnitReport::toXml() const
         writer.writeAttribute(QStringLiteral("file"), result.file);
         writer.writeAttribute(QStringLiteral("line"), QString::number(line));
     };
+    const auto complain = [&](const QString &element, int line, const QString &cause) {
+        writer.writeStartElement(element);
+        writer.writeAttribute(QStringLiteral("message"), printable(cause));
+        writer.writeCharacters(QStringLiteral("%1:%2: %3").arg(result.file, QString::number(line), printable(cause)));
+        writer.writeEndElement();
+    };
     for (const ScenarioResult::Check &check : result.checks) {
         startCase(QStringLiteral("line %1: %2").arg(QString::number(check.line), check.text), check.line);
-        if (!check.passed) {
-            writer.writeStartElement(QStringLiteral("failure"));
-            writer.writeAttribute(QStringLiteral("message"), printable(check.cause));
-            writer.writeCharacters(QStringLiteral("%1:%2: %3").arg(result.file, QString::number(check.line), printable(check.cause)));
-            writer.writeEndElement();
-        }
+        if (!check.passed)
+            complain(QStringLiteral("failure"), check.line, check.cause);
         writer.writeEndElement();
     }
-    if (broken) {
+    const QString broken = brokenBy(outcome, isStrict);
+    if (!broken.isEmpty()) {
         startCase(QStringLiteral("plays to its end"), result.errorLine);
-        writer.writeStartElement(QStringLiteral("error"));
-        writer.writeAttribute(QStringLiteral("message"), printable(result.error));
-        writer.writeCharacters(QStringLiteral("%1:%2: %3").arg(result.file, QString::number(result.errorLine), printable(result.error)));
-        writer.writeEndElement();
+        complain(QStringLiteral("error"), result.errorLine, broken);
         writer.writeEndElement();
     }
+    writer.writeEndElement();
+}
+
+} // namespace
+
+JUnitReport::JUnitReport(const QVector<ScenarioRun::Outcome> &reported, bool strict)
+    : outcomes(reported)
+    , isStrict(strict)
+{
+}
+
+QByteArray JUnitReport::toXml() const
+{
+    Counts all;
+    for (const ScenarioRun::Outcome &outcome : outcomes)
+        all.add(countsOf(outcome, isStrict));
+
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    writer.setAutoFormatting(true);
+    writer.writeStartDocument();
+    writer.writeStartElement(QStringLiteral("testsuites"));
+    all.write(writer);
+    for (const ScenarioRun::Outcome &outcome : outcomes)
+        writeSuite(writer, outcome, isStrict);
     writer.writeEndDocument();
     return xml;
 }
 
 bool JUnitReport::write(const QString &file, QString &error) const
 {
-    QSaveFile output(file);
     const QByteArray xml = toXml();
-    if (output.open(QIODevice::WriteOnly) && output.write(xml) == xml.size() && output.commit())
+    const auto writeTo = [&xml, &error](QFileDevice &output) {
+        // The system tells of a full disk when the bytes are really written.
+        if (output.write(xml) == xml.size() && output.flush())
+            return true;
+        error = output.errorString();
+        return false;
+    };
+    if (file == QLatin1String("-")) {
+        QFile output;
+        return output.open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered) && writeTo(output);
+    }
+    // A device or a pipe is there already, and must not be replaced by a file.
+    if (QFileInfo::exists(file) && !QFileInfo(file).isFile()) {
+        QFile output(file);
+        if (!output.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+            error = output.errorString();
+            return false;
+        }
+        return writeTo(output);
+    }
+    QSaveFile output(file);
+    if (output.open(QIODevice::WriteOnly) && writeTo(output) && output.commit())
         return true;
     error = output.errorString();
     return false;

@@ -1,26 +1,31 @@
 #ifndef JUNITREPORT_H
 #define JUNITREPORT_H
 
-#include "scenarioresult.h"
+#include "scenariorun.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QVector>
 
-/**
- * A scenario's result as the JUnit XML that CI servers read: one suite, one test case for each expect(), and one more, in error,
- * where a script error ended the scenario.
- */
+/// Results in the XML that CI servers read: a suite for each run, in which each expectation is a test case, and so is playing to the end.
 class JUnitReport
 {
 public:
-    explicit JUnitReport(const ScenarioResult &reported);
+    /// @param strict a scenario that expects nothing has failed
+    JUnitReport(const QVector<ScenarioRun::Outcome> &reported, bool strict);
 
     QByteArray toXml() const;
 
-    /// False when the file cannot be written; @p error then says why.
+    /**
+     * Writes it: beside the file first, so that a file is there whole or as it was. To the standard output for "-".
+     *
+     * @param error receives why it could not be written
+     */
     bool write(const QString &file, QString &error) const;
 
 private:
-    const ScenarioResult &result;
+    const QVector<ScenarioRun::Outcome> outcomes;
+    const bool isStrict;
 };
 
 #endif

@@ -1,4 +1,6 @@
 #include "commandline.h"
+#include "console.h"
+#include "exitstatus.h"
 #include "focuscommand.h"
 #include "playcommand.h"
 #include "settingscommand.h"
@@ -6,6 +8,21 @@
 #include "virtualclock.h"
 
 #include <QtCore/QCoreApplication>
+
+namespace
+{
+
+/// The status to end with, once all of the output has arrived.
+int finish(int status)
+{
+    QString problem;
+    if (Console::close(problem))
+        return status;
+    Console::error(QStringLiteral("qzaudio-bench: the output cannot be written: %1\n").arg(problem));
+    return UsageError;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -21,9 +38,9 @@ int main(int argc, char **argv)
     QCommandLineParser options;
     const CommandLine::Parsed parsed = commandLine.parse(arguments, options);
     if (!parsed.command)
-        return parsed.exitStatus;
+        return finish(parsed.exitStatus);
     if (parsed.command->wantsVirtualTime(options))
         simulator::VirtualClock::install();
     const QCoreApplication application(argc, argv);
-    return parsed.command->run(options);
+    return finish(parsed.command->run(options));
 }

@@ -1,21 +1,38 @@
 #include "playcommand.h"
 
 #include "console.h"
+#include "driveview.h"
 #include "exitstatus.h"
+#include "interruption.h"
+#include "jsonview.h"
 #include "junitreport.h"
-#include "timelinelog.h"
+#include "playsummary.h"
+#include "requestview.h"
+#include "resultchannel.h"
+#include "scenariofiles.h"
+#include "scenariolimits.h"
 #include "scenarioplayer.h"
+#include "scenariorun.h"
+#include "settingsfile.h"
 #include "statetable.h"
 #include "timeline.h"
+#include "timelinelog.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QJsonObject>
+#include <QtCore/QLoggingCategory>
 
-#include <optional>
-
-using Console::Style;
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <unistd.h>
 
 namespace
 {
+
+constexpr int usualSeconds = 60;
+constexpr int usualMegabytes = 1024;
 
 int fail(const QString &file, const QString &problem)
 {
@@ -34,25 +51,49 @@ std::optional<Console::Colors> colorsOf(const QString &text)
     return {};
 }
 
-void printSummary(const ScenarioResult &result)
+/// The value of an option that is a whole number of @p least or more; empty where it is none.
+std::optional<int> numberOf(const QCommandLineParser &parsed, const QString &option, int least, int usual)
 {
-    const int total = result.checks.size();
-    const QString checks = total == 1 ? QStringLiteral("1 expectation") : QStringLiteral("%1 expectations").arg(total);
-    constexpr double millisecondsPerSecond = 1000;
-    const QString time = QString::number(double(result.duration) / millisecondsPerSecond, 'f', 3) + QStringLiteral(" s");
-    if (result.succeeded()) {
-        Console::out(Console::styled(Style::Good, QStringLiteral("Passed")) + QStringLiteral(": %1: %2 held in %3.\n").arg(result.file, checks, time));
-        return;
+    if (!parsed.isSet(option))
+        return usual;
+    bool isNumber = false;
+    const int number = parsed.value(option).toInt(&isNumber);
+    // Also in ms it has to fit.
+    constexpr int most = 1000000;
+    return isNumber && number >= least && number <= most ? std::optional<int>(number) : std::nullopt;
+}
+
+/// A scenario's text, or why there is none.
+std::optional<QByteArray> read(const QString &file, QString &problem)
+{
+    QFile source(file);
+    const bool isOpen = file == ScenarioFiles::standardInput() ? source.open(STDIN_FILENO, QIODevice::ReadOnly) : source.open(QIODevice::ReadOnly);
+    if (isOpen) {
+        const QByteArray text = source.readAll();
+        if (source.error() == QFileDevice::NoError)
+            return text;
     }
-    for (const ScenarioResult::Check &check : result.checks) {
-        if (!check.passed)
-            Console::out(QStringLiteral("%1:%2: %3\n").arg(result.file, QString::number(check.line), check.cause));
-    }
-    if (!result.error.isEmpty())
-        Console::out(QStringLiteral("%1:%2: %3\n").arg(result.file, QString::number(result.errorLine), result.error));
-    const QString stopped = result.error.isEmpty() ? QString() : QStringLiteral("; stopped by an error");
-    Console::out(Console::styled(Style::Bad, QStringLiteral("Failed"))
-                 + QStringLiteral(": %1: %2 of %3 failed in %4%5.\n").arg(result.file, QString::number(result.failures()), checks, time, stopped));
+    problem = source.errorString();
+    return {};
+}
+
+QJsonObject verdictOf(const ScenarioRun::Outcome &outcome, bool isStrict)
+{
+    QJsonObject verdict{
+        {QStringLiteral("scenario"), outcome.result.file},
+        {QStringLiteral("event"), QStringLiteral("end")},
+        {QStringLiteral("time"), outcome.result.duration},
+        {QStringLiteral("passed"), PlaySummary::isPassed(outcome, isStrict)},
+        {QStringLiteral("expectations"), outcome.result.checks.size()},
+        {QStringLiteral("failures"), outcome.result.failures()},
+        {QStringLiteral("realTime"), outcome.milliseconds},
+    };
+    const QString error = outcome.problem.isEmpty() ? outcome.result.error : outcome.problem;
+    if (!error.isEmpty())
+        verdict.insert(QStringLiteral("error"), error);
+    if (outcome.result.errorLine > 0)
+        verdict.insert(QStringLiteral("line"), outcome.result.errorLine);
+    return verdict;
 }
 
 } // namespace
@@ -64,28 +105,48 @@ QString PlayCommand::name() const
 
 QString PlayCommand::summary() const
 {
-    return QStringLiteral("plays a scenario and shows what it causes on the platform");
+    return QStringLiteral("plays scenarios and shows what the driver hears, or what happens on the platform");
 }
 
 QString PlayCommand::arguments() const
 {
-    return QStringLiteral("FILE.js");
+    return QStringLiteral("SCENARIO...");
 }
 
 QVector<Command::Option> PlayCommand::options() const
 {
     return {
-        {QStringLiteral("realtime"), {}, QStringLiteral("wait for real; otherwise time is virtual and takes none")},
+        {QStringLiteral("verbose"),
+         {},
+         QStringLiteral("show each request, expectation and platform call; twice: the start-up's too, and the platform's state at the end"),
+         QLatin1Char('v')},
+        {QStringLiteral("brief"), {}, QStringLiteral("show failures and the verdict only")},
+        {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
         {QStringLiteral("log"), {}, QStringLiteral("show the library's log lines too")},
-        {QStringLiteral("junit"), QStringLiteral("FILE"), QStringLiteral("write the result for a CI server")},
+        {QStringLiteral("list"), {}, QStringLiteral("list the scenarios that come with the bench, or those of the folders named")},
+        {QStringLiteral("repeat"), QStringLiteral("COUNT"), QStringLiteral("play each so many times, up to the first failure")},
+        {QStringLiteral("strict"), {}, QStringLiteral("fail a scenario that expects nothing")},
+        {QStringLiteral("timeout"), QStringLiteral("SECONDS"), QStringLiteral("real time that each may take: 60, with --realtime unlimited; 0 for no limit")},
+        {QStringLiteral("memory"), QStringLiteral("MB"), QStringLiteral("memory that each may take: 1024; 0 for no limit")},
+        {QStringLiteral("realtime"), {}, QStringLiteral("wait for real; otherwise time is virtual and takes none")},
+        {QStringLiteral("flash"), QStringLiteral("DIR"), QStringLiteral("keep the settings in this folder")},
+        {QStringLiteral("junit"), QStringLiteral("FILE"), QStringLiteral("write the results for a CI server; - is the standard output")},
         {QStringLiteral("color"), QStringLiteral("WHEN"), QStringLiteral("auto (on a terminal), always or never")},
+        {QStringLiteral("in-process"), {}, QStringLiteral("play one in this process, on the flash as it is: for debuggers and emulators")},
+        {QStringLiteral("results-to"), QStringLiteral("DESCRIPTOR"), {}},
     };
 }
 
 QString PlayCommand::details() const
 {
-    return QStringLiteral("Plays a scenario in JavaScript and prints a timeline: each request and the platform calls that it\n"
-                          "caused, then the platform's state. A scenario may use:\n"
+    return QStringLiteral("Plays scenarios in JavaScript: files, all that are in a folder, the standard input (-), or the names of those that come with "
+                          "the bench. Shows the drive as the driver hears it: each situation, what is heard at the driver's ear (left front, without the "
+                          "equalizer; 0 dB is the loudest that the unit can be) and why. Several are played one after the other, --brief, with one verdict.\n"
+                          "\n"
+                          "Each plays on a unit and a flash of its own, which are gone afterwards. --flash keeps the settings of one run for the next; "
+                          "%1 is the library's own folder.\n"
+                          "\n"
+                          "A scenario may use:\n"
                           "\n"
                           "  AudioControl, AudioPolicy, AudioSettings   the layers of the library\n"
                           "  new AudioFocus({clientId, durationHint})   a client of audio focus\n"
@@ -94,39 +155,267 @@ QString PlayCommand::details() const
                           "  say(text), wait(ms), now()                 the story and its time\n"
                           "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x), .not\n"
                           "\n"
-                          "A failed expectation does not stop the scenario; an error does.\n");
+                          "A failed expectation does not stop the scenario; an error does.\n")
+        .arg(QFileInfo(SettingsFile::path()).path());
 }
 
 bool PlayCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
 {
-    return !parsed.isSet(QStringLiteral("realtime"));
+    return parsed.isSet(QStringLiteral("in-process")) && !parsed.isSet(QStringLiteral("realtime"));
+}
+
+std::optional<PlayCommand::Request> PlayCommand::understand(const QCommandLineParser &parsed) const
+{
+    Request request;
+    const auto wrong = [this](const QString &message) -> std::optional<Request> {
+        complain(message);
+        return {};
+    };
+    const auto isSet = [&parsed](const char *option) { return parsed.isSet(QLatin1String(option)); };
+    const auto verbosity = parsed.optionNames().count(QStringLiteral("v")) + parsed.optionNames().count(QStringLiteral("verbose"));
+    if (int(isSet("brief")) + int(isSet("json")) + int(verbosity > 0) > 1)
+        return wrong(QStringLiteral("--brief, --json and --verbose do not go together"));
+    request.view = isSet("brief") ? View::Brief
+        : isSet("json")           ? View::Json
+        : verbosity == 0          ? View::Drive
+        : verbosity == 1          ? View::Requests
+                                  : View::Everything;
+    request.color = parsed.value(QStringLiteral("color"));
+    if (!colorsOf(request.color))
+        return wrong(QStringLiteral("--color is auto, always or never, not %1").arg(request.color));
+    request.isRealtime = isSet("realtime");
+    const auto seconds = numberOf(parsed, QStringLiteral("timeout"), 0, request.isRealtime ? 0 : usualSeconds);
+    const auto megabytes = numberOf(parsed, QStringLiteral("memory"), 0, usualMegabytes);
+    const auto repetitions = numberOf(parsed, QStringLiteral("repeat"), 1, 1);
+    if (!seconds)
+        return wrong(QStringLiteral("--timeout is a whole number of seconds, not %1").arg(parsed.value(QStringLiteral("timeout"))));
+    if (!megabytes)
+        return wrong(QStringLiteral("--memory is a whole number of megabytes, not %1").arg(parsed.value(QStringLiteral("memory"))));
+    if (!repetitions)
+        return wrong(QStringLiteral("--repeat is a whole number from 1, not %1").arg(parsed.value(QStringLiteral("repeat"))));
+    request.seconds = *seconds;
+    request.megabytes = *megabytes;
+    request.repetitions = *repetitions;
+    request.isStrict = isSet("strict");
+    request.showsLog = isSet("log");
+    request.flash = parsed.value(QStringLiteral("flash"));
+    request.junit = parsed.value(QStringLiteral("junit"));
+    for (const char *const option : {"flash", "junit"}) {
+        if (isSet(option) && parsed.value(QLatin1String(option)).isEmpty())
+            return wrong(QStringLiteral("--%1 needs a name").arg(QLatin1String(option)));
+    }
+    if (isSet("in-process") && (isSet("flash") || request.repetitions > 1))
+        return wrong(QStringLiteral("--in-process goes neither with --flash nor with --repeat"));
+    return request;
 }
 
 int PlayCommand::run(const QCommandLineParser &parsed)
 {
-    const QStringList files = parsed.positionalArguments().mid(1);
-    if (files.size() != 1)
-        return complain(files.isEmpty() ? QStringLiteral("play needs a scenario") : QStringLiteral("play takes one scenario"));
-    const std::optional<Console::Colors> colors = colorsOf(parsed.value(QStringLiteral("color")));
-    if (!colors)
-        return complain(QStringLiteral("--color is auto, always or never, not %1").arg(parsed.value(QStringLiteral("color"))));
-    QFile file(files.first());
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(file.fileName(), file.errorString());
-    const QString program = QString::fromUtf8(file.readAll());
-    if (file.error() != QFileDevice::NoError)
-        return fail(file.fileName(), file.errorString());
+    const QStringList words = parsed.positionalArguments().mid(1);
+    const std::optional<Request> request = understand(parsed);
+    if (!request)
+        return UsageError;
+    if (parsed.isSet(QStringLiteral("list")))
+        return list(words);
+    if (words.isEmpty())
+        return complain(QStringLiteral("play needs a scenario; --list has those that come with the bench"));
+    if (request->junit == QLatin1String("-"))
+        Console::divertToError();
+    Console::setColors(*colorsOf(request->color));
+    if (!parsed.isSet(QStringLiteral("in-process")))
+        return playAll(*request, words);
 
-    Console::setColors(*colors);
-    Timeline timeline;
-    const TimelineLog recorder(timeline, parsed.isSet(QStringLiteral("log")));
-    const ScenarioResult result = ScenarioPlayer(timeline).play(file.fileName(), program);
+    QString problem;
+    const QStringList files = ScenarioFiles::find(words.first(), problem);
+    if (words.size() > 1 || files.size() > 1)
+        return complain(QStringLiteral("--in-process takes one scenario"));
+    if (files.isEmpty())
+        return fail(words.first(), problem);
+    const QString resultsTo = parsed.value(QStringLiteral("results-to"));
+    return playInProcess(*request, files.first(), resultsTo.isEmpty() ? -1 : resultsTo.toInt());
+}
 
-    Console::out(QLatin1Char('\n') + StateTable::toText() + QLatin1Char('\n'));
-    printSummary(result);
-    const QString report = parsed.value(QStringLiteral("junit"));
+int PlayCommand::list(const QStringList &words)
+{
+    const QStringList folders = words.isEmpty() ? QStringList(ScenarioFiles::installedFolder()) : words;
+    for (const QString &folder : folders) {
+        if (!QFileInfo(folder).isDir())
+            return fail(folder, QStringLiteral("there is no such folder"));
+        const QStringList files = ScenarioFiles::inFolder(folder);
+        int widest = 0;
+        for (const QString &file : files)
+            widest = std::max(widest, QFileInfo(file).completeBaseName().size());
+        for (const QString &file : files) {
+            constexpr int gap = 2;
+            const int column = widest + gap;
+            const QString title = Console::wrapped(Console::printable(ScenarioFiles::title(file)), column, column).mid(column);
+            Console::out(Console::printable(QFileInfo(file).completeBaseName()).leftJustified(column) + title + QLatin1Char('\n'));
+        }
+    }
+    return Success;
+}
+
+int PlayCommand::playInProcess(const Request &request, const QString &file, int resultsTo)
+{
+    QString problem;
+    const std::optional<QByteArray> program = read(file, problem);
+    if (!program)
+        return fail(file, problem);
+    const std::unique_ptr<ResultChannel> channel = resultsTo < 0 ? nullptr : std::make_unique<ResultChannel>(resultsTo);
+    if (channel) {
+        channel->writeStart();
+        // Said already, once for all runs.
+        QLoggingCategory::setFilterRules(QStringLiteral("qzaudio.simulator.info=false"));
+    } else if (!QFileInfo(QFileInfo(SettingsFile::path()).path()).isDir()) {
+        return fail(QFileInfo(SettingsFile::path()).path(), QStringLiteral("there is no such folder; qzaudio-with-flash COMMAND gives one to a program"));
+    }
+
+    std::unique_ptr<TimelineView> view;
+    if (request.view == View::Json)
+        view = std::make_unique<JsonView>(file);
+    else if (request.view == View::Drive)
+        view = std::make_unique<DriveView>();
+    else if (request.view != View::Brief)
+        view = std::make_unique<RequestView>(request.view == View::Everything);
+    Timeline timeline(view.get());
+    if (channel)
+        QObject::connect(&timeline, &Timeline::checked, &timeline, [&channel](const ScenarioResult::Check &check) { channel->writeCheck(check); });
+    const TimelineLog recorder(timeline, request.showsLog);
+
+    constexpr qint64 millisecondsPerSecond = 1000;
+    constexpr qint64 bytesPerMegabyte = 1024 * 1024;
+    const ScenarioLimits limits{request.seconds * millisecondsPerSecond, request.megabytes * bytesPerMegabyte};
+    const ScenarioResult result = ScenarioPlayer(timeline, limits).play(file, QString::fromUtf8(*program));
+    if (request.view == View::Everything)
+        Console::out(QLatin1Char('\n') + StateTable::toText());
+    if (channel) {
+        channel->writeEnd(result);
+        return result.succeeded() ? Success : Failed;
+    }
+    ScenarioRun::Outcome outcome;
+    outcome.result = result;
+    if (request.view == View::Json)
+        Console::out(QString::fromUtf8(JsonView::line(verdictOf(outcome, request.isStrict))));
+    else
+        Console::out((request.view == View::Brief ? QString() : QStringLiteral("\n")) + PlaySummary::toText(outcome, request.isStrict));
     QString error;
-    if (!report.isEmpty() && !JUnitReport(result).write(report, error))
-        return fail(report, error);
-    return result.succeeded() ? Success : Failed;
+    if (!request.junit.isEmpty() && !JUnitReport({outcome}, request.isStrict).write(request.junit, error))
+        return fail(request.junit, error);
+    return PlaySummary::isPassed(outcome, request.isStrict) ? Success : Failed;
+}
+
+QStringList PlayCommand::optionsFor(const Request &request)
+{
+    QStringList options;
+    switch (request.view) {
+    case View::Brief:
+        options.append(QStringLiteral("--brief"));
+        break;
+    case View::Drive:
+        break;
+    case View::Requests:
+        options.append(QStringLiteral("-v"));
+        break;
+    case View::Everything:
+        options.append(QStringLiteral("-vv"));
+        break;
+    case View::Json:
+        options.append(QStringLiteral("--json"));
+        break;
+    }
+    if (request.isRealtime)
+        options.append(QStringLiteral("--realtime"));
+    if (request.showsLog)
+        options.append(QStringLiteral("--log"));
+    options += {QStringLiteral("--timeout"), QString::number(request.seconds), QStringLiteral("--memory"), QString::number(request.megabytes)};
+    if (!request.color.isEmpty())
+        options += {QStringLiteral("--color"), request.color};
+    return options;
+}
+
+int PlayCommand::playAll(const Request &given, const QStringList &words)
+{
+    struct Planned
+    {
+        QString file;
+        QString problem;
+    };
+    QVector<Planned> plan;
+    for (const QString &word : words) {
+        QString problem;
+        const QStringList files = ScenarioFiles::find(word, problem);
+        for (const QString &file : files)
+            plan.append({file, {}});
+        if (files.isEmpty())
+            plan.append({word, problem});
+    }
+    const int planned = plan.size() * given.repetitions;
+    Request request = given;
+    // Of many the verdicts are what is looked for, unless all was asked for.
+    if (planned > 1 && request.view == View::Drive)
+        request.view = View::Brief;
+    const bool forPeople = request.view != View::Json;
+
+    Interruption interruption;
+    ScenarioRun run({optionsFor(request), request.flash, request.seconds, request.junit == QLatin1String("-")}, interruption);
+    QVector<ScenarioRun::Outcome> outcomes;
+    QByteArray input;
+    bool inputIsRead = false;
+    bool isUsageError = false;
+    if (ScenarioRun::isLibrarysFolder(request.flash) && !QFileInfo(request.flash).isDir())
+        return fail(request.flash, QStringLiteral("there is no such folder, and the bench makes none there"));
+    bool isAnnounced = false;
+    const auto announce = [&] {
+        isAnnounced = true;
+        Console::error(request.flash.isEmpty() ? QStringLiteral("qzaudio-bench: simulated platform, private flash (--flash DIR keeps one)\n")
+                                               : QStringLiteral("qzaudio-bench: simulated platform, settings in %1\n").arg(request.flash));
+    };
+    const auto playOne = [&](const Planned &each) {
+        ScenarioRun::Outcome outcome;
+        outcome.result.file = each.file;
+        outcome.problem = each.problem;
+        // Read here too: what cannot be read is a mistake on the command line, not a failure of the unit.
+        if (outcome.problem.isEmpty() && (each.file != ScenarioFiles::standardInput() || !inputIsRead)) {
+            const std::optional<QByteArray> text = read(each.file, outcome.problem);
+            if (text && each.file == ScenarioFiles::standardInput()) {
+                input = *text;
+                inputIsRead = true;
+            }
+        }
+        if (outcome.problem.isEmpty()) {
+            if (!isAnnounced)
+                announce();
+            outcome = run.play(each.file, input);
+        }
+        isUsageError = isUsageError || !outcome.problem.isEmpty() || outcome.isOutputLost;
+        if (!outcome.problem.isEmpty())
+            fail(each.file, outcome.problem);
+        if (!forPeople)
+            Console::out(QString::fromUtf8(JsonView::line(verdictOf(outcome, request.isStrict))));
+        else if (outcome.problem.isEmpty())
+            Console::out((request.view == View::Brief ? QString() : QStringLiteral("\n")) + PlaySummary::toText(outcome, request.isStrict));
+        outcomes.append(outcome);
+        return PlaySummary::isPassed(outcome, request.isStrict);
+    };
+    for (const Planned &each : qAsConst(plan)) {
+        for (int i = 0; i < request.repetitions && Interruption::received() == 0; ++i) {
+            if (!playOne(each))
+                break;
+        }
+    }
+    if (planned > 1 && forPeople)
+        Console::out(PlaySummary::toText(outcomes, planned, request.isStrict));
+
+    QString error;
+    if (!request.junit.isEmpty() && !JUnitReport(outcomes, request.isStrict).write(request.junit, error))
+        return fail(request.junit, error);
+    // As shells report a program that a signal ended.
+    constexpr int signalBase = 128;
+    if (Interruption::received() != 0)
+        return signalBase + Interruption::received();
+    if (isUsageError)
+        return UsageError;
+    const bool allPassed = std::all_of(
+        outcomes.cbegin(), outcomes.cend(), [&request](const ScenarioRun::Outcome &outcome) { return PlaySummary::isPassed(outcome, request.isStrict); });
+    return allPassed ? Success : Failed;
 }

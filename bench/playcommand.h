@@ -3,7 +3,13 @@
 
 #include "command.h"
 
-/// "play": plays a scenario and prints its timeline.
+#include <optional>
+
+/**
+ * "play": plays scenarios and shows what happens in them.
+ *
+ * Each is played by a process of its own (ScenarioRun), which is this command again with --in-process.
+ */
 class PlayCommand : public Command
 {
 public:
@@ -14,6 +20,31 @@ public:
     QString details() const override;
     bool wantsVirtualTime(const QCommandLineParser &parsed) const override;
     int run(const QCommandLineParser &parsed) override;
+
+private:
+    enum class View { Brief, Drive, Requests, Everything, Json };
+
+    /// What the command line asks for, once it was found to make sense.
+    struct Request
+    {
+        View view = View::Drive;
+        int repetitions = 1;
+        int seconds = 0; ///< limit of real time; 0 for none
+        int megabytes = 0; ///< limit of memory; 0 for none
+        bool isStrict = false;
+        bool isRealtime = false;
+        bool showsLog = false;
+        QString color;
+        QString junit;
+        QString flash;
+    };
+
+    /// Empty where it makes none: then it has complained.
+    std::optional<Request> understand(const QCommandLineParser &parsed) const;
+    static int list(const QStringList &words);
+    static int playInProcess(const Request &request, const QString &file, int resultsTo);
+    static int playAll(const Request &request, const QStringList &words);
+    static QStringList optionsFor(const Request &request);
 };
 
 #endif

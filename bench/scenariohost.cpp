@@ -51,7 +51,7 @@ void ScenarioHost::check(bool passed, int line, const QString &cause)
     if (text.endsWith(QLatin1Char(';')))
         text.chop(1);
     result.checks.append({line, text, passed, passed ? QString() : cause, {}});
-    timeline.check(passed, passed ? text : QStringLiteral("line %1: %2").arg(QString::number(line), text), cause);
+    timeline.check(result.checks.constLast());
 }
 
 void ScenarioHost::wait(double milliseconds)

@@ -56,7 +56,7 @@ QJSValue loadFunctions(QJSEngine &engine)
 
 } // namespace
 
-ScenarioPlayer::ScenarioPlayer(Timeline &shownIn)
+ScenarioPlayer::ScenarioPlayer(Timeline &shownIn, const ScenarioLimits & /*limits*/)
     : timeline(shownIn)
 {
 }
@@ -67,6 +67,8 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     result.file = file;
 
     HeadUnit unit;
+    QObject::connect(&unit, &HeadUnit::startsUp, &timeline, [this] { timeline.setStartingUp(true); });
+    QObject::connect(&unit, &HeadUnit::startedUp, &timeline, [this] { timeline.setStartingUp(false); });
     QmlAudioControl control;
     QmlAudioSettings settings;
     QmlAudioPolicy policy([&unit] { return unit.manager(); });

@@ -1,6 +1,7 @@
 #ifndef SCENARIOPLAYER_H
 #define SCENARIOPLAYER_H
 
+#include "scenariolimits.h"
 #include "scenarioresult.h"
 
 #include <QtCore/QString>
@@ -15,7 +16,7 @@ class Timeline;
 class ScenarioPlayer
 {
 public:
-    explicit ScenarioPlayer(Timeline &shownIn);
+    explicit ScenarioPlayer(Timeline &shownIn, const ScenarioLimits &limits = {});
 
     /// @param file name for messages; @param program its text
     ScenarioResult play(const QString &file, const QString &program);

@@ -1,47 +1,26 @@
 #include "timeline.h"
 
 #include "calltext.h"
-#include "console.h"
+#include "timelineview.h"
 
 #include "platform.h"
 
-using Console::Style;
+using Kind = TimelineEvent::Kind;
 
-namespace
+void TimelineView::finish(qint64 /*time*/)
 {
-
-// Columns at which the lines of a timeline begin.
-constexpr int requestColumn = 12;
-constexpr int causedColumn = 16;
-constexpr int hangingColumn = 20;
-
-constexpr int millisecondsPerSecond = 1000;
-constexpr int secondsPerMinute = 60;
-
-/// "  0:01.500  "
-QString timeText(qint64 time)
-{
-    const qint64 seconds = time / millisecondsPerSecond;
-    const QString text = QStringLiteral("%1:%2.%3")
-                             .arg(seconds / secondsPerMinute)
-                             .arg(seconds % secondsPerMinute, 2, 10, QLatin1Char('0'))
-                             .arg(time % millisecondsPerSecond, 3, 10, QLatin1Char('0'));
-    return text.rightJustified(requestColumn - 2) + QStringLiteral("  ");
 }
 
-QString causedLine(Style style, const QString &text)
-{
-    return Console::styled(style, Console::wrapped(text, causedColumn, hangingColumn)) + QLatin1Char('\n');
-}
-
-} // namespace
-
-Timeline::Timeline(QObject *parent)
+Timeline::Timeline(TimelineView *shownBy, QObject *parent)
     : QObject(parent)
+    , view(shownBy)
     , start(simulator::Platform::instance()->now())
+    , lastHeard(Heard::now())
 {
     connect(simulator::Platform::instance()->journal(), &simulator::Journal::appended, this, &Timeline::addCall);
 }
+
+Timeline::~Timeline() = default;
 
 qint64 Timeline::now() const
 {
@@ -50,84 +29,148 @@ qint64 Timeline::now() const
 
 void Timeline::heading(const QString &text)
 {
-    const QString blank(requests.isEmpty() ? QStringLiteral("\n") : QString());
-    addEntry(Style::Heading, text, blank + timeText(now()));
+    TimelineEvent event;
+    event.kind = Kind::Heading;
+    event.text = text;
+    add(event);
 }
 
 void Timeline::beginRequest(const QString &request)
 {
-    requests.append({now(), request, {}});
+    endTimer();
+    TimelineEvent event;
+    event.kind = Kind::Request;
+    event.time = now();
+    event.text = request;
+    requests.append(event);
 }
 
 void Timeline::endRequest(const QString &result)
 {
-    const Request request = requests.takeLast();
-    const QString text = result.isEmpty() ? request.text : request.text + QStringLiteral(" = ") + result;
-    const int column = requests.isEmpty() ? requestColumn : causedColumn;
-    const QString lines = Console::styled(Style::Request, Console::wrapped(text, column, hangingColumn).mid(column)) + QLatin1Char('\n');
+    TimelineEvent event = requests.takeLast();
+    event.result = result;
     if (requests.isEmpty())
-        print(timeText(request.time) + lines + request.caused);
+        show(event);
     else
-        requests.last().caused += QString(column, QLatin1Char(' ')) + lines + request.caused;
+        requests.last().caused.append(event);
 }
 
 void Timeline::note(const QString &text)
 {
-    addEntry(Style::Plain, text, QString(requestColumn, QLatin1Char(' ')));
+    TimelineEvent event;
+    event.kind = Kind::Note;
+    event.text = text;
+    add(event);
 }
 
-void Timeline::check(bool passed, const QString &text, const QString &cause)
+void Timeline::check(const ScenarioResult::Check &check)
 {
-    const QString margin(requestColumn, QLatin1Char(' '));
-    if (passed)
-        addEntry(Style::Good, QStringLiteral("ok: ") + text, margin);
-    else
-        addEntry(Style::Bad, QStringLiteral("FAILED: ") + text + QLatin1String(": ") + cause, margin);
+    TimelineEvent event;
+    event.kind = Kind::Check;
+    event.text = check.text;
+    event.check = check;
+    // Told before it shows: whoever sees it may stop the process, and it counts all the same.
+    Q_EMIT checked(check);
+    add(event);
 }
 
 void Timeline::log(const QString &line)
 {
-    addCaused(causedLine(Style::Faint, QStringLiteral("log: ") + line));
+    TimelineEvent event;
+    event.kind = Kind::Log;
+    event.text = line;
+    addCaused(event);
+}
+
+void Timeline::timer(const QString &name)
+{
+    endTimer();
+    TimelineEvent event;
+    event.kind = Kind::Timer;
+    event.time = now();
+    event.text = name;
+    runningTimer = event;
+    // On real time nothing else may come for long.
+    QMetaObject::invokeMethod(this, &Timeline::endTimer, Qt::QueuedConnection);
+}
+
+void Timeline::statusBecomes(const QString &status)
+{
+    TimelineEvent event;
+    event.kind = Kind::Status;
+    event.text = status;
+    addCaused(event);
+}
+
+void Timeline::setStartingUp(bool starting)
+{
+    isStartingUp = starting;
+    if (starting && !requests.isEmpty())
+        requests.last().isStartUp = true;
 }
 
 void Timeline::addCall(const simulator::JournalEntry &entry)
 {
     if (entry.isDestroy() || (entry.isCreate() && entry.number > 0))
         return;
-    addCaused(causedLine(Style::Plain, callText(entry)));
+    TimelineEvent event;
+    event.kind = Kind::Call;
+    event.text = callText(entry);
+    event.call = entry;
+    event.isStartUp = isStartingUp;
+    addCaused(event);
 }
 
-void Timeline::addEntry(Style style, const QString &text, const QString &margin)
+void Timeline::add(TimelineEvent event)
 {
-    if (requests.isEmpty())
-        print(margin + Console::styled(style, Console::wrapped(text, requestColumn, causedColumn).mid(requestColumn)) + QLatin1Char('\n'));
-    else
-        requests.last().caused += causedLine(style, text);
-}
-
-void Timeline::addCaused(const QString &lines)
-{
+    event.time = now();
     if (!requests.isEmpty()) {
-        requests.last().caused += lines;
+        requests.last().caused.append(event);
         return;
     }
-    const qint64 time = now();
-    if (timerHeading == time) {
-        Console::out(lines);
+    endTimer();
+    show(event);
+}
+
+void Timeline::addCaused(TimelineEvent event)
+{
+    event.time = now();
+    if (!requests.isEmpty()) {
+        requests.last().caused.append(event);
         return;
     }
-    print(timeText(time) + QStringLiteral("timer\n") + lines);
-    timerHeading = time;
+    // What the unit does by itself, a timer whose name is known does.
+    if (!runningTimer || (runningTimer->text.isEmpty() && runningTimer->time != event.time))
+        timer({});
+    runningTimer->caused.append(event);
+}
+
+void Timeline::endTimer()
+{
+    if (!runningTimer)
+        return;
+    const TimelineEvent event = *runningTimer;
+    runningTimer.reset();
+    // A timer may run out for nothing.
+    if (!event.caused.isEmpty())
+        show(event);
+}
+
+void Timeline::show(const TimelineEvent &event)
+{
+    if (!view)
+        return;
+    const Heard heard = Heard::now();
+    const bool isNew = !(heard == lastHeard);
+    view->show(event, heard, isNew);
+    lastHeard = heard;
 }
 
 void Timeline::showUnfinished()
 {
     while (!requests.isEmpty())
         endRequest(QStringLiteral("(did not return)"));
-}
-
-void Timeline::print(const QString &lines)
-{
-    timerHeading = -1;
-    Console::out(lines);
+    endTimer();
+    if (view)
+        view->finish(now());
 }

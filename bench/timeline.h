@@ -1,20 +1,20 @@
 #ifndef TIMELINE_H
 #define TIMELINE_H
 
-#include "console.h"
+#include "heard.h"
+#include "timelineevent.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
-namespace simulator
-{
-struct JournalEntry;
-}
+#include <optional>
+
+class TimelineView;
 
 /**
- * What happened, for people to read from top to bottom: each request with its time, indented under it the platform calls that it
- * caused, and what timers caused under headings of their own.
+ * What happens while a scenario plays, in order: each request with the platform calls that it caused, what timers caused, and
+ * what the script says, is told and expects. Each of these goes to the view as soon as it is over.
  *
  * Platform calls come from the simulated platform's journal. Objects' creations and releases are left out, except a creation
  * that failed.
@@ -24,7 +24,9 @@ class Timeline : public QObject
     Q_OBJECT
 
 public:
-    explicit Timeline(QObject *parent = nullptr);
+    /// @param shownBy outlives the timeline; none: nothing is shown
+    explicit Timeline(TimelineView *shownBy = nullptr, QObject *parent = nullptr);
+    ~Timeline() override;
 
     /// ms on the scenario's clock, which starts with the timeline.
     qint64 now() const;
@@ -37,31 +39,39 @@ public:
     void endRequest(const QString &result);
     /// What the script was told, outside any request of its own.
     void note(const QString &text);
-    void check(bool passed, const QString &text, const QString &cause);
+    void check(const ScenarioResult::Check &check);
     /// A log line of the library.
     void log(const QString &line);
-    /// Prints the requests in progress, when the process is about to stop inside one.
+    /// A timer of the unit runs out now; what comes before the next event is caused by it.
+    void timer(const QString &name);
+    /// The policy's status became another one, in words.
+    void statusBecomes(const QString &status);
+    /// The unit starts up from now on, or has started.
+    void setStartingUp(bool starting);
+    /// Shows the requests in progress, when the process is about to stop inside one or the scenario has ended.
     void showUnfinished();
+
+Q_SIGNALS:
+    void checked(const ScenarioResult::Check &check);
 
 private:
     Q_DISABLE_COPY(Timeline)
 
-    struct Request
-    {
-        qint64 time = 0;
-        QString text;
-        QString caused; // lines, ready to print
-    };
-
-    void addEntry(Console::Style style, const QString &text, const QString &margin);
     void addCall(const simulator::JournalEntry &entry);
-    /// Adds lines to the request in progress, or prints them under a heading for timers.
-    void addCaused(const QString &lines);
-    void print(const QString &lines);
+    /// What the script or its program does: caused by nothing but the request in progress.
+    void add(TimelineEvent event);
+    /// What the unit does: caused by the request in progress, or by a timer.
+    void addCaused(TimelineEvent event);
+    /// Shows what the last timer caused.
+    void endTimer();
+    void show(const TimelineEvent &event);
 
+    TimelineView *view;
     qint64 start;
-    QVector<Request> requests; // those in progress, the innermost last
-    qint64 timerHeading = -1; // time of the heading that caused lines are being printed under; -1 for none
+    QVector<TimelineEvent> requests; // those in progress, the innermost last
+    std::optional<TimelineEvent> runningTimer; // what a timer has caused so far
+    Heard lastHeard;
+    bool isStartingUp = false;
 };
 
 #endif

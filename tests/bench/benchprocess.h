@@ -2,11 +2,19 @@
 
 #include <program.h>
 
+#include <QtCore/QMap>
+
 /// A run of qzaudio-bench.
 struct BenchProcess : program::Run
 {
-    explicit BenchProcess(const QStringList &arguments, const QString &workingDirectory = {});
+    using Environment = QMap<QString, QString>;
+
+    /// @param changed variables that differ from the test's own
+    explicit BenchProcess(const QStringList &arguments, const QString &workingDirectory = {}, const Environment &changed = {});
 
     /// Starts the bench without waiting for it.
     static void start(QProcess &process, const QStringList &arguments);
+
+    /// Whether "play" can start a process that plays: an emulator runs one program only.
+    static bool canSupervise();
 };

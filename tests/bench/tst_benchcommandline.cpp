@@ -2,6 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include <algorithm>
+
 /// What the bench answers to right and wrong command lines.
 class BenchCommandLineTest : public QObject
 {
@@ -10,6 +12,8 @@ class BenchCommandLineTest : public QObject
 private Q_SLOTS:
     void answers_data();
     void answers();
+    void helpFitsTheWidth_data();
+    void helpFitsTheWidth();
     void mistakes_data();
     void mistakes();
     void unreachableService();
@@ -27,9 +31,9 @@ void BenchCommandLineTest::answers_data()
     row("--help", "Usage: qzaudio-bench COMMAND");
     row("-h", "Usage: qzaudio-bench COMMAND");
     row("help", "Usage: qzaudio-bench COMMAND");
-    row("help play", "Usage: qzaudio-bench play [OPTION]... FILE.js");
-    row("play --help", "Usage: qzaudio-bench play [OPTION]... FILE.js");
-    row("play --help --nonsense", "Usage: qzaudio-bench play [OPTION]... FILE.js");
+    row("help play", "Usage: qzaudio-bench play [OPTION]... SCENARIO...");
+    row("play --help", "Usage: qzaudio-bench play [OPTION]... SCENARIO...");
+    row("play --help --nonsense", "Usage: qzaudio-bench play [OPTION]... SCENARIO...");
     row("settings --help", "Usage: qzaudio-bench settings [OPTION]... [FILE]");
     row("focus -h", "Usage: qzaudio-bench focus [OPTION]... ACTION [CLIENT]");
 }
@@ -45,10 +49,40 @@ void BenchCommandLineTest::answers()
     QCOMPARE(bench.output.count(QLatin1String("\nExit status: 0 ")), answer.startsWith(QLatin1String("Usage")) ? 1 : 0);
     // Neither the platform nor the library has said anything.
     QCOMPARE(bench.errors, QString());
-    const QStringList lines = bench.output.split(QLatin1Char('\n'));
-    constexpr int width = 100;
-    for (const QString &line : lines)
-        QVERIFY2(line.size() <= width, qPrintable(line));
+}
+
+void BenchCommandLineTest::helpFitsTheWidth_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<int>("width");
+
+    QTest::newRow("60") << 60 << 60;
+    QTest::newRow("80") << 80 << 80;
+    QTest::newRow("120") << 120 << 120;
+    QTest::newRow("at most 200") << 1000 << 200;
+    QTest::newRow("no terminal and no COLUMNS") << 0 << 100;
+}
+
+void BenchCommandLineTest::helpFitsTheWidth()
+{
+    QFETCH(int, columns);
+    QFETCH(int, width);
+
+    int widest = 0;
+    for (const char *const command : {"", "play", "settings", "focus"}) {
+        QStringList arguments(QStringLiteral("help"));
+        if (*command)
+            arguments.append(QLatin1String(command));
+        const BenchProcess bench(arguments, {}, {{QStringLiteral("COLUMNS"), QString::number(columns)}});
+        QCOMPARE(bench.exitCode, 0);
+        const QStringList lines = program::lines(bench.output);
+        for (const QString &line : lines)
+            widest = std::max(widest, line.size());
+    }
+    QVERIFY2(widest <= width, qPrintable(QString::number(widest)));
+    // What is there is used.
+    constexpr int longestWord = 20;
+    QVERIFY2(widest > std::min(width, 150) - longestWord, qPrintable(QString::number(widest)));
 }
 
 void BenchCommandLineTest::mistakes_data()
@@ -64,10 +98,22 @@ void BenchCommandLineTest::mistakes_data()
     row("--fast", "unknown option --fast; see qzaudio-bench --help");
     row("play --fast", "unknown option 'fast'; see qzaudio-bench play --help");
     row("play --junit", "missing value after '--junit'; see qzaudio-bench play --help");
-    row("play", "play needs a scenario; see qzaudio-bench play --help");
-    row("play a.js b.js", "play takes one scenario");
-    row("play missing.js", "missing.js: No such file or directory");
-    row("play /tmp", "/tmp: ");
+    row("play", "play needs a scenario; --list has those that come with the bench; see qzaudio-bench play --help");
+    row("play missing.js", "missing.js: there is no such file");
+    row("play comute", "comute: there is no such file, and no scenario of this name comes with the bench (--list has them)");
+    row("play /dev", "/dev: there is no scenario in this folder");
+    row("play --list /nowhere", "/nowhere: there is no such folder");
+    row("play --brief --json commute", "--brief, --json and --verbose do not go together; see qzaudio-bench play --help");
+    row("play -v --brief commute", "--brief, --json and --verbose do not go together; see qzaudio-bench play --help");
+    row("play --repeat 0 commute", "--repeat is a whole number from 1, not 0; see qzaudio-bench play --help");
+    row("play --repeat often commute", "--repeat is a whole number from 1, not often; see qzaudio-bench play --help");
+    row("play --timeout -1 commute", "--timeout is a whole number of seconds, not -1; see qzaudio-bench play --help");
+    row("play --timeout 1.5 commute", "--timeout is a whole number of seconds, not 1.5; see qzaudio-bench play --help");
+    row("play --timeout 1000001 commute", "--timeout is a whole number of seconds, not 1000001; see qzaudio-bench play --help");
+    row("play --memory much commute", "--memory is a whole number of megabytes, not much; see qzaudio-bench play --help");
+    row("play --in-process --repeat 2 commute", "--in-process goes neither with --flash nor with --repeat");
+    row("play --in-process a.js b.js", "--in-process takes one scenario; see qzaudio-bench play --help");
+    row("play --junit= commute", "--junit needs a name; see qzaudio-bench play --help");
     row("settings a b", "settings takes one file");
     row("settings --json --watch", "--watch does not go with --json; see qzaudio-bench settings --help");
     row("focus", "focus needs an action; see qzaudio-bench focus --help");

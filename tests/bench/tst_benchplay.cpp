@@ -1,5 +1,8 @@
 #include "benchprocess.h"
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
@@ -16,7 +19,12 @@ private Q_SLOTS:
     void timersHaveHeadings();
     void logLinesStandWhereTheyHappened();
     void failuresOfThePlatformShow();
+    void everyLineFitsTheWidth_data();
     void everyLineFitsTheWidth();
+    void theDrive();
+    void theDriveTellsFailures();
+    void startUpIsCounted();
+    void json();
     void colorsOnlyWhereAskedFor();
     void junitCounts();
     void junitThatCannotBeWritten();
@@ -39,10 +47,10 @@ QString BenchPlayTest::write(const QString &name, const QByteArray &program)
     return file.fileName();
 }
 
-/// What stands above the state table.
+/// What stands above the state table and the verdict.
 QString BenchPlayTest::timelineOf(const QString &output)
 {
-    return output.left(output.indexOf(QLatin1String("\nThe platform's state\n")));
+    return output.left(output.indexOf(QRegularExpression(QStringLiteral("\n(The platform's state|Passed|Failed)"))));
 }
 
 void BenchPlayTest::results_data()
@@ -54,7 +62,7 @@ void BenchPlayTest::results_data()
     const auto row = [](const char *name, const char *program, int status, const char *message) {
         QTest::newRow(name) << QByteArray(program) << status << QString::fromLatin1(message);
     };
-    row("nothing to do", "", 0, "Passed: FILE: 0 expectations held in 0.000 s.");
+    row("nothing to do", "", 0, "Passed: FILE: played in 0.000 s, but expects nothing, so nothing was checked.");
     row("one expectation holds", "expect(1).toBe(1);", 0, "Passed: FILE: 1 expectation held in 0.000 s.");
     row("a failed expectation", "\n\nexpect(1 + 1).toBe(3);", 1, "FILE:3: expected 3, got 2");
     row("the scenario goes on after it",
@@ -146,7 +154,7 @@ void BenchPlayTest::timeline()
                                "expect(AudioControl.getStreamVolume(0, 'S+BtRingtone_APP')).toBe(60);\n"
                                "expect(Platform.masterVolume()).toBe(1);\n"
                                "console.log('done');\n");
-    const BenchProcess bench({QStringLiteral("play"), file});
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("-vv"), file});
     QCOMPARE(timelineOf(bench.output),
              QStringLiteral("\n"
                             "  0:00.000  Hello\n"
@@ -168,7 +176,7 @@ void BenchPlayTest::timersHaveHeadings()
                                "wait(1000);\n"
                                "AudioPolicy.setAudioMute(true, 4);\n"
                                "wait(1000);\n");
-    const BenchProcess bench({QStringLiteral("play"), file});
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("-v"), file});
     QVERIFY2(timelineOf(bench.output)
                  .endsWith(QLatin1String("  0:01.000  AudioPolicy.setAudioMute(true, 4)\n"
                                          "                Volume.muteTrack(\"main\", 0) -> 0\n"
@@ -182,7 +190,7 @@ void BenchPlayTest::timersHaveHeadings()
 void BenchPlayTest::logLinesStandWhereTheyHappened()
 {
     const QString file = write(QStringLiteral("log.js"), "AudioControl.setMasterVolume(30);\nAudioControl.setMasterVolume(101);\n");
-    const BenchProcess with({QStringLiteral("play"), QStringLiteral("--log"), file});
+    const BenchProcess with({QStringLiteral("play"), QStringLiteral("-v"), QStringLiteral("--log"), file});
     const QRegularExpression expected(
         QStringLiteral("^  0:00.000  AudioControl.setMasterVolume\\(30\\) = 0\n"
                        "                Volume.setMasterVolume\\(100\\) -> 0\n"
@@ -191,7 +199,7 @@ void BenchPlayTest::logLinesStandWhereTheyHappened()
                        "                log: \\[QT\\] \\[Error\\] \\[Audiocontrol\\] line: \\d+ input volume val more than +100\n$"));
     QVERIFY2(expected.match(timelineOf(with.output)).hasMatch(), qPrintable(with.output));
 
-    const BenchProcess without({QStringLiteral("play"), file});
+    const BenchProcess without({QStringLiteral("play"), QStringLiteral("-v"), file});
     QVERIFY(!without.output.contains(QLatin1String("log:")));
 }
 
@@ -201,25 +209,181 @@ void BenchPlayTest::failuresOfThePlatformShow()
                                "Platform.failFactory('Mixer');\n"
                                "Platform.failOnce('Source.setOutputSource', 7, 1);\n"
                                "AudioControl.setOutputFrontSource('main', 'S+Radio', true);\n");
-    const BenchProcess bench({QStringLiteral("play"), file});
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("-v"), file});
     const QString text = timelineOf(bench.output);
     QVERIFY2(text.contains(QLatin1String("Mixer.create() -> null")), qPrintable(text));
     QVERIFY2(text.contains(QLatin1String("Source.setOutputSource(\"main\", \"S+Radio\") -> 7 (")), qPrintable(text));
 }
 
+void BenchPlayTest::everyLineFitsTheWidth_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<int>("width");
+
+    QTest::newRow("COLUMNS=60") << 60 << 60;
+    QTest::newRow("COLUMNS=80") << 80 << 80;
+    QTest::newRow("COLUMNS=150") << 150 << 150;
+    QTest::newRow("without") << 0 << 100;
+}
+
 void BenchPlayTest::everyLineFitsTheWidth()
 {
+    QFETCH(int, columns);
+    QFETCH(int, width);
+
     const QString file
         = write(QStringLiteral("wide.js"),
+                "say('It is said that a long story needs more room than there is in any line, and that is why it is broken where it has to be.');\n"
                 "AudioControl.setEqGain([1.25, 2.25, 3.25, 4.25, 5.25, 6.25, 7.25, 8.25, 9.25, 10.25, 11.25, -1.25, -2.25, -3.25, -4.25, -5.25]);\n"
                 "AudioControl.setEqMode(0);\n"
                 "powerOn();\n");
-    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("--log"), file});
-    QCOMPARE(bench.exitCode, 0);
-    const QStringList lines = bench.output.split(QLatin1Char('\n'));
-    constexpr int width = 100;
-    for (const QString &line : lines)
-        QVERIFY2(line.size() <= width, qPrintable(line));
+    for (const char *const view : {"--brief", "--log", "-v", "-vv"}) {
+        const BenchProcess bench({QStringLiteral("play"), QLatin1String(view), QStringLiteral("--log"), QStringLiteral("wide.js")},
+                                 folder.path(),
+                                 {{QStringLiteral("COLUMNS"), QString::number(columns)}});
+        QVERIFY2(bench.exitCode == 0, qPrintable(file));
+        const QStringList lines = bench.output.split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            // The verdict is one line, for those who search for it; a long word cannot be broken.
+            if (!line.startsWith(QLatin1String("Passed: ")) && line.trimmed().contains(QLatin1Char(' ')))
+                QVERIFY2(line.size() <= width, qPrintable(line));
+        }
+    }
+}
+
+void BenchPlayTest::theDrive()
+{
+    const QString file = write(QStringLiteral("drive.js"),
+                               "powerOn();\n"
+                               "AudioPolicy.setVolume(AudioPolicy.Media, 12, true);\n"
+                               "say('Music');\n"
+                               "AudioPolicy.updateAudioChannel(3);\n"
+                               "expect(Platform.activeSource('main')).toBe('S+FilePlayer');\n"
+                               "wait(5000);\n"
+                               "AudioPolicy.updateCurrentAudioVolume(true);\n"
+                               "say('Nothing happens for a while');\n"
+                               "wait(1000);\n"
+                               "say('Reverse gear');\n"
+                               "Platform.setReverseGear(true);\n"
+                               "wait(3000);\n"
+                               "AudioPolicy.setMute(true);\n"
+                               "console.log('quiet');\n");
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("drive.js")}, folder.path());
+    // 12 of 25 reach the platform as 48 of 148: 20 lg(48/148) = -9.8 dB; 60 percent of it are 4.4 dB less.
+    QCOMPARE(bench.output,
+             QStringLiteral("\n"
+                            "  0:00.000  Music\n"
+                            "            heard  file player -9.8 dB\n"
+                            "            why    AudioPolicy.updateAudioChannel(FilePlayer)\n"
+                            "  0:05.000  heard  file player -9.1 dB (was -9.8 dB)\n"
+                            "            why    AudioPolicy.updateCurrentAudioVolume(true)\n"
+                            "\n"
+                            "  0:05.000  Nothing happens for a while\n"
+                            "            heard  file player -9.1 dB\n"
+                            "\n"
+                            "  0:06.000  Reverse gear\n"
+                            "            heard  file player -13.5 dB (was -9.1 dB, ducked to 60 %)\n"
+                            "            why    Platform.setReverseGear(true)\n"
+                            "  0:07.000  heard  file player -9.8 dB (was -13.5 dB, ducked to 60 %)\n"
+                            "            why    TIMER\n"
+                            "  0:09.000  heard  file player muted\n"
+                            "            why    AudioPolicy.setMute(true)\n"
+                            "            console: quiet\n"
+                            "\n"
+                            "Passed: drive.js: 1 expectation held in 9.000 s.\n"));
+    QVERIFY(QFile::exists(file));
+}
+
+void BenchPlayTest::theDriveTellsFailures()
+{
+    write(QStringLiteral("failure.js"),
+          "function volumeIs(wanted) {\n"
+          "    expect(Platform.masterVolume()).toBe(wanted);\n"
+          "}\n"
+          "say('Silence');\n"
+          "volumeIs(0);\n"
+          "volumeIs(1);\n");
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("failure.js")}, folder.path());
+    QCOMPARE(bench.output,
+             QStringLiteral("\n"
+                            "  0:00.000  Silence\n"
+                            "            FAILED: line 2: expect(Platform.masterVolume()).toBe(wanted): expected 1, got 0,\n"
+                            "                in volumeIs() called from line 6\n"
+                            "            heard  nothing\n"
+                            "\n"
+                            "failure.js:2: expected 1, got 0\n"
+                            "  failure.js:6: which called volumeIs()\n"
+                            "Failed: failure.js: 1 of 2 expectations failed in 0.000 s.\n"));
+    const BenchProcess brief({QStringLiteral("play"), QStringLiteral("--brief"), QStringLiteral("failure.js")}, folder.path());
+    QCOMPARE(brief.output,
+             QStringLiteral("failure.js:2: expected 1, got 0\n"
+                            "  failure.js:6: which called volumeIs()\n"
+                            "Failed: failure.js: 1 of 2 expectations failed in 0.000 s.\n"));
+}
+
+void BenchPlayTest::startUpIsCounted()
+{
+    const QString file = write(QStringLiteral("start.js"), "eraseSettings();\npowerOn();\n");
+    const QString call = QStringLiteral("Volume.setTrackVolume(\"main\", \"S+FilePlayer\", 80) -> 0\n");
+    const BenchProcess requests({QStringLiteral("play"), QStringLiteral("-v"), file});
+    QVERIFY2(requests.output.contains(
+                 QRegularExpression(QStringLiteral("  0:00.000  powerOn\\(\\)\n {16}starts up the audio with \\d\\d platform calls, which -vv shows\n"))),
+             qPrintable(requests.output));
+    QVERIFY(!requests.output.contains(call));
+    QVERIFY(!requests.output.contains(QLatin1String("The platform's state")));
+    const BenchProcess everything({QStringLiteral("play"), QStringLiteral("-vv"), file});
+    QVERIFY2(everything.output.contains(call), qPrintable(everything.output));
+    QVERIFY(everything.output.contains(QLatin1String("The platform's state")));
+}
+
+/// Each line is an object, and together they say what the other views say.
+void BenchPlayTest::json()
+{
+    write(QStringLiteral("objects.js"),
+          "say('Music \\u001b[31m');\n"
+          "AudioControl.setStreamVolume(AudioControl.Main, 'S+FilePlayer_APP', 74);\n"
+          "AudioControl.setMasterVolume(100);\n"
+          "AudioControl.setOutputSource(AudioControl.Main, 'S+FilePlayer');\n"
+          "wait(250);\n"
+          "expect(1).toBe(2);\n");
+    const BenchProcess bench({QStringLiteral("play"), QStringLiteral("--json"), QStringLiteral("objects.js")}, folder.path());
+    QCOMPARE(bench.exitCode, 1);
+    QVERIFY(!bench.output.contains(QLatin1Char('\033')));
+    QStringList events;
+    QJsonObject heard;
+    QJsonObject check;
+    QJsonObject request;
+    QJsonObject end;
+    const QStringList lines = program::lines(bench.output);
+    for (const QString &line : lines) {
+        QJsonParseError error;
+        const QJsonObject object = QJsonDocument::fromJson(line.toUtf8(), &error).object();
+        QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(line));
+        QCOMPARE(object.value(QLatin1String("scenario")).toString(), QStringLiteral("objects.js"));
+        const QString event = object.value(QLatin1String("event")).toString();
+        events.append(event);
+        if (event == QLatin1String("heard"))
+            heard = object;
+        else if (event == QLatin1String("check"))
+            check = object;
+        else if (event == QLatin1String("request"))
+            request = object;
+        else if (event == QLatin1String("end"))
+            end = object;
+    }
+    QCOMPARE(events.join(QLatin1Char(' ')), QStringLiteral("heading request request request heard check end"));
+    const QJsonObject sound = heard.value(QLatin1String("sounds")).toArray().at(0).toObject();
+    QCOMPARE(sound.value(QLatin1String("source")).toString(), QStringLiteral("S+FilePlayer"));
+    QCOMPARE(sound.value(QLatin1String("name")).toString(), QStringLiteral("file player"));
+    // Half of 148.
+    QVERIFY(qAbs(sound.value(QLatin1String("level")).toDouble() + 6.02) < 0.01);
+    QCOMPARE(request.value(QLatin1String("caused")).toArray().at(0).toObject().value(QLatin1String("event")).toString(), QStringLiteral("call"));
+    QCOMPARE(check.value(QLatin1String("time")).toInt(), 250);
+    QCOMPARE(check.value(QLatin1String("line")).toInt(), 6);
+    QCOMPARE(check.value(QLatin1String("passed")).toBool(true), false);
+    QCOMPARE(check.value(QLatin1String("cause")).toString(), QStringLiteral("expected 2, got 1"));
+    QCOMPARE(end.value(QLatin1String("failures")).toInt(), 1);
+    QCOMPARE(end.value(QLatin1String("time")).toInt(), 250);
 }
 
 void BenchPlayTest::colorsOnlyWhereAskedFor()
@@ -229,6 +393,7 @@ void BenchPlayTest::colorsOnlyWhereAskedFor()
     QVERIFY(!BenchProcess({QStringLiteral("play"), file}).output.contains(escape));
     QVERIFY(!BenchProcess({QStringLiteral("play"), QStringLiteral("--color"), QStringLiteral("never"), file}).output.contains(escape));
     QVERIFY(BenchProcess({QStringLiteral("play"), QStringLiteral("--color"), QStringLiteral("always"), file}).output.contains(escape));
+    QVERIFY(!BenchProcess({QStringLiteral("play"), QStringLiteral("--color"), QStringLiteral("auto"), file}).output.contains(escape));
     const BenchProcess wrong({QStringLiteral("play"), QStringLiteral("--color"), QStringLiteral("blue"), file});
     QCOMPARE(wrong.exitCode, 2);
     QVERIFY(wrong.errors.contains(QLatin1String("--color is auto, always or never, not blue")));
@@ -261,7 +426,10 @@ void BenchPlayTest::junitCounts()
             QCOMPARE(attribute("tests"), QStringLiteral("4"));
             QCOMPARE(attribute("failures"), QStringLiteral("1"));
             QCOMPARE(attribute("errors"), QStringLiteral("1"));
-            QCOMPARE(attribute("time"), QStringLiteral("1.500"));
+            QVERIFY(attribute("time").toDouble() < 1.5);
+        } else if (reader.name() == QLatin1String("property")) {
+            QCOMPARE(attribute("name"), QStringLiteral("virtual time"));
+            QCOMPARE(attribute("value"), QStringLiteral("1.500"));
         } else if (reader.name() == QLatin1String("testcase")) {
             cases += attribute("name");
         } else if (reader.name() == QLatin1String("failure")) {

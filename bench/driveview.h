@@ -1,0 +1,30 @@
+#ifndef DRIVEVIEW_H
+#define DRIVEVIEW_H
+
+#include "heard.h"
+#include "timelineview.h"
+
+#include <QtCore/QString>
+
+/**
+ * A drive as the driver hears it: each situation, what is heard in it and how loud, and what changed it. Of expectations only those
+ * that failed show.
+ */
+class DriveView : public TimelineView
+{
+public:
+    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
+    void finish(qint64 time) override;
+
+private:
+    /// A situation in which nothing changed is heard as the one before it.
+    void endSituation(qint64 time);
+    void showInside(const TimelineEvent &event);
+    void showLine(qint64 time, const QString &lines);
+
+    Heard lastHeard;
+    qint64 shownTime = -1; // the time that stands above, -1 for none
+    bool isUntold = false; // nothing was said yet of what is heard in this situation
+};
+
+#endif

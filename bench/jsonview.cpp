@@ -1,0 +1,119 @@
+#include "jsonview.h"
+
+#include "console.h"
+#include "heard.h"
+#include "policynames.h"
+#include "timelineevent.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+constexpr std::pair<TimelineEvent::Kind, const char *> kindNames[] = {
+    {TimelineEvent::Kind::Heading, "heading"},
+    {TimelineEvent::Kind::Note, "note"},
+    {TimelineEvent::Kind::Request, "request"},
+    {TimelineEvent::Kind::Timer, "timer"},
+    {TimelineEvent::Kind::Call, "call"},
+    {TimelineEvent::Kind::Status, "status"},
+    {TimelineEvent::Kind::Check, "check"},
+    {TimelineEvent::Kind::Log, "log"},
+};
+
+QString kindName(TimelineEvent::Kind kind)
+{
+    for (const auto &[candidate, name] : kindNames) {
+        if (candidate == kind)
+            return QLatin1String(name);
+    }
+    return {};
+}
+
+QJsonArray soundsOf(const Heard &heard)
+{
+    QJsonArray sounds;
+    for (const Heard::Sound &sound : heard.sounds) {
+        sounds.append(QJsonObject{
+            {QStringLiteral("track"), sound.track},
+            {QStringLiteral("source"), sound.source},
+            {QStringLiteral("name"), PolicyNames::sourceText(sound.source)},
+            // JSON has no infinity.
+            {QStringLiteral("level"), std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue()},
+            {QStringLiteral("muted"), sound.isMuted},
+            {QStringLiteral("duckedTo"), sound.duckedTo > 0 ? QJsonValue(sound.duckedTo) : QJsonValue()},
+        });
+    }
+    return sounds;
+}
+
+} // namespace
+
+JsonView::JsonView(const QString &played)
+    : scenario(played)
+{
+}
+
+void JsonView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
+{
+    Console::out(QString::fromUtf8(line(object(event))));
+    if (!isNew)
+        return;
+    Console::out(QString::fromUtf8(line({
+        {QStringLiteral("scenario"), scenario},
+        {QStringLiteral("time"), event.time},
+        {QStringLiteral("event"), QStringLiteral("heard")},
+        {QStringLiteral("text"), heard.toText(heard)},
+        {QStringLiteral("sounds"), soundsOf(heard)},
+    })));
+}
+
+QByteArray JsonView::line(const QJsonObject &object)
+{
+    QString result;
+    const QString text = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    const auto characters = text.toUcs4();
+    for (const uint character : characters) {
+        const QString units = QString::fromUcs4(&character, 1);
+        if (!Console::isUnseen(character)) {
+            result += units;
+            continue;
+        }
+        for (const QChar unit : units)
+            result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return (result + QLatin1Char('\n')).toUtf8();
+}
+
+QJsonObject JsonView::object(const TimelineEvent &event) const
+{
+    QJsonObject result{
+        {QStringLiteral("scenario"), scenario},
+        {QStringLiteral("time"), event.time},
+        {QStringLiteral("event"), kindName(event.kind)},
+        {QStringLiteral("text"), event.text},
+    };
+    if (!event.result.isEmpty())
+        result.insert(QStringLiteral("result"), event.result);
+    if (event.kind == TimelineEvent::Kind::Check) {
+        result.insert(QStringLiteral("line"), event.check.line);
+        result.insert(QStringLiteral("passed"), event.check.passed);
+        if (!event.check.passed)
+            result.insert(QStringLiteral("cause"), event.check.cause);
+    }
+    if (event.isStartUp)
+        result.insert(QStringLiteral("startUp"), true);
+    QJsonArray caused;
+    for (const TimelineEvent &each : event.caused) {
+        QJsonObject inner = object(each);
+        inner.remove(QStringLiteral("scenario"));
+        caused.append(inner);
+    }
+    if (!caused.isEmpty())
+        result.insert(QStringLiteral("caused"), caused);
+    return result;
+}

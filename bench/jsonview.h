@@ -1,0 +1,28 @@
+#ifndef JSONVIEW_H
+#define JSONVIEW_H
+
+#include "timelineview.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QString>
+
+/// The timeline for programs: one JSON object a line.
+class JsonView : public TimelineView
+{
+public:
+    /// @param played the scenario's file, which each object names
+    explicit JsonView(const QString &played);
+
+    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
+
+    /// One line, which also harms nobody who shows it on a terminal.
+    static QByteArray line(const QJsonObject &object);
+
+private:
+    QJsonObject object(const TimelineEvent &event) const;
+
+    QString scenario;
+};
+
+#endif

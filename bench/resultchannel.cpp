@@ -1,0 +1,123 @@
+#include "resultchannel.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace
+{
+
+// Members of the lines.
+constexpr QLatin1String started("started");
+constexpr QLatin1String checked("check");
+constexpr QLatin1String ended("end");
+
+QJsonArray toJson(const QVector<ScenarioResult::Frame> &stack)
+{
+    QJsonArray array;
+    for (const ScenarioResult::Frame &frame : stack)
+        array.append(QJsonObject{{QStringLiteral("function"), frame.function}, {QStringLiteral("line"), frame.line}});
+    return array;
+}
+
+QVector<ScenarioResult::Frame> stackOf(const QJsonValue &json)
+{
+    QVector<ScenarioResult::Frame> stack;
+    const QJsonArray array = json.toArray();
+    for (const QJsonValue &frame : array)
+        stack.append({frame[QStringLiteral("function")].toString(), frame[QStringLiteral("line")].toInt()});
+    return stack;
+}
+
+} // namespace
+
+ResultChannel::ResultChannel()
+    : file(memfd_create("results", 0))
+{
+}
+
+ResultChannel::ResultChannel(int inherited)
+    : file(inherited)
+{
+}
+
+ResultChannel::~ResultChannel()
+{
+    if (file >= 0)
+        close(file);
+}
+
+int ResultChannel::descriptor() const
+{
+    return file;
+}
+
+void ResultChannel::writeStart()
+{
+    write(QJsonDocument(QJsonObject{{started, true}}).toJson(QJsonDocument::Compact));
+}
+
+void ResultChannel::writeCheck(const ScenarioResult::Check &check)
+{
+    const QJsonObject object{
+        {QStringLiteral("line"), check.line},
+        {QStringLiteral("text"), check.text},
+        {QStringLiteral("passed"), check.passed},
+        {QStringLiteral("cause"), check.cause},
+        {QStringLiteral("stack"), toJson(check.stack)},
+    };
+    write(QJsonDocument(QJsonObject{{checked, object}}).toJson(QJsonDocument::Compact));
+}
+
+void ResultChannel::writeEnd(const ScenarioResult &result)
+{
+    const QJsonObject object{
+        {QStringLiteral("error"), result.error},
+        {QStringLiteral("errorLine"), result.errorLine},
+        {QStringLiteral("errorStack"), toJson(result.errorStack)},
+        {QStringLiteral("duration"), result.duration},
+    };
+    write(QJsonDocument(QJsonObject{{ended, object}}).toJson(QJsonDocument::Compact));
+}
+
+void ResultChannel::write(const QByteArray &line)
+{
+    QFile output;
+    if (output.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered))
+        output.write(line + '\n');
+}
+
+ResultChannel::Received ResultChannel::read() const
+{
+    Received received;
+    QFile input;
+    if (lseek(file, 0, SEEK_SET) != 0 || !input.open(file, QIODevice::ReadOnly))
+        return received;
+    ScenarioResult &result = received.result;
+    const QList<QByteArray> lines = input.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        const QJsonValue check = object.value(checked);
+        const QJsonValue end = object.value(ended);
+        if (object.contains(started)) {
+            received.hasStarted = true;
+        } else if (check.isObject()) {
+            result.checks.append({check[QStringLiteral("line")].toInt(),
+                                  check[QStringLiteral("text")].toString(),
+                                  check[QStringLiteral("passed")].toBool(),
+                                  check[QStringLiteral("cause")].toString(),
+                                  stackOf(check[QStringLiteral("stack")])});
+        } else if (end.isObject()) {
+            received.hasEnded = true;
+            result.error = end[QStringLiteral("error")].toString();
+            result.errorLine = end[QStringLiteral("errorLine")].toInt();
+            result.errorStack = stackOf(end[QStringLiteral("errorStack")]);
+            result.duration = qint64(end[QStringLiteral("duration")].toDouble());
+        }
+    }
+    return received;
+}

@@ -1,0 +1,164 @@
+#include "scenariorun.h"
+
+#include "exitstatus.h"
+#include "interruption.h"
+#include "resultchannel.h"
+#include "scenariofiles.h"
+#include "settingsfile.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QProcess>
+#include <QtCore/QTimer>
+
+#include <csignal>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// A program that does not outlive this one.
+class PlayingProcess : public QProcess
+{
+public:
+    explicit PlayingProcess(bool outputToError)
+        : isDiverted(outputToError)
+    {
+        setProcessChannelMode(ForwardedChannels);
+        setInputChannelMode(ForwardedInputChannel);
+    }
+
+protected:
+    void setupChildProcess() override
+    {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (isDiverted)
+            dup2(STDERR_FILENO, STDOUT_FILENO);
+    }
+
+private:
+    const bool isDiverted;
+};
+
+/// A file in memory with a text, to be read as a program's standard input.
+class InputFile
+{
+public:
+    explicit InputFile(const QByteArray &text)
+        : file(memfd_create("scenario", MFD_CLOEXEC))
+    {
+        QFile output;
+        if (output.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered))
+            output.write(text);
+    }
+    ~InputFile() { close(file); }
+
+    QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(file); }
+
+private:
+    Q_DISABLE_COPY(InputFile)
+
+    const int file;
+};
+
+/// How long the process has to end by itself, after its time is over or after it was asked to.
+constexpr int patienceMs = 5000;
+
+QString secondsText(int seconds)
+{
+    return QStringLiteral("did not end within %1 s, and had to be killed").arg(seconds);
+}
+
+} // namespace
+
+ScenarioRun::ScenarioRun(const Settings &chosen, Interruption &interrupted)
+    : settings(chosen)
+    , interruption(interrupted)
+{
+}
+
+bool ScenarioRun::isLibrarysFolder(const QString &flash)
+{
+    const QString folder = QFileInfo(SettingsFile::path()).path();
+    return !flash.isEmpty() && (QFileInfo(flash).canonicalFilePath() == folder || QFileInfo(flash).absoluteFilePath() == folder);
+}
+
+ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &input)
+{
+    Outcome outcome;
+    const ResultChannel channel;
+    PlayingProcess process(settings.storyToError);
+    const InputFile inputFile(input);
+    if (file == ScenarioFiles::standardInput()) {
+        process.setInputChannelMode(QProcess::ManagedInputChannel);
+        process.setStandardInputFile(inputFile.path());
+    }
+
+    QStringList command;
+    if (!isLibrarysFolder(settings.flash)) {
+        command.append(QCoreApplication::applicationDirPath() + QStringLiteral("/qzaudio-with-flash"));
+        if (!settings.flash.isEmpty())
+            command += {QStringLiteral("--dir"), settings.flash};
+        command.append(QStringLiteral("--"));
+    }
+    command += {QCoreApplication::applicationFilePath(), QStringLiteral("play"), QStringLiteral("--in-process")};
+    command += {QStringLiteral("--results-to"), QString::number(channel.descriptor())};
+    command += settings.options;
+    command += {QStringLiteral("--"), file};
+
+    QEventLoop loop;
+    QObject::connect(&process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop, &QEventLoop::quit);
+    QObject::connect(&process, &QProcess::errorOccurred, &loop, [&loop](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            loop.quit();
+    });
+    QTimer timeout;
+    bool isKilled = false;
+    QObject::connect(&timeout, &QTimer::timeout, &process, [&process, &isKilled] {
+        isKilled = true;
+        process.kill();
+    });
+    QObject::connect(&interruption, &Interruption::interrupted, &process, [&process] {
+        process.terminate();
+        QTimer::singleShot(patienceMs, &process, &QProcess::kill);
+    });
+    if (settings.seconds > 0) {
+        timeout.setSingleShot(true);
+        timeout.start(settings.seconds * 1000 + patienceMs);
+    }
+    QElapsedTimer clock;
+    clock.start();
+    process.start(command.constFirst(), command.mid(1));
+    if (process.state() != QProcess::NotRunning)
+        loop.exec();
+    outcome.milliseconds = clock.elapsed();
+
+    const ResultChannel::Received received = channel.read();
+    outcome.result = received.result;
+    outcome.result.file = file;
+    ScenarioResult &result = outcome.result;
+    outcome.isInterrupted = Interruption::received() != 0;
+    if (process.error() == QProcess::FailedToStart) {
+        outcome.problem = QStringLiteral("%1 cannot be started: %2").arg(command.constFirst(), process.errorString());
+    } else if (outcome.isInterrupted) {
+        if (!received.hasEnded)
+            result.error = QStringLiteral("interrupted");
+    } else if (isKilled) {
+        result.error = secondsText(settings.seconds);
+    } else if (!received.hasStarted) {
+        outcome.problem
+            = QStringLiteral("no flash folder could be made for it; --flash %1 plays on the machine's own").arg(QFileInfo(SettingsFile::path()).path());
+    } else if (process.exitStatus() == QProcess::CrashExit) {
+        result.error = QStringLiteral("ended by signal %1 (%2)").arg(process.exitCode()).arg(QString::fromLocal8Bit(strsignal(process.exitCode())));
+    } else if (!received.hasEnded) {
+        result.error = QStringLiteral("ended early, with exit status %1").arg(process.exitCode());
+    } else {
+        outcome.isOutputLost = process.exitCode() == UsageError;
+    }
+    return outcome;
+}
