@@ -1,6 +1,6 @@
 #include "heard.h"
 
-#include "policynames.h"
+#include "policytext.h"
 
 #include "platform.h"
 
@@ -19,7 +19,7 @@ constexpr quint32 driversEar = 1; ///< the output channel left front
 
 QString soundText(const Heard::Sound &sound, const Heard &before)
 {
-    QString text = PolicyNames::sourceText(sound.source);
+    QString text = sourceText(sound.source);
     if (sound.isMuted)
         return text + QStringLiteral(" muted");
     text += QLatin1Char(' ') + Heard::levelText(sound.level);

@@ -2,7 +2,7 @@
 
 #include "console.h"
 #include "heard.h"
-#include "policynames.h"
+#include "policytext.h"
 #include "timelineevent.h"
 
 #include <QtCore/QJsonArray>
@@ -41,7 +41,7 @@ QJsonArray soundsOf(const Heard &heard)
         sounds.append(QJsonObject{
             {QStringLiteral("track"), sound.track},
             {QStringLiteral("source"), sound.source},
-            {QStringLiteral("name"), PolicyNames::sourceText(sound.source)},
+            {QStringLiteral("name"), sourceText(sound.source)},
             // JSON has no infinity.
             {QStringLiteral("level"), std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue()},
             {QStringLiteral("muted"), sound.isMuted},

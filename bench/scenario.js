@@ -8,6 +8,12 @@
     // Operations of the facade and the policy whose first argument is a tag, which reads better by its name.
     const tagged = ["setStreamVolume", "getStreamVolume", "initTrackStepVolume", "setOutputSource", "setOutputFrontSource", "setInputDestination"];
 
+    // Operations of the policy whose first argument is a number with a name: which of the enumerators of AudioPolicy are meant, and
+    // what of their names is shown.
+    const volumeType = /^(?!Status|Channel)(.+)/;
+    const named = new Map([["updateAudioStatus", /^Status(.+)/], ["updateAudioChannel", /^Channel(.+)/], ["setVolume", volumeType],
+        ["getVolume", volumeType], ["_getAllChannelsFromCurrentType", volumeType]]);
+
     // What a scenario does to the car and the platform. The other members of Platform only look.
     const platformEvents = ["setReverseGear", "setHomeUiType", "setCallDuration", "reset", "setActiveSource", "setAlternativeCount",
         "setCalibrationGains", "setDownlinkDelay", "setMicrophoneTest", "fail", "failOnce", "failFactory", "clearFaults"];
@@ -72,6 +78,13 @@
             const tag = ["Main", "Second", "Alternative", "Uplink", "Input0", "Input1", "Input2", "MainIm"].find(key => tags[key] === given[0]);
             if (tag)
                 texts[0] = tag;
+        }
+        const pattern = named.get(operation);
+        if (pattern) {
+            const numbers = bench.AudioPolicy.enumerators;
+            const key = Object.keys(numbers).find(key => pattern.test(key) && numbers[key] === given[0]);
+            if (key)
+                texts[0] = pattern.exec(key)[1];
         }
         return texts.join(", ");
     }

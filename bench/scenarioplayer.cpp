@@ -1,6 +1,7 @@
 #include "scenarioplayer.h"
 
 #include "headunit.h"
+#include "policytimers.h"
 #include "qmlaudiocontrol.h"
 #include "qmlaudiofocus.h"
 #include "qmlaudiopolicy.h"
@@ -68,7 +69,14 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
 
     HeadUnit unit;
     QObject::connect(&unit, &HeadUnit::startsUp, &timeline, [this] { timeline.setStartingUp(true); });
-    QObject::connect(&unit, &HeadUnit::startedUp, &timeline, [this] { timeline.setStartingUp(false); });
+    PolicyTimers timers;
+    QObject::connect(&unit, &HeadUnit::startedUp, &timeline, [this, &unit, &timers] {
+        timeline.setStartingUp(false);
+        timers.watch(unit.manager());
+    });
+    QObject::connect(&timers, &PolicyTimers::runsOut, &timeline, &Timeline::beginTimer);
+    QObject::connect(&timers, &PolicyTimers::statusChanged, &timeline, [this](int /*before*/, int now) { timeline.statusBecomes(now); });
+    QObject::connect(&timers, &PolicyTimers::hasRun, &timeline, &Timeline::endTimer);
     QmlAudioControl control;
     QmlAudioSettings settings;
     QmlAudioPolicy policy([&unit] { return unit.manager(); });

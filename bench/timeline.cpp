@@ -1,6 +1,7 @@
 #include "timeline.h"
 
 #include "calltext.h"
+#include "policytext.h"
 #include "timelineview.h"
 
 #include "platform.h"
@@ -82,23 +83,24 @@ void Timeline::log(const QString &line)
     addCaused(event);
 }
 
-void Timeline::timer(const QString &name)
+void Timeline::beginTimer(const QString &purpose)
 {
     endTimer();
     TimelineEvent event;
     event.kind = Kind::Timer;
     event.time = now();
-    event.text = name;
+    event.text = purpose;
     runningTimer = event;
-    // On real time nothing else may come for long.
-    QMetaObject::invokeMethod(this, &Timeline::endTimer, Qt::QueuedConnection);
 }
 
-void Timeline::statusBecomes(const QString &status)
+void Timeline::statusBecomes(int status)
 {
     TimelineEvent event;
     event.kind = Kind::Status;
-    event.text = status;
+    event.text = statusText(status);
+    const QString meaning = statusMeaning(status);
+    if (!meaning.isEmpty())
+        event.text += QStringLiteral(": ") + meaning;
     addCaused(event);
 }
 
@@ -139,9 +141,11 @@ void Timeline::addCaused(TimelineEvent event)
         requests.last().caused.append(event);
         return;
     }
-    // What the unit does by itself, a timer whose name is known does.
-    if (!runningTimer || (runningTimer->text.isEmpty() && runningTimer->time != event.time))
-        timer({});
+    if (!runningTimer) {
+        // By a timer that nobody knows, whose end is therefore not told.
+        beginTimer({});
+        QMetaObject::invokeMethod(this, &Timeline::endTimer, Qt::QueuedConnection);
+    }
     runningTimer->caused.append(event);
 }
 

@@ -42,10 +42,11 @@ public:
     void check(const ScenarioResult::Check &check);
     /// A log line of the library.
     void log(const QString &line);
-    /// A timer of the unit runs out now; what comes before the next event is caused by it.
-    void timer(const QString &name);
-    /// The policy's status became another one, in words.
-    void statusBecomes(const QString &status);
+    /// A timer of the unit runs out: what comes until its end is caused by it.
+    void beginTimer(const QString &purpose);
+    void endTimer();
+    /// The policy's status became another one without a request.
+    void statusBecomes(int status);
     /// The unit starts up from now on, or has started.
     void setStartingUp(bool starting);
     /// Shows the requests in progress, when the process is about to stop inside one or the scenario has ended.
@@ -62,8 +63,6 @@ private:
     void add(TimelineEvent event);
     /// What the unit does: caused by the request in progress, or by a timer.
     void addCaused(TimelineEvent event);
-    /// Shows what the last timer caused.
-    void endTimer();
     void show(const TimelineEvent &event);
 
     TimelineView *view;

@@ -1,7 +1,12 @@
 #include "audiopolicyinspector.h"
 
+#include "policynames.h"
+
 #include <qzaudio/audiodatabase.h>
 #include <qzaudio/zelaudiomanager.h>
+
+#include <cstddef>
+#include <iterator>
 
 AudioPolicyInspector::AudioPolicyInspector(ZelAudioManager &inspected)
     : manager(inspected)
@@ -47,12 +52,17 @@ bool AudioPolicyInspector::ducking() const
 
 QVector<AudioPolicyInspector::Timer> AudioPolicyInspector::timers() const
 {
-    return {
-        {QLatin1String("timed mute"), &manager.muteTimer},
-        {QLatin1String("deferred volume"), &manager.delayVolumeTimer},
-        {QLatin1String("custom equalizer"), &manager.customEqTimer},
-        {QLatin1String("first equalizer"), &manager.firstEqTimer},
-        {QLatin1String("CarPlay alert"), &manager.cpAlertTimer},
-        {QLatin1String("CarPlay unduck"), &manager.cpUnduckTimer},
+    QTimer *const members[] = {
+        &manager.muteTimer,
+        &manager.delayVolumeTimer,
+        &manager.customEqTimer,
+        &manager.firstEqTimer,
+        &manager.cpAlertTimer,
+        &manager.cpUnduckTimer,
     };
+    static_assert(std::size(members) == std::size(policynames::timers), "each timer has a purpose");
+    QVector<Timer> timers;
+    for (std::size_t i = 0; i < std::size(members); ++i)
+        timers.append({QLatin1String(policynames::timers[i].purpose), members[i]});
+    return timers;
 }

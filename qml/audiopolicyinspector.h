@@ -18,8 +18,8 @@ class AudioPolicyInspector
 public:
     struct Timer
     {
-        QLatin1String name; ///< what the timer is for, in words
-        const QTimer *timer;
+        QLatin1String purpose; ///< in words, such as "unmute after the timed mute"
+        QTimer *timer;
     };
 
     explicit AudioPolicyInspector(ZelAudioManager &inspected);

@@ -1,6 +1,8 @@
 #ifndef QMLAUDIOPOLICY_H
 #define QMLAUDIOPOLICY_H
 
+#include <qzaudio/audiotypes.h>
+
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
@@ -51,6 +53,56 @@ public:
         HiCarCall = 5,
     };
     Q_ENUM(VolumeType)
+
+    /// The statuses by the names of docs/policy.md.
+    enum Status : int {
+        StatusNone = AudioStatusNone,
+        StatusBtRing = AudioStatusBtPhoneRing,
+        StatusBtTelephony = AudioStatusBtPhoneTelephony,
+        StatusBtTelephony3 = 3,
+        StatusBtAtMediaVolume = 4,
+        StatusCarPlayAlert = AudioStatusCarPlayAlert,
+        StatusCarPlayTelephony = AudioStatusCarPlayTelephony,
+        StatusNone7 = 7,
+        StatusCarPlaySpeech = AudioStatusCarPlaySpeech,
+        StatusCarPlaySpeechAtMediaVolume = 9,
+        StatusCarPlayDuck = AudioStatusCarPlayDuck,
+        StatusCarPlayRestore = AudioStatusCarPlayRestore,
+        StatusAndroidAutoSpeech = AudioStatusAndroidAutoSpeech,
+        StatusAndroidAutoAtMediaVolume = 13,
+        StatusAndroidAutoDuck = AudioStatusAndroidAutoDuck,
+        StatusAndroidAutoRestore = AudioStatusAndroidAutoRestore,
+        StatusCarLifeSpeech = AudioStatusCarLifeSpeech,
+        StatusCarLifeAtMediaVolume = 17,
+        StatusCarLifeDuck = AudioStatusCarLifeDuck,
+        StatusCarLifeRestore = AudioStatusCarLifeRestore,
+    };
+    Q_ENUM(Status)
+
+    /// The channels by the names of docs/policy.md.
+    enum Channel : int {
+        ChannelNone = AudioChannelNone,
+        ChannelUnassigned1 = 1,
+        ChannelBtAudio = AudioChannelBtAudio,
+        ChannelFilePlayer = AudioChannelFilePlayer,
+        ChannelIosMirror = AudioChannelIosMirror,
+        ChannelCarPlayMedia = AudioChannelCarPlayMedia,
+        ChannelCarPlayAlert = AudioChannelCarPlayAlert,
+        ChannelCarPlayTelephony = AudioChannelCarPlayTelephony,
+        ChannelCarPlaySpeech = AudioChannelCarPlaySpeech,
+        ChannelCarPlayDefault = AudioChannelCarPlayDefault,
+        ChannelAndroidAuto = AudioChannelAndroidAuto,
+        ChannelBtRingtone = AudioChannelBtRingtone,
+        ChannelBtPhone = AudioChannelBtPhone,
+        ChannelDiscPlayer = AudioChannelDiscPlayer,
+        ChannelUnassigned14 = 14,
+        ChannelAuxIn = AudioChannelAuxIn,
+        ChannelUnassigned16 = 16,
+        ChannelCarLife = AudioChannelCarLife,
+        ChannelHiCar = 18,
+        ChannelAirPlayMedia = AudioChannelAirPlayMedia,
+    };
+    Q_ENUM(Channel)
 
     /// Gives the manager to work with, making it where needed. Never null.
     using ManagerProvider = std::function<ZelAudioManager *()>;

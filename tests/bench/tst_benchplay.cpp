@@ -181,7 +181,7 @@ void BenchPlayTest::timersHaveHeadings()
                  .endsWith(QLatin1String("  0:01.000  AudioPolicy.setAudioMute(true, 4)\n"
                                          "                Volume.muteTrack(\"main\", 0) -> 0\n"
                                          "                Volume.muteTrack(\"alternative\", 0) -> 0\n"
-                                         "  0:01.200  timer\n"
+                                         "  0:01.200  timer: unmute after the timed mute\n"
                                          "                Volume.unmuteTrack(\"main\", 0) -> 0\n"
                                          "                Volume.unmuteTrack(\"alternative\", 0) -> 0\n")),
              qPrintable(bench.output));
@@ -285,7 +285,8 @@ void BenchPlayTest::theDrive()
                             "            heard  file player -13.5 dB (was -9.1 dB, ducked to 60 %)\n"
                             "            why    Platform.setReverseGear(true)\n"
                             "  0:07.000  heard  file player -9.8 dB (was -13.5 dB, ducked to 60 %)\n"
-                            "            why    TIMER\n"
+                            "            why    timer: apply the prompts' volume while ducked; status becomes CarPlayDuck: a CarPlay\n"
+                            "                   prompt plays over the main audio, or reverse gear is in\n"
                             "  0:09.000  heard  file player muted\n"
                             "            why    AudioPolicy.setMute(true)\n"
                             "            console: quiet\n"
@@ -343,7 +344,7 @@ void BenchPlayTest::json()
           "say('Music \\u001b[31m');\n"
           "AudioControl.setStreamVolume(AudioControl.Main, 'S+FilePlayer_APP', 74);\n"
           "AudioControl.setMasterVolume(100);\n"
-          "AudioControl.setOutputSource(AudioControl.Main, 'S+FilePlayer');\n"
+          "AudioControl.setOutputSource(AudioControl.Main, 'S+FilePlayer_APP');\n"
           "wait(250);\n"
           "expect(1).toBe(2);\n");
     const BenchProcess bench({QStringLiteral("play"), QStringLiteral("--json"), QStringLiteral("objects.js")}, folder.path());

@@ -92,7 +92,7 @@ void QmlModuleTest::policyBindings()
                                    "    function onZelvolumeChanged(mute, volume, type) { keys = keys + 1 }\n"
                                    "}\n"
                                    "function work() {\n"
-                                   "    AudioPolicy.updateAudioChannel(3)\n"
+                                   "    AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer)\n"
                                    "    AudioPolicy.setMute(true)\n"
                                    "    AudioPolicy.setVolume(AudioPolicy.Media, 11, true)\n"
                                    "    AudioPolicy.updateCurrentAudioVolume(true)\n"

@@ -1,5 +1,6 @@
 #include <audiocontroltables.h>
 #include <audiodatabasetables.h>
+#include <policynames.h>
 #include <zelaudiomanagertables.h>
 
 #include <QtCore/QFile>
@@ -28,16 +29,24 @@ namespace store = audio::tables;
 
 constexpr int columnCount = 20; ///< statuses and channels run from 0 to 19
 
-const char *typeName(int type)
-{
-    constexpr const char *names[] = {"media", "prompts", "telephony", "ring", "speech", "HiCar call"};
-    static_assert(std::size(names) == store::volumeTypeCount, "each type has a name");
-    return names[type];
-}
+static_assert(std::size(policynames::statuses) == std::size(store::statusRows), "each status has a name");
+static_assert(std::size(policynames::channels) == columnCount, "each channel has a name");
+static_assert(std::size(policynames::volumeTypes) == store::volumeTypeCount, "each volume type has a name");
 
 QString typeText(int type)
 {
-    return QStringLiteral("%1 %2").arg(type).arg(QLatin1String(typeName(type)));
+    return QStringLiteral("%1 %2").arg(type).arg(QLatin1String(policynames::volumeTypes[type].meaning));
+}
+
+QString codeText(const char *text)
+{
+    return QLatin1Char('`') + QLatin1String(text) + QLatin1Char('`');
+}
+
+/// The cells that a status or channel begins with: number, name, meaning.
+QStringList nameCells(const policynames::Number &number)
+{
+    return {QString::number(number.number), codeText(number.name), QLatin1String(number.meaning)};
 }
 
 QString row(const QStringList &cells)
@@ -70,7 +79,7 @@ QString sourceText(const char *qtName)
         return QStringLiteral("unknown to the facade");
     const bool boosted = std::any_of(
         std::begin(store::boostedSources), std::end(store::boostedSources), [name](const char *source) { return std::strcmp(source, name->spName) == 0; });
-    return QLatin1Char('`') + QLatin1String(name->spName) + QLatin1Char('`') + QLatin1String(boosted ? ", boosted" : "");
+    return codeText(name->spName) + QLatin1String(boosted ? ", boosted" : "");
 }
 
 /// A channel as the store knows it: the last row of its number counts, none is media without a source.
@@ -107,16 +116,20 @@ bool isAlternative(int type)
 
 QStringList statusTable()
 {
-    QStringList lines
-        = head({QStringLiteral("Status"), QStringLiteral("Volume applied"), QStringLiteral("To the source"), QStringLiteral("Volume keys work on")});
+    QStringList lines = head({QStringLiteral("Status"),
+                              QStringLiteral("Name"),
+                              QStringLiteral("What sounds"),
+                              QStringLiteral("Volume applied"),
+                              QStringLiteral("To the source"),
+                              QStringLiteral("Volume keys work on")});
     for (const store::StatusRow &status : store::statusRows) {
         const auto *key = std::find_if(std::begin(policy::volumeKeyRows), std::end(policy::volumeKeyRows), [&status](const policy::VolumeKeyRow &candidate) {
             return candidate.status == status.status;
         });
-        lines += row({QString::number(status.status),
-                      typeText(status.type),
-                      isNoSource(status.spName) ? QStringLiteral("of the channel") : sourceText(status.spName),
-                      key == std::end(policy::volumeKeyRows) ? QStringLiteral("as the channel says") : typeText(key->type)});
+        lines += row(nameCells(policynames::statuses[status.status])
+                     + QStringList{typeText(status.type),
+                                   isNoSource(status.spName) ? QStringLiteral("of the channel") : sourceText(status.spName),
+                                   key == std::end(policy::volumeKeyRows) ? QStringLiteral("as the channel says") : typeText(key->type)});
     }
     return lines;
 }
@@ -131,17 +144,18 @@ QString keyText(int channel)
 QStringList channelTable()
 {
     QStringList lines = head({QStringLiteral("Channel"),
+                              QStringLiteral("Name"),
+                              QStringLiteral("What plays"),
                               QStringLiteral("Source on the main track"),
                               QStringLiteral("Volume type"),
                               QStringLiteral("Volume keys work on"),
                               QStringLiteral("Sets the equalizer")});
     for (int channel = 0; channel < columnCount; ++channel) {
         const store::ChannelRow info = channelRow(channel);
-        lines += row({QString::number(channel),
-                      sourceText(info.spName),
-                      typeText(info.type),
-                      keyText(channel),
-                      setsEqualizer(channel) ? QStringLiteral("each time") : QStringLiteral("no")});
+        lines += row(
+            nameCells(policynames::channels[channel])
+            + QStringList{
+                sourceText(info.spName), typeText(info.type), keyText(channel), setsEqualizer(channel) ? QStringLiteral("each time") : QStringLiteral("no")});
     }
     return lines;
 }
@@ -179,20 +193,31 @@ QStringList volumeTable()
 
 QStringList timerTable()
 {
-    const auto line = [](const char *name, const QString &time, const char *started, const char *effect) {
-        return row({QLatin1Char('`') + QLatin1String(name) + QLatin1Char('`'), time, QLatin1String(started), QLatin1String(effect)});
+    struct TimerText
+    {
+        QString time;
+        const char *started;
+        QString effect;
     };
+    const auto status = [](int number) { return QStringLiteral("status %1, %2").arg(QString::number(number), codeText(policynames::statuses[number].name)); };
     const auto milliseconds = [](int time) { return QStringLiteral("%1 ms").arg(time); };
-    QStringList lines = head({QStringLiteral("Timer"), QStringLiteral("Time"), QStringLiteral("Started by"), QStringLiteral("When it runs out")});
-    lines += line("muteTimer", QStringLiteral("count × %1 ms").arg(policy::muteUnitMs), "`setAudioMute(true, count)`", "unmutes");
-    lines += line("delayVolumeTimer", milliseconds(policy::deferredVolumeMs), "a volume for two channels or more", "writes pending volumes again");
-    lines += line("customEqTimer", milliseconds(policy::customEqualizerRepeatMs), "`adjustCustomEq()`", "nothing; until then a repeat is ignored");
-    lines += line("firstEqTimer", milliseconds(policy::firstEqualizerMs), "the first channel of the process", "sets the equalizer once more");
-    lines += line("cpAlertTimer", milliseconds(policy::carPlayAlertMs), "`cpDuckAudio()`, reverse gear in", "status 10");
-    lines += line("cpUnduckTimer",
-                  milliseconds(policy::carPlayUnduckMs),
-                  "`cpUnduckAudio()`, reverse gear out",
-                  "status 11 and the main audio back, unless ducked again");
+    const TimerText texts[] = {
+        {QStringLiteral("count × %1 ms").arg(policy::muteUnitMs), "`setAudioMute(true, count)`", QStringLiteral("unmutes")},
+        {milliseconds(policy::deferredVolumeMs), "a volume for two channels or more", QStringLiteral("writes pending volumes again")},
+        {milliseconds(policy::customEqualizerRepeatMs), "`adjustCustomEq()`", QStringLiteral("nothing; until then a repeat is ignored")},
+        {milliseconds(policy::firstEqualizerMs), "the first channel of the process", QStringLiteral("sets the equalizer once more")},
+        {milliseconds(policy::carPlayAlertMs), "`cpDuckAudio()`, reverse gear in", status(AudioStatusCarPlayDuck)},
+        {milliseconds(policy::carPlayUnduckMs),
+         "`cpUnduckAudio()`, reverse gear out",
+         status(AudioStatusCarPlayRestore) + QStringLiteral(", and the main audio back, unless ducked again")},
+    };
+    static_assert(std::size(texts) == std::size(policynames::timers), "each timer has a purpose");
+    QStringList lines = head(
+        {QStringLiteral("Timer"), QStringLiteral("In the timeline"), QStringLiteral("Time"), QStringLiteral("Started by"), QStringLiteral("When it runs out")});
+    for (std::size_t i = 0; i < std::size(texts); ++i) {
+        const policynames::Timer &timer = policynames::timers[i];
+        lines += row({codeText(timer.name), QLatin1String(timer.purpose), texts[i].time, QLatin1String(texts[i].started), texts[i].effect});
+    }
     return lines;
 }
 
