@@ -5,6 +5,7 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <csignal>
 
 /// "play": each run in a process and on a flash of its own, whatever a scenario does, and several of them.
@@ -37,6 +38,8 @@ private Q_SLOTS:
     void endlessScenario();
     void interrupted_data();
     void interrupted();
+    void terminal_data();
+    void terminal();
     void deathOfTheScenariosProcess();
     void deathOfTheBench();
 
@@ -427,6 +430,50 @@ void BenchRunsTest::interrupted()
     const QString text = QString::fromUtf8(xml.readAll());
     QCOMPARE(attributesOf(text, QStringLiteral("testsuites")).value(QStringLiteral("tests")), QStringLiteral("2"));
     QCOMPARE(attributesOf(text, QStringLiteral("error")).value(QStringLiteral("message")), QStringLiteral("interrupted"));
+}
+
+void BenchRunsTest::terminal_data()
+{
+    QTest::addColumn<BenchProcess::Environment>("environment");
+    QTest::addColumn<bool>("isColored");
+    QTest::addColumn<int>("width");
+    using Environment = BenchProcess::Environment;
+    const QString term = QStringLiteral("TERM");
+    const QString xterm = QStringLiteral("xterm");
+    QTest::newRow("a terminal of 72 columns") << Environment{{term, xterm}} << true << 72;
+    QTest::newRow("COLUMNS comes first") << Environment{{term, xterm}, {QStringLiteral("COLUMNS"), QStringLiteral("50")}} << true << 50;
+    QTest::newRow("TERM=dumb") << Environment{{term, QStringLiteral("dumb")}} << false << 72;
+    QTest::newRow("NO_COLOR") << Environment{{term, xterm}, {QStringLiteral("NO_COLOR"), QStringLiteral("1")}} << false << 72;
+}
+
+void BenchRunsTest::terminal()
+{
+    QFETCH(BenchProcess::Environment, environment);
+    QFETCH(bool, isColored);
+    QFETCH(int, width);
+    write(QStringLiteral("long.js"), "say('" + QByteArray("abc ").repeated(100) + "');\nexpect(1).toBe(1);\n");
+    QProcess process;
+    process.setWorkingDirectory(work.path());
+    QProcessEnvironment changed = QProcessEnvironment::systemEnvironment();
+    changed.remove(QStringLiteral("COLUMNS"));
+    for (auto variable = environment.cbegin(); variable != environment.cend(); ++variable)
+        changed.insert(variable.key(), variable.value());
+    process.setProcessEnvironment(changed);
+    // Another program gives it a terminal.
+    const QString command = QStringLiteral("stty cols 72; " BENCH_PROGRAM " play long.js");
+    const program::Run run = program::run(
+        process,
+        {QStringLiteral("script"), QStringLiteral("--quiet"), QStringLiteral("--return"), QStringLiteral("--command"), command, QStringLiteral("/dev/null")});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.output + run.errors));
+    QVERIFY2(run.output.contains(QLatin1String("\033[")) == isColored, qPrintable(run.output));
+    int widest = 0;
+    QString text = run.output;
+    const QStringList lines = text.remove(QRegularExpression(QStringLiteral("\033\\[[0-9;]*m"))).split(QStringLiteral("\r\n"));
+    for (const QString &line : lines) {
+        if (line.contains(QLatin1String("abc")))
+            widest = std::max(widest, line.size());
+    }
+    QVERIFY2(widest <= width && widest > width - 4, qPrintable(QString::number(widest)));
 }
 
 void BenchRunsTest::deathOfTheScenariosProcess()
