@@ -3,9 +3,6 @@
 // A prompt ducks the music at once. Only after 1000 ms it also gets the prompts' volume (status 10), and only when 500 ms have
 // passed after its end is everything restored (status 11).
 
-const noneSounds = 0, callOverCarPlay = 6, speech = 8, ducked = 10, restored = 11;
-const carPlayMedia = 5, carPlayTelephony = 7;
-
 function media() {
     return Platform.trackVolume("main", "S+CarPlayMedia");
 }
@@ -16,7 +13,7 @@ AudioPolicy.setVolume(AudioPolicy.Media, 16, true);
 AudioPolicy.setVolume(AudioPolicy.Prompt, 10, true);
 AudioPolicy.setVolume(AudioPolicy.Telephony, 15, true);
 AudioPolicy.setCPConnected(true);
-AudioPolicy.updateAudioChannel(carPlayMedia);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelCarPlayMedia);
 wait(3000);
 expect(AudioPolicy.getCPConnected()).toBe(true);
 expect(Platform.activeSource("main")).toBe("S+CarPlayMedia");
@@ -30,29 +27,29 @@ expect(Platform.isDucked()).toBe(true);
 wait(900);
 AudioPolicy.cpUnduckAudio(0);
 wait(499);
-expect(AudioPolicy.status).toBe(noneSounds);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusNone);
 expect(Platform.isDucked()).toBe(true);
 wait(1);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 expect(Platform.isDucked()).toBe(false);
 expect(media()).toBe(64);
 wait(10000);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 
 say("A long prompt has its volume after one second");
 AudioPolicy.cpDuckAudio(0, 20);
 wait(999);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 expect(media()).toBe(64);
 wait(1);
-expect(AudioPolicy.status).toBe(ducked);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayDuck);
 // 10 * 4 = 40, of which 60 percent
 expect(media()).toBe(40);
 expect(Platform.effectiveMainVolume()).toBe(24);
 wait(2000);
 AudioPolicy.cpUnduckAudio(0);
 wait(500);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 expect(media()).toBe(64);
 
 say("The next prompt comes 300 ms after the last one's end: the music stays ducked in between");
@@ -63,7 +60,7 @@ wait(300);
 AudioPolicy.cpDuckAudio(0, 20);
 wait(200);
 expect(Platform.isDucked()).toBe(true);
-expect(AudioPolicy.status).toBe(ducked);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayDuck);
 wait(5000);
 expect(Platform.isDucked()).toBe(true);
 AudioPolicy.cpUnduckAudio(0);
@@ -79,30 +76,30 @@ expect(media()).toBe(64);
 
 say("Status 10 without a duck comes from keys pressed on the telephone: no volume is written");
 Platform.clearJournal();
-AudioPolicy.updateAudioStatus(ducked);
-expect(AudioPolicy.status).toBe(ducked);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlayDuck);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayDuck);
 expect(Platform.journal()).toEqual([]);
 
 say("Another status within the second takes the place of status 10");
-AudioPolicy.updateAudioStatus(restored);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlayRestore);
 AudioPolicy.cpDuckAudio(0, 20);
 wait(500);
-AudioPolicy.updateAudioStatus(speech);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlaySpeech);
 wait(5000);
-expect(AudioPolicy.status).toBe(speech);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlaySpeech);
 expect(media()).toBe(64);
 AudioPolicy.cpUnduckAudio(0);
 wait(500);
 
 say("A prompt that ends during a CarPlay call restores the music's volume, not the call's");
-AudioPolicy.updateAudioChannel(carPlayTelephony);
-AudioPolicy.updateAudioStatus(callOverCarPlay);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelCarPlayTelephony);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlayTelephony);
 // 15 * 4 = 60, boosted by 1.5
 expect(Platform.trackVolume("main", "S+CarPlayTelephony")).toBe(90);
 AudioPolicy.cpDuckAudio(0, 20);
 AudioPolicy.cpUnduckAudio(0);
 Platform.clearJournal();
 wait(500);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 expect(Platform.journal()).toEqual(['Volume.setTrackVolume("main", "S+CarPlayMedia", 64) -> 0', "Volume.setDuckingMode(0) -> 0"]);
 expect(Platform.trackVolume("main", "S+CarPlayTelephony")).toBe(90);

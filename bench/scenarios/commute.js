@@ -2,9 +2,6 @@
 //
 // Volumes run from 0 to 25 and reach the platform as volume * 4; telephony and ringtones are boosted there by 1.5.
 
-const noneSounds = 0, ringing = 1, talking = 2, duckedByCarPlay = 10, restored = 11;
-const filePlayer = 3, ringtone = 11, telephone = 12;
-
 function media() {
     return Platform.trackVolume("main", "S+FilePlayer");
 }
@@ -18,7 +15,7 @@ AudioPolicy.setVolume(AudioPolicy.Ring, 10, true);
 wait(1000);
 
 say("The file player begins to play");
-AudioPolicy.updateAudioChannel(filePlayer);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);
 expect(Platform.activeSource("main")).toBe("S+FilePlayer");
 expect(media()).toBe(48);
 wait(5000);
@@ -39,7 +36,7 @@ expect(Platform.isDucked()).toBe(true);
 expect(Platform.duckingGain()).toBe(60);
 expect(Platform.trackVolume("main", "S+AndroidAuto")).toBe(60);
 expect(Platform.effectiveMainVolume()).toBe(33);
-expect(AudioPolicy.status).toBe(noneSounds);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusNone);
 wait(3000);
 AudioPolicy.aaUnduckAudio(0);
 expect(Platform.isDucked()).toBe(false);
@@ -48,8 +45,8 @@ expect(Platform.effectiveMainVolume()).toBe(56);
 wait(120000);
 
 say("The telephone rings. The volume keys work the ringtone now");
-AudioPolicy.updateAudioChannel(ringtone);
-AudioPolicy.updateAudioStatus(ringing);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelBtRingtone);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusBtRing);
 expect(Platform.activeSource("main")).toBe("S+BtRingtone");
 expect(Platform.trackVolume("main", "S+BtRingtone")).toBe(60);
 AudioPolicy.updateCurrentAudioVolume(true);
@@ -59,8 +56,8 @@ expect(media()).toBe(56);
 wait(4000);
 
 say("The driver takes the call, and turns it down one step");
-AudioPolicy.updateAudioChannel(telephone);
-AudioPolicy.updateAudioStatus(talking);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelBtPhone);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusBtTelephony);
 // 18 * 4 = 72, boosted
 expect(Platform.trackVolume("main", "S+BtPcmPhone")).toBe(108);
 AudioPolicy.updateCurrentAudioVolume(false);
@@ -70,8 +67,8 @@ expect(AudioPolicy.volumes.slice(0, 4)).toEqual([14, 15, 17, 11]);
 wait(180000);
 
 say("Hang-up: the music is back where it was");
-AudioPolicy.updateAudioChannel(filePlayer);
-AudioPolicy.updateAudioStatus(noneSounds);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);
+AudioPolicy.updateAudioStatus(AudioPolicy.StatusNone);
 expect(Platform.activeSource("main")).toBe("S+FilePlayer");
 expect(media()).toBe(56);
 wait(120000);
@@ -80,9 +77,9 @@ say("Reverse gear: the music is ducked at once, and after a second it has the pr
 Platform.setReverseGear(true);
 expect(Platform.effectiveMainVolume()).toBe(33);
 wait(999);
-expect(AudioPolicy.status).toBe(noneSounds);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusNone);
 wait(1);
-expect(AudioPolicy.status).toBe(duckedByCarPlay);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayDuck);
 // 15 * 4 = 60, of which 60 percent
 expect(media()).toBe(60);
 expect(Platform.effectiveMainVolume()).toBe(36);
@@ -94,7 +91,7 @@ wait(499);
 expect(Platform.isDucked()).toBe(true);
 wait(1);
 expect(Platform.isDucked()).toBe(false);
-expect(AudioPolicy.status).toBe(restored);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusCarPlayRestore);
 expect(media()).toBe(56);
 
 say("Ignition off. What the keys changed is stored");

@@ -69,7 +69,7 @@ AudioPolicy.setMute(true);
 expect(Platform.journal()).toEqual([]);
 
 say("While muted nothing is heard, whatever the volume");
-AudioPolicy.updateAudioChannel(13);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelDiscPlayer);
 AudioPolicy.setVolume(AudioPolicy.Media, 25, false);
 expect(Platform.trackVolume("main", "S+DiscPlayer")).toBe(100);
 expect(Platform.effectiveGain("main", "S+DiscPlayer", 1)).toBe(0);

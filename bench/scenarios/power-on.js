@@ -3,8 +3,8 @@
 say("No settings are stored; the unit starts");
 eraseSettings();
 powerOn();
-expect(AudioPolicy.status).toBe(0);
-expect(AudioPolicy.channel).toBe(0);
+expect(AudioPolicy.status).toBe(AudioPolicy.StatusNone);
+expect(AudioPolicy.channel).toBe(AudioPolicy.ChannelNone);
 expect(AudioPolicy.volumes).toEqual([20, 20, 20, 20, 20, 15]);
 expect(AudioPolicy.equalizerType).toBe(6);
 
@@ -38,13 +38,13 @@ expect(Platform.journal()).not.toContain('Volume.setTrackVolume("main", "S+BtPcm
 
 say("Channel 0 is no channel yet: it is routed, and the equalizer left alone");
 Platform.clearJournal();
-AudioPolicy.updateAudioChannel(0);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelNone);
 expect(Platform.journal()).toEqual(['Source.setOutputSource("main", "S+none") -> 0']);
 wait(2000);
 expect(Platform.journal().length).toBe(1);
 
 say("The first real channel: the equalizer is set, and again 2000 ms later, when the source has settled");
-AudioPolicy.updateAudioChannel(13);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelDiscPlayer);
 expect(Platform.activeSource("main")).toBe("S+DiscPlayer");
 Platform.clearJournal();
 wait(1999);
@@ -55,9 +55,9 @@ expect(Platform.journal()[0]).toContain("App.setExtEqParameter(");
 
 say("Later channels set the equalizer at once where the source resets it: 3, 5, 10 and 17");
 Platform.clearJournal();
-AudioPolicy.updateAudioChannel(2);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelBtAudio);
 expect(Platform.journal().length).toBe(1);
-AudioPolicy.updateAudioChannel(3);
+AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);
 expect(Platform.journal().length).toBe(3);
 expect(Platform.journal()[2]).toContain("App.setExtEqParameter(");
 
