@@ -8,6 +8,7 @@
 #include "settingswatcher.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -19,12 +20,39 @@ namespace
 {
 
 constexpr int gap = 2;
-constexpr int widestColumn = 24; // a longer text stands out of its column
+constexpr int widestKey = 24; // a longer one has a line of its own
+constexpr int widestStored = 16; // likewise
+constexpr int widestLine = 100;
+constexpr int widestText = 40; // in a line of --watch, which has three of them
 constexpr int unknownKeyLimit = 1000; // keys that the library does not know, of which any number may be in the file
 
-QString storedText(const QVariant &stored)
+/// What is unseen spelled out, and no more of it than fits; what was cut says how long it is.
+QString shortened(const QString &text, int columns)
 {
-    return stored.isValid() ? Console::printable(stored.toString()) : QStringLiteral("-");
+    const QString mark = Console::cutMark(text);
+    const int columnsOfCut = std::max(columns - mark.size(), 0);
+    QString shown;
+    int sizeOfCut = 0;
+    const auto characters = text.leftRef(columns + 1).toUcs4();
+    for (const uint character : characters) {
+        shown += Console::printable(QString::fromUcs4(&character, 1));
+        if (shown.size() <= columnsOfCut)
+            sizeOfCut = shown.size();
+        if (shown.size() > columns)
+            return shown.left(sizeOfCut) + mark;
+    }
+    return shown;
+}
+
+QString storedText(const QVariant &stored, int columns)
+{
+    return stored.isValid() ? shortened(stored.toString(), columns) : QStringLiteral("-");
+}
+
+/// Says what counts where that is not what is stored; else empty.
+QString effectText(const SettingsReader::Setting &setting)
+{
+    return setting.problem.isEmpty() ? QString() : QStringLiteral("in effect: %1 (%2)").arg(setting.inEffect, setting.problem);
 }
 
 /// The settings that are shown.
@@ -69,6 +97,20 @@ QByteArray harmless(const QByteArray &json)
     return result.toUtf8();
 }
 
+/// A mistake in the name that was given; empty for none.
+QString problemOfName(const QString &file)
+{
+    if (QFileInfo(file).isDir())
+        return QStringLiteral("%1 is a folder, not a settings file").arg(shortened(file, widestLine));
+    return SettingsReader::exists(file) ? QString() : QStringLiteral("there is no file %1").arg(shortened(file, widestLine));
+}
+
+/// The width of a column that is to hold the text, too, unless it is too long for any.
+int widened(int column, const QString &text, int widest)
+{
+    return text.size() > widest ? column : std::max(column, text.size());
+}
+
 QString more(int count, const char *what)
 {
     return QStringLiteral("\u2026 and %1 more %2\n").arg(count).arg(QLatin1String(what));
@@ -104,10 +146,14 @@ QString SettingsCommand::details() const
     return QStringLiteral("Shows the settings file, or another FILE, as a table: each key, what is stored for it (- for\n"
                           "nothing), what holds when nothing is, and its meaning. Nothing is changed. The settings file is\n"
                           "%1.\n"
-                          "Of values and keys the first %2 characters show, of the keys that the library does not know the\n"
-                          "first %3. Characters that act on a terminal are spelled out, as in \\x1b; serialized objects are\n"
-                          "%4. A file of more than 1 MB is not read.\n"
-                          "With --watch changes show as: time, key, old value -> new value.\n")
+                          "A value that does not count as it is stored, or is out of range, is marked: \"! in effect: 0\" and\n"
+                          "the reason. In effect is what the library's store reads.\n"
+                          "Long values and keys are cut, in JSON behind %2 characters; of the keys that the library does\n"
+                          "not know the first %3 show. Characters that act on a terminal are spelled out, as in \\x1b;\n"
+                          "serialized objects are %4. A file of more than 1 MB is not read.\n"
+                          "With --watch changes show as: time, key, old value -> new value, and the same mark.\n"
+                          "In JSON each setting has key, stored, default, meaning, inEffect and problem; what there is\n"
+                          "none of is null.\n")
         .arg(SettingsFile::path())
         .arg(Console::textLimit)
         .arg(unknownKeyLimit)
@@ -122,6 +168,11 @@ int SettingsCommand::run(const QCommandLineParser &parsed)
     if (parsed.isSet(QStringLiteral("watch")) && parsed.isSet(QStringLiteral("json")))
         return complain(QStringLiteral("--watch does not go with --json"));
     const QString file = files.value(0, SettingsFile::path());
+    if (!files.isEmpty()) {
+        const QString problem = problemOfName(file);
+        if (!problem.isEmpty())
+            return complain(problem);
+    }
     if (parsed.isSet(QStringLiteral("watch")))
         return watch(file);
     const SettingsReader reader(file);
@@ -142,22 +193,31 @@ QString SettingsCommand::table(const SettingsReader &reader)
     int storedWidth = int(qstrlen("stored"));
     int defaultWidth = 0;
     for (const SettingsReader::Setting &setting : shown.settings) {
-        keyWidth = std::max(keyWidth, std::min(setting.key.size(), widestColumn));
-        storedWidth = std::max(storedWidth, std::min(storedText(setting.stored).size(), widestColumn));
+        keyWidth = widened(keyWidth, shortened(setting.key, widestLine), widestKey);
+        storedWidth = widened(storedWidth, storedText(setting.stored, widestLine), widestStored);
         defaultWidth = std::max(defaultWidth, setting.defaultText.size());
     }
+    const int storedColumn = keyWidth + gap;
+    const int defaultColumn = storedColumn + storedWidth + gap;
+    const int meaningColumn = defaultColumn + defaultWidth + gap;
+    // A text too long for its column ends its line; the next column goes on below.
     const auto row = [&](const QString &key, const QString &stored, const QString &defaultText, const QString &meaning) -> QString {
-        const int column = keyWidth + storedWidth + defaultWidth + 3 * gap;
-        const QString between(gap, QLatin1Char(' '));
-        return key.leftJustified(keyWidth) + between + stored.leftJustified(storedWidth) + between + defaultText.leftJustified(defaultWidth) + between
-            + Console::wrapped(meaning, column, column).mid(column) + QLatin1Char('\n');
+        const auto cell = [](const QString &cellText, int width, int nextColumn) -> QString {
+            return cellText.size() <= width ? cellText.leftJustified(width + gap) : cellText + QLatin1Char('\n') + QString(nextColumn, QLatin1Char(' '));
+        };
+        return cell(key, keyWidth, storedColumn) + cell(stored, storedWidth, defaultColumn) + defaultText.leftJustified(defaultWidth + gap)
+            + Console::wrapped(meaning, meaningColumn, meaningColumn).mid(meaningColumn) + QLatin1Char('\n');
     };
 
     QString text = reader.file() + (reader.exists() ? QStringLiteral("\n\n") : QStringLiteral(": no such file, all defaults hold\n\n"));
     text
         += Console::styled(Console::Style::Heading, row(QStringLiteral("key"), QStringLiteral("stored"), QStringLiteral("default"), QStringLiteral("meaning")));
-    for (const SettingsReader::Setting &setting : shown.settings)
-        text += row(Console::printable(setting.key), storedText(setting.stored), setting.defaultText, setting.meaning);
+    for (const SettingsReader::Setting &setting : shown.settings) {
+        text += row(shortened(setting.key, widestLine), storedText(setting.stored, widestLine - storedColumn), setting.defaultText, setting.meaning);
+        const QString effect = effectText(setting);
+        if (!effect.isEmpty())
+            text += Console::styled(Console::Style::Bad, Console::wrapped(QLatin1String("! ") + effect, storedColumn, storedColumn + gap)) + QLatin1Char('\n');
+    }
     if (shown.leftOut > 0)
         text += more(shown.leftOut, "keys that the library does not know");
     return text;
@@ -173,6 +233,8 @@ QByteArray SettingsCommand::json(const SettingsReader &reader)
             {QStringLiteral("stored"), setting.stored.isValid() ? QJsonValue(cut(setting.stored.toString())) : QJsonValue()},
             {QStringLiteral("default"), setting.defaultText.isEmpty() ? QJsonValue() : QJsonValue(setting.defaultText)},
             {QStringLiteral("meaning"), setting.meaning},
+            {QStringLiteral("inEffect"), setting.isKnown ? QJsonValue(setting.inEffect) : QJsonValue()},
+            {QStringLiteral("problem"), setting.problem.isEmpty() ? QJsonValue() : QJsonValue(setting.problem)},
         });
     }
     const QJsonObject document{
@@ -188,8 +250,14 @@ int SettingsCommand::watch(const QString &file)
 {
     const auto time = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")); };
     SettingsWatcher watcher(file);
-    QObject::connect(&watcher, &SettingsWatcher::changed, &watcher, [time](const QString &key, const QVariant &before, const QVariant &now) {
-        Console::out(QStringLiteral("%1  %2  %3 -> %4\n").arg(time(), Console::printable(key), storedText(before), storedText(now)));
+    QObject::connect(&watcher, &SettingsWatcher::changed, &watcher, [time](const SettingsReader::Setting &setting, const QVariant &before) {
+        const QString effect = effectText(setting);
+        Console::out(QStringLiteral("%1  %2  %3 -> %4%5\n")
+                         .arg(time(),
+                              shortened(setting.key, widestText),
+                              storedText(before, widestText),
+                              storedText(setting.stored, widestText),
+                              effect.isEmpty() ? QString() : QLatin1String("  ! ") + effect));
     });
     QObject::connect(
         &watcher, &SettingsWatcher::leftOut, &watcher, [time](int changes) { Console::out(time() + QLatin1String("  ") + more(changes, "changes")); });

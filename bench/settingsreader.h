@@ -18,9 +18,14 @@ public:
         QString defaultText; ///< what holds then; empty for a key that the library does not know
         QString meaning;
         bool isKnown; ///< to the library
+        QString inEffect; ///< what the library's store reads; empty for a key that it does not know
+        QString problem; ///< why that is not what is stored, or may not be what was meant; empty where all is well
     };
 
     explicit SettingsReader(const QString &file);
+
+    /// Also where it is there but cannot be reached.
+    static bool exists(const QString &file);
 
     QString file() const;
     bool exists() const;
@@ -40,6 +45,7 @@ private:
     QString path;
     bool readable = true;
     QMap<QString, QVariant> values;
+    QMap<QString, QVariant> storeValues; // as the library's store reads the file
     QString readProblem;
 };
 

@@ -35,10 +35,10 @@ struct Line
     int equals = -1; ///< where the value's equals sign is, -1 for none
 };
 
-bool isBlank(char character)
-{
-    return character == ' ' || character == '\t';
-}
+using SettingsText::isBlank;
+
+constexpr char byteOrderMark[] = "\xef\xbb\xbf";
+constexpr int byteOrderMarkSize = 3;
 
 bool isLineEnd(char character)
 {
@@ -77,28 +77,6 @@ Line takeLine(const QByteArray &text, int &from)
     line.end = qMin(i, text.size());
     from = line.end;
     return line;
-}
-
-QString keyOf(const QByteArray &text)
-{
-    QString key;
-    for (int i = 0; i < text.size(); ++i) {
-        const char character = text.at(i);
-        if (character == '%') {
-            const bool isLong = i + 1 < text.size() && text.at(i + 1) == 'U';
-            const int begin = i + (isLong ? 2 : 1);
-            const int digits = isLong ? 4 : 2;
-            bool isNumber = false;
-            const int code = begin + digits <= text.size() ? text.mid(begin, digits).toInt(&isNumber, 16) : 0;
-            if (isNumber) {
-                key += QChar(ushort(code));
-                i = begin + digits - 1;
-                continue;
-            }
-        }
-        key += character == '\\' ? QLatin1Char('/') : QLatin1Char(character);
-    }
-    return key;
 }
 
 /// "@Variant(...)": a number, where its size is that of its type.
@@ -251,23 +229,80 @@ private:
 
 } // namespace
 
+bool SettingsText::isBlank(char character)
+{
+    return character == ' ' || character == '\t';
+}
+
+QByteArray SettingsText::withoutBlanks(const QByteArray &text)
+{
+    int begin = 0;
+    int end = text.size();
+    while (begin < end && isBlank(text.at(begin)))
+        ++begin;
+    while (end > begin && isBlank(text.at(end - 1)))
+        --end;
+    return text.mid(begin, end - begin);
+}
+
+bool SettingsText::isUtf8(const QByteArray &text)
+{
+    return text.startsWith(byteOrderMark);
+}
+
+QByteArray SettingsText::withoutMark(const QByteArray &text)
+{
+    return isUtf8(text) ? text.mid(byteOrderMarkSize) : text;
+}
+
+QString SettingsText::keyOf(const QByteArray &text)
+{
+    QString key;
+    for (int i = 0; i < text.size(); ++i) {
+        const char character = text.at(i);
+        if (character == '%') {
+            const bool isLong = i + 1 < text.size() && text.at(i + 1) == 'U';
+            const int begin = i + (isLong ? 2 : 1);
+            const int digits = isLong ? 4 : 2;
+            bool isNumber = false;
+            const int code = begin + digits <= text.size() ? text.mid(begin, digits).toInt(&isNumber, 16) : 0;
+            if (isNumber) {
+                key += QChar(ushort(code));
+                i = begin + digits - 1;
+                continue;
+            }
+        }
+        key += character == '\\' ? QLatin1Char('/') : QLatin1Char(character);
+    }
+    return key;
+}
+
+QString SettingsText::sectionOf(const QByteArray &name)
+{
+    if (name.compare("general", Qt::CaseInsensitive) == 0)
+        return {};
+    const bool isCalledSo = name.compare("%general", Qt::CaseInsensitive) == 0;
+    return (isCalledSo ? QString::fromLatin1(name.mid(1)) : keyOf(name)) + QLatin1Char('/');
+}
+
+QStringList SettingsText::elements(const QByteArray &value, bool isUtf8)
+{
+    return ElementReader(value, isUtf8).elements();
+}
+
 SettingsText::Content SettingsText::read(const QByteArray &text)
 {
     Content content;
     QString section;
-    const bool isUtf8 = text.startsWith("\xef\xbb\xbf");
-    int at = isUtf8 ? 3 : 0;
+    const bool isMarked = isUtf8(text);
+    int at = isMarked ? byteOrderMarkSize : 0;
     for (Line line = takeLine(text, at); line.begin < line.end; line = takeLine(text, at)) {
         if (text.at(line.begin) == '[') {
             const int end = text.indexOf(']', line.begin);
             const bool isClosed = end >= 0 && end < line.end;
             content.isWhole = content.isWhole && isClosed;
             const QByteArray name = text.mid(line.begin + 1, (isClosed ? end : line.end) - line.begin - 1).trimmed();
-            section.clear();
-            if (name.compare("%general", Qt::CaseInsensitive) == 0)
-                section = QString::fromLatin1(name.mid(1)) + QLatin1Char('/');
-            else if (name.compare("general", Qt::CaseInsensitive) != 0)
-                section = keyOf(name) + QLatin1Char('/');
+            section = sectionOf(name);
             continue;
         }
         if (line.equals < 0) {
@@ -278,13 +313,13 @@ SettingsText::Content SettingsText::read(const QByteArray &text)
         while (keyEnd > line.begin && isBlank(text.at(keyEnd - 1)))
             --keyEnd;
         const QString key = section + keyOf(text.mid(line.begin, keyEnd - line.begin));
-        const QStringList elements = ElementReader(text.mid(line.equals + 1, line.end - line.equals - 1), isUtf8).elements();
-        if (elements.size() == 1) {
-            content.values.insert(key, valueOf(elements.constFirst()));
+        const QStringList parts = elements(text.mid(line.equals + 1, line.end - line.equals - 1), isMarked);
+        if (parts.size() == 1) {
+            content.values.insert(key, valueOf(parts.constFirst()));
             continue;
         }
         QStringList texts;
-        for (const QString &element : elements)
+        for (const QString &element : parts)
             texts += valueOf(element).toString();
         content.values.insert(key, texts.join(QLatin1String(", ")));
     }

@@ -4,6 +4,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
 /**
@@ -24,6 +25,19 @@ Content read(const QByteArray &text);
 
 /// Stands for a value that is not shown: a serialized object.
 QString unreadable();
+
+// The parts of the grammar, of which each reading of it is made.
+bool isBlank(char character);
+QByteArray withoutBlanks(const QByteArray &text);
+/// Whether it begins with the mark of UTF-8; else the text is Latin-1.
+bool isUtf8(const QByteArray &text);
+QByteArray withoutMark(const QByteArray &text);
+/// What the written name of a key means.
+QString keyOf(const QByteArray &text);
+/// What the keys below a section's written name begin with: "Volume/"; "" for "General", which stands for no section.
+QString sectionOf(const QByteArray &name);
+/// The texts of a written value, of which there is one where it is no list.
+QStringList elements(const QByteArray &value, bool isUtf8);
 } // namespace SettingsText
 
 #endif

@@ -10,13 +10,13 @@ namespace
 constexpr int interval = 250; // ms
 constexpr int changesLimit = 1000; // told at one look
 
-QMap<QString, QVariant> storedValues(const SettingsReader &reader)
+QMap<QString, SettingsReader::Setting> byKey(const SettingsReader &reader)
 {
-    QMap<QString, QVariant> values;
-    const auto settings = reader.settings();
-    for (const SettingsReader::Setting &setting : settings)
-        values.insert(setting.key, setting.stored);
-    return values;
+    QMap<QString, SettingsReader::Setting> settings;
+    const auto list = reader.settings();
+    for (const SettingsReader::Setting &setting : list)
+        settings.insert(setting.key, setting);
+    return settings;
 }
 
 } // namespace
@@ -28,7 +28,7 @@ SettingsWatcher::SettingsWatcher(const QString &file, QObject *parent)
 {
     // Read again after the stamp was taken: what came in between shows as no change, but is not lost either.
     reader.reload();
-    values = storedValues(reader);
+    settings = byKey(reader);
     timer.setInterval(interval);
     connect(&timer, &QTimer::timeout, this, &SettingsWatcher::look);
 }
@@ -51,17 +51,17 @@ void SettingsWatcher::look()
         Q_EMIT unreadable(reader.problem());
         return;
     }
-    QMap<QString, QVariant> before = std::exchange(values, storedValues(reader));
+    QMap<QString, SettingsReader::Setting> before = std::exchange(settings, byKey(reader));
     int changes = 0;
-    const auto tell = [&](const QString &key, const QVariant &old, const QVariant &now) {
-        if (old != now && ++changes <= changesLimit)
-            Q_EMIT changed(key, old, now);
+    const auto tell = [&](const SettingsReader::Setting &setting, const QVariant &old) {
+        if (old != setting.stored && ++changes <= changesLimit)
+            Q_EMIT changed(setting, old);
     };
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
-        tell(entry.key(), before.take(entry.key()), entry.value());
+    for (auto entry = settings.cbegin(); entry != settings.cend(); ++entry)
+        tell(entry.value(), before.take(entry.key()).stored);
     // What is left was an unknown key that is gone.
     for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
-        tell(entry.key(), entry.value(), {});
+        tell({entry.key(), {}, {}, {}, false, {}, {}}, entry.value().stored);
     if (changes > changesLimit)
         Q_EMIT leftOut(changes - changesLimit);
 }

@@ -24,8 +24,9 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// A key has another value; an invalid one where it is not in the file.
-    void changed(const QString &key, const QVariant &before, const QVariant &now);
+    /// A key has another value; the former one is invalid where it was not in the file. A key that the library does not know and that is
+    /// gone has neither a meaning nor a value.
+    void changed(const SettingsReader::Setting &setting, const QVariant &before);
     /// At one look so many keys had changed that these many were not told.
     void leftOut(int changes);
     /// The file is there, but cannot be read; told once for each version of it. What held before is compared with the next one.
@@ -37,7 +38,7 @@ private:
     void look();
 
     SettingsReader reader;
-    QMap<QString, QVariant> values; // of the last version that could be read
+    QMap<QString, SettingsReader::Setting> settings; // of the last version that could be read
     QByteArray stamp;
     QTimer timer;
 };

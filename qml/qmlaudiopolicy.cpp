@@ -3,13 +3,36 @@
 #include "audiopolicyinspector.h"
 #include "scriptcall.h"
 #include "scriptvalues.h"
+#include "settingsfile.h"
 
 #include <qzaudio/zelaudiomanager.h>
 
+#include <QtCore/QDebug>
+#include <QtCore/QFileInfo>
 #include <QtCore/QScopeGuard>
 
+#include <utility>
+
+namespace
+{
+
+/// The manager saves when it starts: what that finds is told, once, with what to do about it. The store tells only what went wrong.
+ZelAudioManager *managerOfProcess()
+{
+    ZelAudioManager *const manager = ZelAudioManager::instance();
+    static bool isTold = false;
+    if (!std::exchange(isTold, true) && !SettingsFile::canBeSaved()) {
+        qWarning(
+            "QzAudio: settings cannot be saved: there is no folder %s that can be written; on a desk start the program with \"qzaudio-with-flash COMMAND\".",
+            qUtf8Printable(QFileInfo(SettingsFile::path()).path()));
+    }
+    return manager;
+}
+
+} // namespace
+
 QmlAudioPolicy::QmlAudioPolicy(QObject *parent)
-    : QmlAudioPolicy(&ZelAudioManager::instance, parent)
+    : QmlAudioPolicy(&managerOfProcess, parent)
 {
 }
 

@@ -1,9 +1,14 @@
 #include "qmlplatform.h"
 
+#include "platformarguments.h"
 #include "scriptcall.h"
 #include "scriptvalues.h"
 
 #include "platform.h"
+#include "tracks.h"
+
+#include <QtCore/QMap>
+#include <QtCore/QPair>
 
 #include <algorithm>
 
@@ -19,15 +24,19 @@ AudioChip *chip()
 }
 
 template<typename Result, typename... Parameters>
-Result callChip(const QObject *callee, Result (AudioChip::*operation)(Parameters...) const, const ScriptArgument (&arguments)[sizeof...(Parameters)])
+Result callChip(const QObject *callee, Result (AudioChip::*operation)(Parameters...), const ScriptArgument (&arguments)[sizeof...(Parameters)])
 {
     return callFromScript(callee, &chip, operation, arguments);
 }
 
-template<typename Result, typename... Parameters>
-Result callChip(const QObject *callee, Result (AudioChip::*operation)(Parameters...), const ScriptArgument (&arguments)[sizeof...(Parameters)])
+/// By group and name.
+QMap<QPair<QString, QString>, QVariant> stateByName()
 {
-    return callFromScript(callee, &chip, operation, arguments);
+    QMap<QPair<QString, QString>, QVariant> values;
+    const auto table = chip()->stateTable();
+    for (const simulator::StateItem &item : table)
+        values.insert({item.group, item.name}, item.value);
+    return values;
 }
 
 template<typename Values>
@@ -57,14 +66,52 @@ QVariantList numbers(const Number (&values)[count])
 
 } // namespace
 
+template<typename Result, typename... Parameters>
+Result QmlPlatform::askChip(Result (AudioChip::*operation)(Parameters...) const, const ScriptArgument (&arguments)[sizeof...(Parameters)])
+{
+    PlatformArguments checked(this, sourcesInUse);
+    for (const ScriptArgument &argument : arguments)
+        checked.check(argument);
+    return checked.failed() ? Result() : callFromScript(this, &chip, operation, arguments);
+}
+
 QmlPlatform::QmlPlatform(QObject *parent)
     : QObject(parent)
 {
     Platform *const platform = Platform::instance();
     connect(platform, &Platform::reverseGearChanged, this, &QmlPlatform::reverseGearChanged);
     connect(platform, &Platform::homeUiTypeChanged, this, &QmlPlatform::homeUiTypeChanged);
+    const auto table = platform->chip()->stateTable();
+    for (const simulator::StateItem &item : table)
+        learnSource(item.group, item.name, item.value);
+    connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::learnSource);
     connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::stateChanged);
     connect(platform->journal(), &simulator::Journal::appended, this, [this](const simulator::JournalEntry &entry) { Q_EMIT called(entry.call()); });
+    // Last, so that what the others brought is there when bindings look.
+    connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::liveChanged);
+    connect(platform->chip(), &AudioChip::wasReset, this, &QmlPlatform::liveChanged);
+    connect(platform->journal(), &simulator::Journal::appended, this, &QmlPlatform::liveChanged);
+    connect(platform->journal(), &simulator::Journal::cleared, this, &QmlPlatform::liveChanged);
+    connect(platform->faults(), &simulator::Faults::changed, this, &QmlPlatform::liveChanged);
+    connect(platform->books(), &simulator::Books::changed, this, &QmlPlatform::liveChanged);
+    connect(platform->books(), &simulator::Books::problemFound, this, &QmlPlatform::liveChanged);
+}
+
+QObject *QmlPlatform::live()
+{
+    return this;
+}
+
+void QmlPlatform::learnSource(const QString &group, const QString &name, const QVariant &value)
+{
+    const int blank = name.indexOf(QLatin1Char(' ')); // "main S+FilePlayer", of the volumes
+    QString source;
+    if (group == QLatin1String("volume") && simulator::isTrack(name.left(blank)))
+        source = name.mid(blank + 1);
+    else if (group == QLatin1String("active source") || group == QLatin1String("output source") || group == QLatin1String("input destination"))
+        source = value.toString();
+    if (!source.isEmpty())
+        sourcesInUse.insert(source);
 }
 
 // The car -------------------------------------------------------------------------------------------------------------------
@@ -96,19 +143,31 @@ void QmlPlatform::setCallDuration(const QJSValue &milliseconds)
 
 void QmlPlatform::reset()
 {
+    const auto before = stateByName();
     Platform::instance()->reset();
+    // The chip tells only that all of it may be different.
+    const auto after = stateByName();
+    for (auto item = after.cbegin(); item != after.cend(); ++item) {
+        if (before.value(item.key()) != item.value())
+            Q_EMIT stateChanged(item.key().first, item.key().second, item.value());
+    }
+    for (auto item = before.cbegin(); item != before.cend(); ++item) {
+        if (!after.contains(item.key()))
+            Q_EMIT stateChanged(item.key().first, item.key().second, QVariant());
+    }
+    Q_EMIT liveChanged();
 }
 
 // What can be heard ---------------------------------------------------------------------------------------------------------
 
 double QmlPlatform::effectiveGain(const QJSValue &track, const QJSValue &source, const QJSValue &channel)
 {
-    return callChip(this, &AudioChip::effectiveGain, {{"track", track}, {"source", source}, {"channel", channel}});
+    return askChip(&AudioChip::effectiveGain, {{"track", track}, {"source", source}, {"channel", channel}});
 }
 
 QVariantMap QmlPlatform::effectiveSound(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
 {
-    const simulator::Sound sound = callChip(this, &AudioChip::effectiveSound, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
+    const simulator::Sound sound = askChip(&AudioChip::effectiveSound, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
     return {{QStringLiteral("gain"), sound.gain},
             {QStringLiteral("equalizer"), ScriptValues::decimal(float(sound.equalizer))},
             {QStringLiteral("delay"), ScriptValues::decimal(float(sound.delay))}};
@@ -116,7 +175,7 @@ QVariantMap QmlPlatform::effectiveSound(const QJSValue &track, const QJSValue &s
 
 double QmlPlatform::effectiveGainDb(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
 {
-    return callChip(this, &AudioChip::effectiveGainDb, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
+    return askChip(&AudioChip::effectiveGainDb, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
 }
 
 int QmlPlatform::effectiveMainVolume()
@@ -127,7 +186,7 @@ int QmlPlatform::effectiveMainVolume()
 double QmlPlatform::equalizerGain(const QJSValue &channel, const QJSValue &band)
 {
     // The chip keeps floats.
-    return ScriptValues::decimal(float(callChip(this, &AudioChip::equalizerGain, {{"channel", channel}, {"band", band}})));
+    return ScriptValues::decimal(float(askChip(&AudioChip::equalizerGain, {{"channel", channel}, {"band", band}})));
 }
 
 // Volumes -------------------------------------------------------------------------------------------------------------------
@@ -139,7 +198,7 @@ int QmlPlatform::masterVolume()
 
 int QmlPlatform::trackVolume(const QJSValue &track, const QJSValue &source)
 {
-    return callChip(this, &AudioChip::trackVolume, {{"track", track}, {"source", source}});
+    return askChip(&AudioChip::trackVolume, {{"track", track}, {"source", source}});
 }
 
 int QmlPlatform::alternativeVolume()
@@ -149,7 +208,7 @@ int QmlPlatform::alternativeVolume()
 
 bool QmlPlatform::isMuted(const QJSValue &track)
 {
-    return callChip(this, &AudioChip::isMuted, {{"track", track}});
+    return askChip(&AudioChip::isMuted, {{"track", track}});
 }
 
 double QmlPlatform::duckingMode()
@@ -169,29 +228,32 @@ bool QmlPlatform::isDucked()
 
 int QmlPlatform::channelGain(const QJSValue &channel)
 {
-    return callChip(this, &AudioChip::channelGain, {{"channel", channel}});
+    return askChip(&AudioChip::channelGain, {{"channel", channel}});
 }
 
 // Routing -------------------------------------------------------------------------------------------------------------------
 
 QString QmlPlatform::activeSource(const QJSValue &track)
 {
-    return callChip(this, &AudioChip::activeSource, {{"track", track}});
+    return askChip(&AudioChip::activeSource, {{"track", track}});
 }
 
 bool QmlPlatform::setActiveSource(const QJSValue &track, const QJSValue &source)
 {
-    return callChip(this, &AudioChip::setActiveSource, {{"track", track}, {"source", source}});
+    // The source may be any: a name is known from then on.
+    PlatformArguments arguments(this, sourcesInUse);
+    arguments.check({"track", track});
+    return !arguments.failed() && callChip(this, &AudioChip::setActiveSource, {{"track", track}, {"source", source}});
 }
 
 QString QmlPlatform::outputSource(const QJSValue &track)
 {
-    return callChip(this, &AudioChip::outputSource, {{"track", track}});
+    return askChip(&AudioChip::outputSource, {{"track", track}});
 }
 
 int QmlPlatform::outputChannelMask(const QJSValue &track)
 {
-    return int(callChip(this, &AudioChip::outputChannelMask, {{"track", track}}));
+    return int(askChip(&AudioChip::outputChannelMask, {{"track", track}}));
 }
 
 int QmlPlatform::frontRearMode()
@@ -201,17 +263,17 @@ int QmlPlatform::frontRearMode()
 
 QString QmlPlatform::inputDestination(const QJSValue &track)
 {
-    return callChip(this, &AudioChip::inputDestination, {{"track", track}});
+    return askChip(&AudioChip::inputDestination, {{"track", track}});
 }
 
 int QmlPlatform::inputSelectPin(const QJSValue &input)
 {
-    return callChip(this, &AudioChip::inputSelectPin, {{"input", input}});
+    return askChip(&AudioChip::inputSelectPin, {{"input", input}});
 }
 
 int QmlPlatform::alternativeCount(const QJSValue &track)
 {
-    return callChip(this, &AudioChip::alternativeCount, {{"track", track}});
+    return askChip(&AudioChip::alternativeCount, {{"track", track}});
 }
 
 void QmlPlatform::setAlternativeCount(const QJSValue &count)
@@ -257,7 +319,7 @@ bool QmlPlatform::isLoudnessOn()
 
 QVariantMap QmlPlatform::filter(const QJSValue &channel)
 {
-    const auto record = callChip(this, &AudioChip::filter, {{"channel", channel}});
+    const auto record = askChip(&AudioChip::filter, {{"channel", channel}});
     if (!record)
         return {};
     return {{QStringLiteral("channel"), record->channel},
@@ -271,7 +333,7 @@ QVariantMap QmlPlatform::filter(const QJSValue &channel)
 
 double QmlPlatform::speakerDelay(const QJSValue &channel)
 {
-    return ScriptValues::decimal(float(callChip(this, &AudioChip::speakerDelay, {{"channel", channel}})));
+    return ScriptValues::decimal(float(askChip(&AudioChip::speakerDelay, {{"channel", channel}})));
 }
 
 bool QmlPlatform::isDpsEnabled()

@@ -2,15 +2,25 @@
 #define QMLPLATFORM_H
 
 #include <QtCore/QObject>
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtQml/QJSValue>
+
+struct ScriptArgument;
+
+namespace simulator
+{
+class AudioChip;
+}
 
 /**
  * The simulated platform for QML and JavaScript: the singleton Platform of the module QzAudio.Simulator.
  *
  * The readers are those of simulator::AudioChip, under their own names. Tracks and sources are the platform's ("main",
- * "S+FilePlayer"), channels are output channel bits (1, 2, 4, 8, 16, 32). Arguments are checked as in AudioControl.
+ * "S+FilePlayer"), channels are output channel bits (1, 2, 4, 8, 16, 32). Arguments are checked as in AudioControl; besides, a reader
+ * throws a RangeError for a track, source, channel, input or band that there is none of. Sources are those of the library, and whatever was
+ * set or routed so far.
  *
  * Use it from the engine's thread, which must be the one that calls the platform.
  */
@@ -21,6 +31,8 @@ class QmlPlatform : public QObject
     Q_PROPERTY(bool reverseGear READ reverseGear NOTIFY reverseGearChanged)
     /// Home screen that the settings provider reports; 7 has volume defaults of its own.
     Q_PROPERTY(int homeUiType READ homeUiType NOTIFY homeUiTypeChanged)
+    /// The platform itself, for bindings: what is read through it is read again after each change. "Platform.live.isDucked()"
+    Q_PROPERTY(QObject *live READ live NOTIFY liveChanged)
 
 public:
     explicit QmlPlatform(QObject *parent = nullptr);
@@ -28,11 +40,12 @@ public:
     // The car
     bool reverseGear() const;
     int homeUiType() const;
+    QObject *live();
     Q_INVOKABLE void setReverseGear(const QJSValue &engaged);
     Q_INVOKABLE void setHomeUiType(const QJSValue &type);
     /// Time in ms that each call on the platform takes.
     Q_INVOKABLE void setCallDuration(const QJSValue &milliseconds);
-    /// Everything as at the start.
+    /// Everything as at the start. All signals come that a view needs to follow.
     Q_INVOKABLE void reset();
 
     // What can be heard
@@ -127,7 +140,9 @@ public:
 Q_SIGNALS:
     void reverseGearChanged();
     void homeUiTypeChanged();
-    /// One item of state() really changed.
+    /// Something that the functions read may be different, journal, faults and books included.
+    void liveChanged();
+    /// One item of state() really changed; an invalid value: it is no longer set.
     void stateChanged(const QString &group, const QString &name, const QVariant &value);
     /// A call reached the platform, as a line of journal().
     void called(const QString &call);
@@ -135,7 +150,13 @@ Q_SIGNALS:
 private:
     Q_DISABLE_COPY(QmlPlatform)
 
+    template<typename Result, typename... Parameters>
+    Result askChip(Result (simulator::AudioChip::*operation)(Parameters...) const, const ScriptArgument (&arguments)[sizeof...(Parameters)]);
     int objects(const QJSValue &kind, bool alive);
+    /// @param group the group of a state item, with its name and value
+    void learnSource(const QString &group, const QString &name, const QVariant &value);
+
+    QSet<QString> sourcesInUse;
 };
 
 #endif

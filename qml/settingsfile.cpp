@@ -1,12 +1,19 @@
 #include "settingsfile.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 QString SettingsFile::path()
 {
     return QStringLiteral("/media/flash/nvm/audioData.db");
+}
+
+bool SettingsFile::canBeSaved()
+{
+    return access(QFile::encodeName(QFileInfo(path()).path()).constData(), W_OK | X_OK) == 0;
 }
 
 QByteArray SettingsFile::stamp(const QString &file)

@@ -10,6 +10,9 @@ namespace SettingsFile
 /// The one place on the unit's flash; see audio::AudioDataBase.
 QString path();
 
+/// Whether its folder is there and may be written to. The store makes the folder where it can.
+bool canBeSaved();
+
 /**
  * Tells two states of a file apart: another text after each rewrite, "" while there is no file.
  *

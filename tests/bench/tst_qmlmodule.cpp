@@ -1,5 +1,7 @@
 #include "platform.h"
 
+#include <program.h>
+
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtTest/QtTest>
@@ -17,6 +19,10 @@ private Q_SLOTS:
     void facade();
     void focusElement();
     void policyBindings();
+    void platformBindings();
+    void bindingsAfterReset();
+    void exampleOfBindings();
+    void unsavedSettings();
 
 private:
     QObject *create(const QByteArray &body);
@@ -104,6 +110,138 @@ void QmlModuleTest::policyBindings()
     QCOMPARE(object->property("muted").toBool(), true);
     QCOMPARE(object->property("media").toInt(), 12);
     QCOMPARE(object->property("keys").toInt(), 1);
+}
+
+void QmlModuleTest::platformBindings()
+{
+    QObject *const object = create("property bool ducked: Platform.live.isDucked()\n"
+                                   "property int volume: Platform.live.trackVolume('main', 'S+FilePlayer')\n"
+                                   "property int calls: Platform.live.journal().length\n"
+                                   "property int faults: Platform.live.pendingFaults().length\n"
+                                   "property int sources: Platform.live.made('Source')\n"
+                                   "property var seen: []\n"
+                                   "function work() {\n"
+                                   "    AudioControl.setStreamVolume(AudioControl.Main, 'S+FilePlayer_APP', 80)\n"
+                                   "    seen.push(volume, ducked)\n"
+                                   "    AudioControl.setMainAudioDunkingMode(1)\n"
+                                   "    seen.push(ducked)\n"
+                                   "    Platform.fail('Volume.setMasterVolume', 9)\n"
+                                   "    seen.push(faults)\n"
+                                   "    Platform.clearFaults()\n"
+                                   "    seen.push(faults, calls === Platform.journal().length, calls > 0)\n"
+                                   "    AudioControl.getActivedAlterNumber()\n"
+                                   "    seen.push(sources === Platform.made('Source'), sources > 0)\n"
+                                   "    Platform.clearJournal()\n"
+                                   "    seen.push(calls)\n"
+                                   "}");
+    QVERIFY(object);
+    QVERIFY(QMetaObject::invokeMethod(object, "work"));
+    // Each of them was right at once, not only with the next turn of the event loop.
+    QCOMPARE(object->property("seen").value<QJSValue>().toVariant().toList(), QVariantList({80, false, true, 1, 0, true, true, true, true, 0}));
+}
+
+void QmlModuleTest::bindingsAfterReset()
+{
+    QObject *const object = create("property bool reverse: Platform.reverseGear\n"
+                                   "property int home: Platform.homeUiType\n"
+                                   "property int master: Platform.live.masterVolume()\n"
+                                   "property var state: Platform.live.state()\n"
+                                   "property int calls: Platform.live.journal().length\n"
+                                   "property bool muted: AudioPolicy.muted\n"
+                                   "property int media: AudioPolicy.volumes[AudioPolicy.Media]\n"
+                                   "property var seen: []\n"
+                                   "function work() {\n"
+                                   "    Platform.setReverseGear(true)\n"
+                                   "    Platform.setHomeUiType(7)\n"
+                                   "    AudioControl.setMasterVolume(100)\n"
+                                   "    seen.push(reverse, home, master, state[0].value)\n"
+                                   "    Platform.reset()\n"
+                                   "    seen.push(reverse, home, master, state[0].value, calls)\n"
+                                   "    seen.push(muted === AudioPolicy.muted, media === AudioPolicy.volumes[0])\n"
+                                   "}");
+    QVERIFY(object);
+    QVERIFY(QMetaObject::invokeMethod(object, "work"));
+    QCOMPARE(object->property("seen").value<QJSValue>().toVariant().toList(), QVariantList({true, 7, 100, 100, false, 0, 0, 0, 0, true, true}));
+    // The same where the platform is reset by C++.
+    Platform::instance()->setReverseGear(true);
+    QCOMPARE(object->property("reverse").toBool(), true);
+    Platform::instance()->chip()->setMasterVolume(60);
+    QCOMPARE(object->property("master").toInt(), 60);
+    Platform::instance()->reset();
+    QCOMPARE(object->property("reverse").toBool(), false);
+    QCOMPARE(object->property("master").toInt(), 0);
+}
+
+namespace
+{
+
+/// The first block of code in a language behind a text of the manual.
+QString codeOfManual(const QString &language, const QString &behind)
+{
+    QFile manual(QFINDTESTDATA("../../docs/qml.md"));
+    if (!manual.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromUtf8(manual.readAll());
+    const QString fence = QStringLiteral("\n```") + language + QLatin1Char('\n');
+    const int begin = text.indexOf(fence, text.indexOf(behind)) + fence.size();
+    return text.mid(begin, text.indexOf(QStringLiteral("\n```\n"), begin) + 1 - begin);
+}
+
+QStringList printed;
+
+void collect(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (QLatin1String(context.category) == QLatin1String("qml"))
+        printed.append(qFormatLogMessage(type, context, message));
+}
+
+} // namespace
+
+void QmlModuleTest::exampleOfBindings()
+{
+    const QString chapter = QStringLiteral("A function in a binding is called once.");
+    const QString example = codeOfManual(QStringLiteral("qml"), chapter);
+    QVERIFY(example.contains(QLatin1String("Platform.live.")));
+    QQmlComponent component(&engine);
+    component.setData(example.toUtf8(), QUrl());
+    const QtMessageHandler previous = qInstallMessageHandler(&collect);
+    qSetMessagePattern(QStringLiteral("%{category}: %{message}"));
+    const QScopedPointer<QObject> object(component.create());
+    qInstallMessageHandler(previous);
+    qSetMessagePattern(QStringLiteral("%{message}"));
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(printed.join(QLatin1Char('\n')) + QLatin1Char('\n'), codeOfManual(QStringLiteral("text"), chapter));
+}
+
+void QmlModuleTest::unsavedSettings()
+{
+    if (qEnvironmentVariableIsSet("QZAUDIO_TEST_CHILD")) {
+        // The process below, of an ordinary user without a flash.
+        QVERIFY(create("Component.onCompleted: { AudioPolicy.setVolume(0, 11, true); AudioPolicy.saveVolume() }"));
+        QQmlEngine second;
+        QQmlComponent component(&second);
+        component.setData("import QtQml 2.15\nimport QzAudio 1.0\nQtObject { property int volume: AudioPolicy.getVolume(0) }", QUrl());
+        const QScopedPointer<QObject> object(component.create());
+        QVERIFY(object);
+        QCOMPARE(object->property("volume").toInt(), 11);
+        return;
+    }
+    const auto linesOf = [](const QString &wrapper) {
+        const QStringList words = QStringLiteral("env QZAUDIO_TEST_CHILD=1 bwrap %1").arg(wrapper).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const program::Run run = program::run(words + program::commandLine(QCoreApplication::applicationFilePath(), {QStringLiteral("unsavedSettings")}));
+        if (run.exitCode != 0)
+            qWarning().noquote() << run.output << run.errors;
+        return program::lines(run.output + run.errors).filter(QStringLiteral("settings cannot be saved"));
+    };
+    const QString ordinaryUser = QStringLiteral("--unshare-user --uid 1000 --gid 1000 --dev-bind / / ");
+    const QStringList lines = linesOf(ordinaryUser + QStringLiteral("--tmpfs /media --remount-ro /media"));
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.constFirst().endsWith(
+                 QLatin1String("QzAudio: settings cannot be saved: there is no folder /media/flash/nvm that can be written; on a desk start the program with "
+                               "\"qzaudio-with-flash COMMAND\".")),
+             qPrintable(lines.constFirst()));
+    QCOMPARE(linesOf(ordinaryUser + QStringLiteral("--tmpfs /media --dir /media/flash/nvm")).size(), 0);
+    QCOMPARE(linesOf(ordinaryUser + QStringLiteral("--tmpfs /media")).size(), 0); // the store makes the folder
 }
 
 QTEST_GUILESS_MAIN(QmlModuleTest)

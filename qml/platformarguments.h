@@ -1,0 +1,44 @@
+#ifndef PLATFORMARGUMENTS_H
+#define PLATFORMARGUMENTS_H
+
+#include "scriptcall.h"
+
+#include <QtCore/QSet>
+#include <QtCore/QString>
+
+/**
+ * Checks the arguments of a call that asks the simulated platform.
+ *
+ * A track, source, channel, input or band that the platform does not have throws a RangeError which names the nearest: a mistyped name would
+ * read as silent for ever. The first argument that does not fit ends it, as in ScriptArguments.
+ */
+class PlatformArguments
+{
+public:
+    /// @param namesInUse sources known besides those of the library
+    PlatformArguments(const QObject *callee, const QSet<QString> &namesInUse);
+
+    /// The platform must not be asked then.
+    bool failed() const { return unknown || arguments.failed(); }
+
+    /// What the argument has to be is told by its name: "track", "source" (or empty, for none), "channel" (one output channel bit), "input" or
+    /// "band".
+    void check(const ScriptArgument &argument);
+
+private:
+    Q_DISABLE_COPY(PlatformArguments)
+
+    void checkTrack(const ScriptArgument &argument);
+    void checkSource(const ScriptArgument &argument);
+    void checkChannel(const ScriptArgument &argument);
+    void checkInput(const ScriptArgument &argument);
+    void checkBand(const ScriptArgument &argument);
+    void refuse(const QString &message);
+
+    const QObject *const callee;
+    const QSet<QString> &namesInUse;
+    ScriptArguments arguments;
+    bool unknown = false;
+};
+
+#endif
