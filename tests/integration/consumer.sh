@@ -10,6 +10,7 @@ set -eu
 project=$1 build=$2 work=$3 cmake=$4 libdir=$5
 shift 5
 
+umask 022
 unset LD_LIBRARY_PATH
 export QT_LOGGING_RULES=default.debug=false
 rm -rf "$work"
