@@ -1,24 +1,28 @@
-# What is installed, by component: library, development, simulator, qml, tools. The daemon installs its own files (service/).
+# What is installed, by component: library, development, simulator, qml, tools, documentation. The daemon installs its own files
+# (service/).
 
 include(CMakePackageConfigHelpers)
 
-# qzaudio_compress(FILE TARGET): without the time of the build in it; again when FILE changes.
-find_program(GZIP gzip)
-function(qzaudio_compress file target)
-    execute_process(COMMAND ${GZIP} -9 -n -c ${file} OUTPUT_FILE ${target} RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "${file} cannot be compressed with gzip: ${result}")
-    endif()
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+function(qzaudio_install_manual program)
+    qzaudio_install_filled(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 tools COMPRESSED)
 endfunction()
 
-function(qzaudio_install_manual program)
-    qzaudio_compress(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${PROJECT_BINARY_DIR}/${program}.1.gz)
-    install(FILES ${PROJECT_BINARY_DIR}/${program}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+# qzaudio_find_siblings(TARGET FOLDER): TARGET, which is installed to FOLDER, finds the libraries that are installed with it.
+get_filename_component(library_folder ${CMAKE_INSTALL_LIBDIR} ABSOLUTE BASE_DIR /prefix)
+function(qzaudio_find_siblings target folder)
+    if(NOT QZAUDIO_RELATIVE_RUN_PATH)
+        return()
+    endif()
+    get_filename_component(folder ${folder} ABSOLUTE BASE_DIR /prefix)
+    file(RELATIVE_PATH way ${folder} ${library_folder})
+    string(REGEX REPLACE "/$" "" way "/${way}")
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN${way})
 endfunction()
 
 set(QZAUDIO_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QzAudio)
 
+# A client's run path does not count for what the library needs itself.
+qzaudio_find_siblings(qzaudio ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS qzaudio
     EXPORT QzAudioTargets
     LIBRARY
@@ -78,6 +82,8 @@ endif()
 
 if(QZAUDIO_WITH_QML)
     set(QZAUDIO_QML_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/qt5/qml CACHE STRING "Where QML modules are installed, below the prefix")
+    qzaudio_find_siblings(qzaudioqmlplugin ${QZAUDIO_QML_INSTALL_DIR}/QzAudio)
+    qzaudio_find_siblings(qzaudiosimulatorqmlplugin ${QZAUDIO_QML_INSTALL_DIR}/QzAudio/Simulator)
     install(TARGETS qzaudioqmlplugin
         LIBRARY DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio
         COMPONENT qml
@@ -92,14 +98,35 @@ if(QZAUDIO_WITH_QML)
         RENAME qmldir
         COMPONENT qml
     )
+    qzaudio_find_siblings(qzaudio-bench ${CMAKE_INSTALL_BINDIR})
     install(TARGETS qzaudio-bench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
     install(DIRECTORY bench/scenarios
         DESTINATION ${CMAKE_INSTALL_DATADIR}/qzaudio
         COMPONENT tools
         FILES_MATCHING PATTERN "*.js"
     )
+    install(PROGRAMS tools/with-flash DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME qzaudio-with-flash COMPONENT tools)
     qzaudio_install_manual(qzaudio-bench)
+    qzaudio_install_manual(qzaudio-with-flash)
 endif()
 if(QZAUDIO_WITH_SERVICE)
+    qzaudio_find_siblings(qzaudio-focusd ${CMAKE_INSTALL_BINDIR})
     qzaudio_install_manual(qzaudio-focusd)
 endif()
+
+# The documents in the shape of the sources, so that their links lead to the same ones. Only the scenarios stand elsewhere, if at all.
+file(RELATIVE_PATH scenarios ${CMAKE_INSTALL_FULL_DOCDIR} ${CMAKE_INSTALL_FULL_DATADIR}/qzaudio/scenarios)
+file(READ README.md readme)
+if(QZAUDIO_WITH_QML)
+    string(REPLACE "](bench/scenarios)" "](${scenarios})" readme "${readme}")
+else()
+    string(REPLACE "[bench/scenarios](bench/scenarios)" "`bench/scenarios` of the sources" readme "${readme}")
+endif()
+file(WRITE ${PROJECT_BINARY_DIR}/documents/README.md "${readme}")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)
+install(FILES ${PROJECT_BINARY_DIR}/documents/README.md CHANGELOG.md CONTRIBUTING.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    COMPONENT documentation
+)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation FILES_MATCHING PATTERN "*.md")
+install(FILES tests/consumer/main.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/tests/consumer COMPONENT documentation)

@@ -17,7 +17,7 @@ if(CMAKE_CROSSCOMPILING)
     set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE armhf)
 endif()
 
-set(CPACK_COMPONENTS_ALL library development)
+set(CPACK_COMPONENTS_ALL library development documentation)
 if(QZAUDIO_ON_SIMULATOR)
     list(APPEND CPACK_COMPONENTS_ALL simulator)
 endif()
@@ -38,6 +38,10 @@ if(QZAUDIO_WITH_QML)
     set(qml ", libqt5qml5 (>= 5.15)")
 endif()
 set(library "libqzaudio${PROJECT_VERSION_MAJOR} ${same}")
+set(tools)
+if(QZAUDIO_WITH_QML)
+    set(tools ", bubblewrap (>= 0.8)") # qzaudio-with-flash
+endif()
 set(simulator)
 if(QZAUDIO_ON_SIMULATOR)
     set(simulator ", libqzaudio-simulator${PROJECT_VERSION_MAJOR} ${same}")
@@ -107,14 +111,24 @@ qzaudio_package(qml qml-module-qzaudio libs
 )
 qzaudio_package(tools qzaudio-tools sound
     "audio library of a car's head unit - desk bench and focus daemon"
-    "qzaudio-bench plays scenarios on the simulated platform; qzaudio-focusd serves
-audio focus on the bus."
-    "${runtime}, ${core}, ${bus}${qml}, ${library}${simulator}"
+    "qzaudio-bench plays scenarios on the simulated platform, qzaudio-with-flash
+gives a program a unit's flash, qzaudio-focusd serves audio focus on the bus."
+    "${runtime}, ${core}, ${bus}${qml}${tools}, ${library}${simulator}"
 )
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "libqzaudio-doc, default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
+qzaudio_package(documentation libqzaudio-doc doc
+    "audio library of a car's head unit - documents"
+    "How to use, integrate and understand the library, in Markdown; begin with
+${CMAKE_INSTALL_FULL_DOCDIR}/README.md."
+    ""
+)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SUGGESTS qzaudio-tools) # the scenarios, which the documents link to
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS libqzaudio-doc)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
 
 # A release's changelog, in the packaging's own form.
 qzaudio_compress(${PROJECT_SOURCE_DIR}/packaging/changelog ${PROJECT_BINARY_DIR}/changelog.gz)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/changelog)
 
 include(CPack)

@@ -14,14 +14,12 @@ options_in()
     grep -oE -e '--[a-z][a-z-]*' | sort -u
 }
 
-# has_version PROGRAM: its page and the latest entry of the packages' changelog
+# has_version PAGE VERSION: the page and the latest entry of the packages' changelog
 has_version()
 {
-    version=$(${EMULATOR:-} "$bin/$1" --version)
-    version=${version##* }
-    for line in "$1.1:.TH .* \"qzaudio $version\" " "changelog:qzaudio ($version) "; do
+    for line in "$1.1:.TH .* \"qzaudio $2\" " "changelog:qzaudio ($2) "; do
         sed 1q "$project/packaging/${line%%:*}" | grep -q "^${line#*:}" || {
-            echo "packaging/${line%%:*} is not of version $version"
+            echo "packaging/${line%%:*} is not of version $2"
             exit 1
         }
     done
@@ -43,5 +41,10 @@ compare()
 help_of_bench=$(for command in '' play settings focus; do ${EMULATOR:-} "$bin/qzaudio-bench" $command --help; done)
 compare qzaudio-bench "$help_of_bench"
 compare qzaudio-focusd "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
-has_version qzaudio-bench
-has_version qzaudio-focusd
+compare qzaudio-with-flash "$("$bin/qzaudio-with-flash" --help)"
+for program in qzaudio-bench qzaudio-focusd; do
+    version=$(${EMULATOR:-} "$bin/$program" --version)
+    has_version $program "${version##* }"
+done
+# A script without a version of its own.
+has_version qzaudio-with-flash "${version##* }"
