@@ -53,7 +53,7 @@ music: abandoned it is silent
 service: 0 nobody holds focus free for the next one
 END
 diff -u expected told
-[ "$(wc -L <said)" -le 100 ] || fail 'is too wide'
+[ "$(wc -L <said)" -le 80 ] || fail 'is too wide'
 ! grep -q -i -E 'warning|error' said || fail 'complains'
 nothing_is_left 'the demonstration'
 
