@@ -21,12 +21,11 @@ QString buildFolder()
 QString typed(const QString &path)
 {
     const QString relative = QDir::current().relativeFilePath(path);
-    const QString shorter = relative.startsWith(QStringLiteral("../")) ? path : relative;
+    QString shorter = relative.startsWith(QStringLiteral("../")) ? path : relative;
     static const QRegularExpression special(QStringLiteral("[^A-Za-z0-9_./+-]"));
     if (!shorter.contains(special))
         return shorter;
-    QString quoted = shorter;
-    return QLatin1Char('\'') + quoted.replace(QLatin1Char('\''), QStringLiteral("'\\''")) + QLatin1Char('\'');
+    return QLatin1Char('\'') + shorter.replace(QLatin1Char('\''), QStringLiteral("'\\''")) + QLatin1Char('\'');
 }
 
 } // namespace

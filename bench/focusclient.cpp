@@ -36,10 +36,10 @@ void printCurrent(int hint)
 
 } // namespace
 
-FocusClient::FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, const QString &given, QObject *parent)
+FocusClient::FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, const QString &advice, QObject *parent)
     : QObject(parent)
     , proxy(service, path, connection)
-    , advice(given)
+    , adviceToUser(advice)
 {
 }
 
@@ -48,8 +48,8 @@ int FocusClient::complain(const QDBusError &error) const
     if (error.type() == QDBusError::ServiceUnknown) {
         // The bus's own words are about files that start services.
         Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: it is not on the bus\n"));
-        if (!advice.isEmpty())
-            Console::error(advice + QLatin1Char('\n'));
+        if (!adviceToUser.isEmpty())
+            Console::error(adviceToUser + QLatin1Char('\n'));
         return ServiceUnreachable;
     }
     const bool couldNotBeStarted = error.name().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn."));

@@ -42,7 +42,7 @@ private:
     void whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered);
 
     TaviAudioServiceInterface proxy;
-    QString advice;
+    QString adviceToUser;
 };
 
 #endif
