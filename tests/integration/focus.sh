@@ -90,6 +90,7 @@ nothing_is_left 'a daemon that does not start'
 
 echo "== Ctrl+C, and other ends from outside"
 for signal in INT TERM KILL; do
+    : >said # of the signal before
     # A process group of its own, as a terminal's foreground job is; the shell's own jobs would ignore Ctrl+C.
     FOCUS_TEST=$work setsid env --default-signal=INT "$with_focusd" "$daemon" "$bench" focus monitor >said 2>&1 &
     started=$!
