@@ -11,7 +11,8 @@ with_focusd=$project/tools/with-focusd
 export DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere
 
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+started=
+trap '[ ! "$started" ] || kill -KILL "$started" 2>/dev/null; rm -rf "$work"' EXIT
 cd "$work"
 
 fail()
@@ -105,4 +106,5 @@ for signal in INT TERM KILL; do
     wait "$started" || status=$?
     [ $status -eq $((128 + $(kill -l $signal))) ] || fail "$signal: status $status"
     nothing_is_left "$signal"
+    started=
 done
