@@ -20,7 +20,6 @@ namespace
 
 /// Errors that mean that nobody answered, as opposed to somebody who refused.
 constexpr QDBusError::ErrorType noAnswer[] = {
-    QDBusError::ServiceUnknown,
     QDBusError::NoReply,
     QDBusError::Timeout,
     QDBusError::TimedOut,
@@ -28,17 +27,6 @@ constexpr QDBusError::ErrorType noAnswer[] = {
     QDBusError::NoNetwork,
     QDBusError::Disconnected,
 };
-
-int complain(const QDBusError &error)
-{
-    const bool couldNotBeStarted = error.name().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn."));
-    if (couldNotBeStarted || std::find(std::begin(noAnswer), std::end(noAnswer), error.type()) != std::end(noAnswer)) {
-        Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: %1\n").arg(error.message()));
-        return ServiceUnreachable;
-    }
-    Console::error(QStringLiteral("qzaudio-bench: refused: %1\n").arg(error.message()));
-    return Failed;
-}
 
 void printCurrent(int hint)
 {
@@ -48,16 +36,35 @@ void printCurrent(int hint)
 
 } // namespace
 
-FocusClient::FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, QObject *parent)
+FocusClient::FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, const QString &advice, QObject *parent)
     : QObject(parent)
     , proxy(service, path, connection)
+    , adviceToUser(advice)
 {
+}
+
+int FocusClient::complain(const QDBusError &error) const
+{
+    if (error.type() == QDBusError::ServiceUnknown) {
+        // The bus's own words are about files that start services.
+        Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: it is not on the bus\n"));
+        if (!adviceToUser.isEmpty())
+            Console::error(adviceToUser + QLatin1Char('\n'));
+        return ServiceUnreachable;
+    }
+    const bool couldNotBeStarted = error.name().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn."));
+    if (couldNotBeStarted || std::find(std::begin(noAnswer), std::end(noAnswer), error.type()) != std::end(noAnswer)) {
+        Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: %1\n").arg(error.message()));
+        return ServiceUnreachable;
+    }
+    Console::error(QStringLiteral("qzaudio-bench: refused: %1\n").arg(error.message()));
+    return Failed;
 }
 
 void FocusClient::whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered)
 {
     auto *const watcher = new QDBusPendingCallWatcher(reply, this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [answered](QDBusPendingCallWatcher *finished) {
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, answered](QDBusPendingCallWatcher *finished) {
         const QDBusPendingReply<int> result = *finished;
         finished->deleteLater();
         if (result.isError()) {

@@ -18,7 +18,8 @@ class FocusClient : public QObject
     Q_OBJECT
 
 public:
-    FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, QObject *parent = nullptr);
+    /// @param advice what to do where nobody serves @p service, a line for the user; may be empty
+    FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, const QString &advice, QObject *parent = nullptr);
 
     /**
      * Requests focus and holds it until the standard input ends, then abandons it.
@@ -33,12 +34,15 @@ public:
 private:
     Q_DISABLE_COPY(FocusClient)
 
+    /// Prints what is wrong, and gives the exit status for it.
+    int complain(const QDBusError &error) const;
     void printChange(int change, const QString &clientId);
     void holdUntilEndOfInput(const QString &clientId);
     /// Calls back with the answer. An error is printed and ends the conversation.
     void whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered);
 
     TaviAudioServiceInterface proxy;
+    QString adviceToUser;
 };
 
 #endif

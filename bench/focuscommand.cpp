@@ -2,6 +2,7 @@
 
 #include "console.h"
 #include "exitstatus.h"
+#include "focusadvice.h"
 #include "focusclient.h"
 
 #include <qzaudio/focusrequester.h>
@@ -15,6 +16,7 @@ namespace
 {
 
 constexpr char connectionName[] = "qzaudio-bench";
+constexpr char defaultService[] = "tavi.AudioService";
 
 struct Hint
 {
@@ -48,6 +50,26 @@ QDBusConnection connectTo(const QCommandLineParser &parsed)
         return QDBusConnection::connectToBus(address, QLatin1String(connectionName));
     const bool system = parsed.isSet(QStringLiteral("system"));
     return QDBusConnection::connectToBus(system ? QDBusConnection::SystemBus : QDBusConnection::SessionBus, QLatin1String(connectionName));
+}
+
+int complainWithoutBus(const QCommandLineParser &parsed, const QString &reason)
+{
+    const bool wantsSession = !parsed.isSet(QStringLiteral("system")) && !parsed.isSet(QStringLiteral("address"));
+    // Without an address the reason would be that of an attempt to start a bus by means of a display.
+    const bool isKnown = !wantsSession || qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS");
+    Console::error(QStringLiteral("qzaudio-bench: no bus: %1\n").arg(isKnown ? reason : QStringLiteral("there is no session bus here")));
+    if (wantsSession)
+        Console::error(FocusAdvice::withoutBus() + QLatin1Char('\n'));
+    return ServiceUnreachable;
+}
+
+/// Empty where it is somebody else's service that is missed, or a bus that only the user knows.
+QString adviceWithoutService(const QCommandLineParser &parsed)
+{
+    const bool isAnother = parsed.isSet(QStringLiteral("service")) && parsed.value(QStringLiteral("service")) != QLatin1String(defaultService);
+    if (isAnother || parsed.isSet(QStringLiteral("address")))
+        return {};
+    return FocusAdvice::withoutService(parsed.isSet(QStringLiteral("system")) ? QStringLiteral("--system") : QString());
 }
 
 } // namespace
@@ -92,7 +114,8 @@ QString FocusCommand::details() const
                           "  monitor          prints every change as it comes, until interrupted\n"
                           "\n"
                           "Changes print as: CLIENT CODE NAME. The service takes focus back from a client that leaves the\n"
-                          "bus, therefore request stays.\n");
+                          "bus, therefore request stays. Without a bus: dbus-run-session -- COMMAND; without the service:\n"
+                          "qzaudio-focusd &. In the tree \"./run focus\" does both.\n");
 }
 
 int FocusCommand::run(const QCommandLineParser &parsed)
@@ -116,15 +139,12 @@ int FocusCommand::run(const QCommandLineParser &parsed)
     if (!isNumber)
         return complain(QStringLiteral("--stream is a number"));
     const auto valueOr = [&parsed](const QString &option, const QString &otherwise) { return parsed.isSet(option) ? parsed.value(option) : otherwise; };
-    const QString service = valueOr(QStringLiteral("service"), QStringLiteral("tavi.AudioService"));
     const QString path = valueOr(QStringLiteral("path"), QStringLiteral("/tavi/AudioService"));
 
     const QDBusConnection connection = connectTo(parsed);
-    if (!connection.isConnected()) {
-        Console::error(QStringLiteral("qzaudio-bench: no bus: %1\n").arg(connection.lastError().message()));
-        return ServiceUnreachable;
-    }
-    FocusClient client(service, path, connection);
+    if (!connection.isConnected())
+        return complainWithoutBus(parsed, connection.lastError().message());
+    FocusClient client(valueOr(QStringLiteral("service"), QLatin1String(defaultService)), path, connection, adviceWithoutService(parsed));
     if (action == QLatin1String("request"))
         client.request(words.value(1), stream, *hint);
     else if (action == QLatin1String("abandon"))

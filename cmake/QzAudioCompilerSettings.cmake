@@ -39,7 +39,17 @@ add_compile_options(
 )
 add_link_options(-Wl,--no-undefined -Wl,--as-needed)
 
-if(QZAUDIO_WARNINGS_AS_ERRORS)
+set(warnings_as_errors ${QZAUDIO_WARNINGS_AS_ERRORS})
+if(warnings_as_errors STREQUAL "AUTO")
+    # Another compiler warns of other things, which must not stop somebody who only wants to build.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION MATCHES "^12\\.")
+        set(warnings_as_errors ON)
+    else()
+        set(warnings_as_errors OFF)
+        message(STATUS "Warnings are no errors: the project is checked with GCC 12, this is ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}")
+    endif()
+endif()
+if(warnings_as_errors)
     add_compile_options(-Werror)
 endif()
 

@@ -167,7 +167,7 @@ void FocusDaemonTest::startedByTheBus()
     QString text = QString::fromUtf8(file.readAll());
     const QRegularExpression installed(QStringLiteral("^Exec=.*/qzaudio-focusd$"), QRegularExpression::MultilineOption);
     QVERIFY(text.contains(installed));
-    text.replace(installed, QStringLiteral("Exec=") + program::commandLine(QStringLiteral(QZAUDIO_FOCUSD)).join(QLatin1Char(' ')));
+    text.replace(installed, QStringLiteral("Exec=") + program::forShell(program::commandLine(QStringLiteral(QZAUDIO_FOCUSD))));
 
     PrivateBus activating(text);
     QVERIFY(!activating.address().isEmpty());

@@ -63,7 +63,7 @@ void BrokenFlashTest::unwritable_data()
     const QString readOnly = QStringLiteral("open the lock file: Read-only file system");
     const QString noFolder = QStringLiteral("open the lock file: No such file or directory");
     const QStringList bare = words("bwrap --dev-bind / /");
-    const QStringList flashIn = words(WITH_FLASH " --dir %1");
+    const QStringList flashIn = QStringList(QStringLiteral(WITH_FLASH)) + words("--dir %1");
     const QStringList notRoot = flashIn + words("bwrap --unshare-user --uid 1000 --gid 1000 --dev-bind / /");
     const QString asBefore = QString::fromUtf8(QByteArray(stored).simplified());
     // What could not be written waits in memory, so the same process still reads it: 17.
@@ -163,14 +163,14 @@ void BrokenFlashTest::full()
     QFETCH(QString, before);
     QFETCH(QString, steps);
     // Before and after in one namespace, so in one shell; the file takes one memory page, a lock file and a temporary one each.
-    const QString program = settingsprocess::commandLine({}).join(QLatin1Char(' '));
+    const QString client = program::forShell(settingsprocess::commandLine({}));
     QProcess shell;
     shell.start(QStringLiteral(WITH_FLASH),
                 {QStringLiteral("--size"),
                  QStringLiteral("12288"),
                  QStringLiteral("sh"),
                  QStringLiteral("-c"),
-                 QStringLiteral("%1 steps %2 >/dev/null 2>&1; %1 steps %3; cd /media/flash/nvm; rm -f filler; echo; ls -A").arg(program, before, steps)});
+                 QStringLiteral("%1 steps %2 >/dev/null 2>&1; %1 steps %3; cd /media/flash/nvm; rm -f filler; echo; ls -A").arg(client, before, steps)});
     QVERIFY(shell.waitForFinished());
     QCOMPARE(shell.exitCode(), 0);
     const QString output = QString::fromUtf8(shell.readAllStandardOutput());

@@ -45,7 +45,7 @@ program::Run runWithSmallFlash(int bytes, QString script)
     QTemporaryFile settings;
     if (!settings.open() || settings.write(flash::fullSettings()) < 0 || !settings.flush())
         return {};
-    script.replace(QLatin1String("$client"), settingsprocess::commandLine({}).join(QLatin1Char(' ')));
+    script.replace(QLatin1String("$client"), program::forShell(settingsprocess::commandLine({})));
     script.replace(QLatin1String("$settings"), settings.fileName());
     return program::run({QStringLiteral(WITH_FLASH), QStringLiteral("--size"), QString::number(bytes), QStringLiteral("sh"), QStringLiteral("-c"), script});
 }

@@ -24,6 +24,13 @@ QStringList program::commandLine(const QString &file, const QStringList &argumen
     return emulator() << file << arguments;
 }
 
+QString program::forShell(const QStringList &commandLine)
+{
+    QStringList quoted = commandLine;
+    quoted.replaceInStrings(QStringLiteral("'"), QStringLiteral("'\\''"));
+    return QLatin1Char('\'') + quoted.join(QStringLiteral("' '")) + QLatin1Char('\'');
+}
+
 void program::start(QProcess &process, const QStringList &commandLine)
 {
     process.start(commandLine.constFirst(), commandLine.mid(1));

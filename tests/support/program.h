@@ -12,6 +12,9 @@ bool isEmulated();
 /// The words of the command line, the emulator's first where there is one.
 QStringList commandLine(const QString &file, const QStringList &arguments = {});
 
+/// A command line as text, for a shell; the tree may stand in a folder with blanks in its name.
+QString forShell(const QStringList &commandLine);
+
 /// A run from start to end, on the same flash as the test.
 struct Run
 {
