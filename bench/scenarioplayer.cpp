@@ -172,41 +172,41 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     objects.setProperty(QStringLiteral("global"), engine.globalObject());
     const QJSValue functions = loadFunctions(engine).call({objects});
 
+    const auto takeLimit = [&result](const ScenarioWatch &watch) {
+        result.error = watch.error();
+        result.errorStack = watch.stack();
+        result.errorLine = ScenarioStack::line(result.errorStack);
+    };
+    const auto finish = [this, &result, &host] {
+        host.finishExpectations(!result.error.isEmpty(), result.errorStack);
+        timeline.showUnfinished();
+        result.duration = timeline.now();
+    };
+    ScenarioWatch::Stuck stuck;
+    if (limits.onStuck) {
+        stuck = [this, &result, &takeLimit, &finish](const ScenarioWatch &watch) {
+            takeLimit(watch);
+            finish();
+            limits.onStuck(result);
+        };
+    }
+
     const QJSValue scenario = makeScenario(engine, source, file, functions.property(QStringLiteral("atThrow")));
     if (scenario.isError()) {
         explainSyntaxError(engine, source, file, scenario, result);
     } else {
-        const auto endByLimit = [this, &result, &host](const ScenarioWatch &watch) {
-            result.error = watch.error();
-            result.errorStack = watch.stack();
-            result.errorLine = ScenarioStack::line(result.errorStack);
-            host.finishExpectations(true, result.errorStack);
-            timeline.showUnfinished();
-            result.duration = timeline.now();
-        };
-        ScenarioWatch::Stuck stuck;
-        if (limits.onStuck) {
-            stuck = [this, &result, &endByLimit](const ScenarioWatch &watch) {
-                endByLimit(watch);
-                limits.onStuck(result);
-            };
-        }
         ScenarioWatch watch(engine, limits, stuck);
         const QJSValue thrown = functions.property(QStringLiteral("run")).call({scenario});
         watch.stop();
         if (thrown.isError() && !watch.error().isEmpty()) {
-            endByLimit(watch);
-            return result;
-        }
-        if (!thrown.isNull()) {
+            takeLimit(watch);
+        } else if (!thrown.isNull()) {
             const auto frames = ScenarioStack::fromError(thrown.property(QStringLiteral("stack")).toString());
             result.error = thrown.isError() ? thrown.toString() : thrown.property(QStringLiteral("text")).toString();
             result.errorStack = ScenarioStack::shortened(frames);
             result.errorLine = ScenarioStack::line(frames);
         }
-        host.finishExpectations(!thrown.isNull(), result.errorStack);
     }
-    timeline.showUnfinished();
-    result.duration = timeline.now();
+    finish();
     return result;
 }
