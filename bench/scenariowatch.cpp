@@ -5,9 +5,10 @@
 #include <QtCore/QFile>
 #include <QtQml/QJSEngine>
 
+#include <memory>
 #include <unistd.h>
 
-// What the engine offers to debuggers of native programs, without a header. Weak: without it there are no lines.
+// What the engine offers to debuggers of native programs, without a header; to be freed with delete[]. Weak: without it there are no lines.
 extern "C" __attribute__((weak)) char *qt_v4StackTraceForEngine(void *engine);
 
 namespace
@@ -109,8 +110,10 @@ QString ScenarioWatch::excess() const
 void ScenarioWatch::end()
 {
     const bool held = hold.take();
-    if (held && qt_v4StackTraceForEngine)
-        frames = ScenarioStack::shortened(ScenarioStack::fromDebugger(QString::fromUtf8(qt_v4StackTraceForEngine(engine.handle()))));
+    if (held && qt_v4StackTraceForEngine) {
+        const std::unique_ptr<char[]> stack(qt_v4StackTraceForEngine(engine.handle()));
+        frames = ScenarioStack::shortened(ScenarioStack::fromDebugger(QString::fromUtf8(stack.get())));
+    }
     engine.setInterrupted(true);
     if (held)
         hold.release();
