@@ -138,6 +138,23 @@ QString Console::printable(const QString &text)
     return shown;
 }
 
+QByteArray Console::harmlessJson(const QByteArray &json)
+{
+    QString result;
+    const QString text = QString::fromUtf8(json);
+    const auto characters = text.toUcs4();
+    for (const uint character : characters) {
+        const QString units = QString::fromUcs4(&character, 1);
+        if (character == '\n' || !isUnseen(character)) {
+            result += units;
+            continue;
+        }
+        for (const QChar unit : units)
+            result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return result.toUtf8();
+}
+
 int Console::width()
 {
     constexpr int narrowest = 40;

@@ -1,6 +1,7 @@
 #ifndef CONSOLE_H
 #define CONSOLE_H
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 /// Output for people, UTF-8, out at once.
@@ -51,6 +52,8 @@ bool close(QString &problem);
  * A text that this makes longer than textLimit is cut, and says so: "abc… (10485760 characters)".
  */
 QString printable(const QString &text);
+/// JSON that says the same to a program, but does no harm where it is shown on a terminal: likewise spelled out.
+QByteArray harmlessJson(const QByteArray &json);
 /// Whether printable() spells the character out.
 bool isUnseen(uint character);
 

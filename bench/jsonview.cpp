@@ -74,19 +74,7 @@ void JsonView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 
 QByteArray JsonView::line(const QJsonObject &object)
 {
-    QString result;
-    const QString text = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
-    const auto characters = text.toUcs4();
-    for (const uint character : characters) {
-        const QString units = QString::fromUcs4(&character, 1);
-        if (!Console::isUnseen(character)) {
-            result += units;
-            continue;
-        }
-        for (const QChar unit : units)
-            result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return (result + QLatin1Char('\n')).toUtf8();
+    return Console::harmlessJson(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 QJsonObject JsonView::object(const TimelineEvent &event) const

@@ -284,7 +284,14 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
 
     constexpr qint64 millisecondsPerSecond = 1000;
     constexpr qint64 bytesPerMegabyte = 1024 * 1024;
-    const ScenarioLimits limits{request.seconds * millisecondsPerSecond, request.megabytes * bytesPerMegabyte};
+    ScenarioLimits limits{request.seconds * millisecondsPerSecond, request.megabytes * bytesPerMegabyte, {}};
+    limits.onStuck = [&channel](const ScenarioResult &result) {
+        if (channel)
+            channel->writeEnd(result);
+        else
+            Console::error(PlaySummary::toText({result, {}, 0, false, false}, false));
+        _exit(Failed);
+    };
     const ScenarioResult result = ScenarioPlayer(timeline, limits).play(file, QString::fromUtf8(*program));
     if (request.view == View::Everything)
         Console::out(QLatin1Char('\n') + StateTable::toText());

@@ -28,8 +28,13 @@ QString failureLine(const QString &file, int line, const QString &what, const QV
     if (line > 0)
         text += QStringLiteral(":%1").arg(line);
     text += QStringLiteral(": ") + what + QLatin1Char('\n');
-    for (int i = 0; i + 1 < stack.size(); ++i)
-        text += QStringLiteral("  %1:%2: which called %3\n").arg(file, QString::number(stack.at(i + 1).line), ViewText::functionText(stack.at(i)));
+    for (int i = 1; i < stack.size(); ++i) {
+        const QString called = ViewText::calledFunction(stack, i);
+        if (stack.at(i).line == 0)
+            text += QStringLiteral("  ") + stack.at(i).function + QLatin1Char('\n');
+        else
+            text += QStringLiteral("  %1:%2: which called %3\n").arg(file, QString::number(stack.at(i).line), called);
+    }
     return text;
 }
 

@@ -33,6 +33,26 @@ QVector<ScenarioResult::Frame> stackOf(const QJsonValue &json)
     return stack;
 }
 
+QJsonObject toJson(const ScenarioResult::Check &check)
+{
+    return {
+        {QStringLiteral("line"), check.line},
+        {QStringLiteral("text"), check.text},
+        {QStringLiteral("passed"), check.passed},
+        {QStringLiteral("cause"), check.cause},
+        {QStringLiteral("stack"), toJson(check.stack)},
+    };
+}
+
+ScenarioResult::Check checkOf(const QJsonValue &json)
+{
+    return {json[QStringLiteral("line")].toInt(),
+            json[QStringLiteral("text")].toString(),
+            json[QStringLiteral("passed")].toBool(),
+            json[QStringLiteral("cause")].toString(),
+            stackOf(json[QStringLiteral("stack")])};
+}
+
 } // namespace
 
 ResultChannel::ResultChannel()
@@ -63,19 +83,16 @@ void ResultChannel::writeStart()
 
 void ResultChannel::writeCheck(const ScenarioResult::Check &check)
 {
-    const QJsonObject object{
-        {QStringLiteral("line"), check.line},
-        {QStringLiteral("text"), check.text},
-        {QStringLiteral("passed"), check.passed},
-        {QStringLiteral("cause"), check.cause},
-        {QStringLiteral("stack"), toJson(check.stack)},
-    };
-    write(QJsonDocument(QJsonObject{{checked, object}}).toJson(QJsonDocument::Compact));
+    write(QJsonDocument(QJsonObject{{checked, toJson(check)}}).toJson(QJsonDocument::Compact));
 }
 
 void ResultChannel::writeEnd(const ScenarioResult &result)
 {
+    QJsonArray checks;
+    for (const ScenarioResult::Check &check : result.checks)
+        checks.append(toJson(check));
     const QJsonObject object{
+        {QStringLiteral("checks"), checks},
         {QStringLiteral("error"), result.error},
         {QStringLiteral("errorLine"), result.errorLine},
         {QStringLiteral("errorStack"), toJson(result.errorStack)},
@@ -106,13 +123,14 @@ ResultChannel::Received ResultChannel::read() const
         if (object.contains(started)) {
             received.hasStarted = true;
         } else if (check.isObject()) {
-            result.checks.append({check[QStringLiteral("line")].toInt(),
-                                  check[QStringLiteral("text")].toString(),
-                                  check[QStringLiteral("passed")].toBool(),
-                                  check[QStringLiteral("cause")].toString(),
-                                  stackOf(check[QStringLiteral("stack")])});
+            result.checks.append(checkOf(check));
         } else if (end.isObject()) {
             received.hasEnded = true;
+            // All again, in the order of the scenario: some are found only at its end.
+            result.checks.clear();
+            const QJsonArray checks = end[QStringLiteral("checks")].toArray();
+            for (const QJsonValue &each : checks)
+                result.checks.append(checkOf(each));
             result.error = end[QStringLiteral("error")].toString();
             result.errorLine = end[QStringLiteral("errorLine")].toInt();
             result.errorStack = stackOf(end[QStringLiteral("errorStack")]);

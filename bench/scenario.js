@@ -1,5 +1,4 @@
-// What a scenario finds in its global scope. Evaluates to a function that puts it there and gives the function that runs a
-// scenario.
+// What a scenario finds in its global scope. Evaluates to a function that puts it there and gives what runs a scenario.
 (function (bench) {
     "use strict";
 
@@ -47,18 +46,74 @@
         return keys.length === Object.keys(b).length && keys.every(key => Object.prototype.hasOwnProperty.call(b, key) && equal(a[key], b[key]));
     }
 
-    // The innermost line of the scenario on a stack, 0 for none.
-    function scenarioLine(stack) {
-        for (const frame of String(stack).split("\n")) {
-            const match = /@file:(?:\/\/(?=\/))?(.*):(\d+)$/.exec(frame);
-            if (match && (match[1] === bench.file || decodeURI(match[1]) === bench.file))
-                return Number(match[2]);
-        }
-        return 0;
+    // Where a "throw" of the scenario came last: what is thrown need not be an Error, which has a stack.
+    let thrownStack = "";
+
+    function atThrow() {
+        thrownStack = new Error().stack;
     }
 
-    function callerLine() {
-        return scenarioLine(new Error().stack);
+    // What a handler of a signal threw, and where. Qt would drop it: it is thrown again by the call that the signal came in.
+    let handlerFailure = null;
+
+    function guardedHandler(handler) {
+        return function (...given) {
+            try {
+                handler.apply(this, given);
+            } catch (error) {
+                if (!handlerFailure)
+                    handlerFailure = {error, thrownStack};
+            }
+        };
+    }
+
+    function throwHandlerFailure() {
+        if (!handlerFailure)
+            return;
+        const failure = handlerFailure;
+        handlerFailure = null;
+        thrownStack = failure.thrownStack;
+        throw failure.error;
+    }
+
+    function afterHandlers(call) {
+        const result = call();
+        throwHandlerFailure();
+        return result;
+    }
+
+    // The same guarded handler for the same handler, so that it can be disconnected.
+    const guardedHandlers = new WeakMap();
+
+    function guardedReceiver(receiver) {
+        const handler = receiver[receiver.length - 1];
+        if (typeof handler !== "function")
+            return receiver;
+        if (!guardedHandlers.has(handler))
+            guardedHandlers.set(handler, guardedHandler(handler));
+        return [...receiver.slice(0, -1), guardedHandlers.get(handler)];
+    }
+
+    function listed(words) {
+        return words.length < 2 ? words.join() : words.slice(0, -1).join(", ") + " and " + words[words.length - 1];
+    }
+
+    // Throws where a function is called with fewer arguments than it needs, or with more than it looks at.
+    function requireCount(name, parameters, minimum, given) {
+        const signature = name + "(" + parameters.join(", ") + ")";
+        const missing = parameters.slice(given.length, minimum);
+        if (missing.length > 0)
+            throw new TypeError(signature + ": " + listed(missing) + (missing.length === 1 ? " is missing" : " are missing"));
+        const taken = parameters.length === 0 ? "no argument" : parameters.length === 1 ? "one argument" : parameters.length + " arguments";
+        if (given.length > parameters.length)
+            throw new TypeError(signature + " takes " + taken + ", not " + given.length);
+    }
+
+    function counted(name, parameters, call) {
+        return (...given) => {
+            requireCount(name, parameters, parameters.length, given);
+            return call(...given);
+        };
     }
 
     function known(name, value, key) {
@@ -94,9 +149,9 @@
         host.beginRequest(text);
         let result;
         try {
-            result = call();
+            result = afterHandlers(call);
         } catch (error) {
-            host.endRequest("throws " + error.message);
+            host.endRequest("throws " + (error instanceof Error ? error.message : show(error)));
             throw error;
         }
         host.endRequest(result === undefined ? "" : show(result));
@@ -104,18 +159,23 @@
     }
 
     // An object whose functions are requests, and whose unknown members are errors instead of undefined.
-    function observed(name, object, enumerators, isRequest) {
+    function observed(name, object, enumerators, operations, isRequest) {
         return new Proxy({}, {
             get(target, key) {
                 const value = member(name, object, enumerators, key);
                 if (typeof value !== "function")
                     return value;
                 const called = function (...given) {
-                    const call = () => value(...given);
-                    return isRequest(key) ? request(name + "." + key + "(" + argumentTexts(key, given) + ")", call) : call();
+                    const call = () => {
+                        const operation = operations[key];
+                        if (operation)
+                            requireCount(name + "." + key, operation.parameters, operation.minimum, given);
+                        return value(...given);
+                    };
+                    return isRequest(key) ? request(name + "." + key + "(" + argumentTexts(key, given) + ")", call) : afterHandlers(call);
                 };
-                called.connect = (...receiver) => value.connect(...receiver);
-                called.disconnect = (...receiver) => value.disconnect(...receiver);
+                called.connect = (...receiver) => value.connect(...guardedReceiver(receiver));
+                called.disconnect = (...receiver) => value.disconnect(...guardedReceiver(receiver));
                 return called;
             },
             set(target, key, value) {
@@ -130,7 +190,7 @@
 
     function singleton(name, isRequest) {
         const pair = bench[name];
-        return observed(name, pair.object, pair.enumerators, isRequest);
+        return observed(name, pair.object, pair.enumerators, pair.operations, isRequest);
     }
 
     // The object as it is, for good; members that it does not have are errors, to read or to set.
@@ -158,12 +218,12 @@
         }
         const changes = [];
         const changeNames = {"-3": "LossTransientCanDuck", "-2": "LossTransient", "-1": "Loss", "1": "Gain"};
-        client.focusChanged.connect(change => {
+        client.focusChanged.connect(guardedHandler(change => {
             changes.push(change);
             host.note(client.clientId + " is told " + (changeNames[change] || change));
             if (properties && properties.onFocusChanged)
                 properties.onFocusChanged(change);
-        });
+        }));
         const requested = (text, call) => request(client.clientId + text, () => {
             const result = call();
             host.deliverFocusChanges();
@@ -176,38 +236,72 @@
             set durationHint(hint) { client.durationHint = hint; },
             get held() { return client.held; },
             changes,
-            request: () => requested(" requests focus", () => client.request()),
-            release: () => requested(" releases focus", () => client.release()),
+            request: counted("AudioFocus.request", [], () => requested(" requests focus", () => client.request())),
+            release: counted("AudioFocus.release", [], () => requested(" releases focus", () => client.release())),
         });
     }
     Object.assign(AudioFocus, bench.focusEnumerators);
 
-    // expect(actual).toBe(wanted); each of them also behind .not. A failure is noted, and the scenario goes on.
-    function expect(actual) {
-        const line = callerLine();
+    // What a matcher cannot work with is an error: it would hold always, or never.
+    function requireCloseness(actual, wanted, within) {
+        if (typeof actual !== "number")
+            throw new TypeError("toBeCloseTo() compares numbers, not " + show(actual));
+        if (typeof wanted !== "number" || !Number.isFinite(wanted))
+            throw new TypeError("toBeCloseTo() needs a finite number to compare with, not " + show(wanted));
+        if (typeof within !== "number" || !Number.isFinite(within) || within < 0)
+            throw new TypeError("toBeCloseTo() needs a distance from 0, not " + show(within));
+    }
+
+    function requireContainer(actual, wanted) {
+        if (typeof actual !== "string" && !isList(actual))
+            throw new TypeError("toContain() looks into a text or a list, not " + show(actual));
+        if (typeof actual === "string" && (typeof wanted !== "string" || wanted === ""))
+            throw new TypeError("toContain() looks for a text in a text, not for " + (wanted === "" ? "an empty one" : show(wanted)));
+    }
+
+    // expect(actual).toBe(wanted); each of them also behind .not. A failure is noted, and the scenario goes on. So is an expectation
+    // without a matcher, at the end of the scenario.
+    function expect(...given) {
+        requireCount("expect", ["actual"], 1, given);
+        const actual = given[0];
+        const expectation = host.beginExpectation(new Error().stack);
         const matchers = negated => {
             const check = (holds, wanted) => {
-                host.check(holds !== negated, line, "expected " + (negated ? "not " : "") + wanted + ", got " + show(actual));
+                host.check(expectation, holds !== negated, "expected " + (negated ? "not " : "") + wanted + ", got " + show(actual));
+            };
+            const matcher = (name, parameters, minimum, look) => (...values) => {
+                requireCount(name, parameters, minimum, values);
+                look(...values);
             };
             return {
-                toBe: wanted => check(Object.is(actual, wanted) || actual === wanted, show(wanted)),
-                toEqual: wanted => check(equal(actual, wanted), show(wanted)),
-                toBeCloseTo: (wanted, within = 0.005) => check(Math.abs(actual - wanted) <= within, show(wanted) + " within " + within),
-                toContain: wanted => {
+                toBe: matcher("toBe", ["value"], 1, wanted => {
+                    const holds = Object.is(actual, wanted) || actual === wanted;
+                    const another = !holds && equal(actual, wanted) ? ", another one: toEqual() compares what is in it" : "";
+                    host.check(expectation, holds !== negated, "expected " + (negated ? "not " : "") + show(wanted) + ", got " + show(actual) + another);
+                }),
+                toEqual: matcher("toEqual", ["value"], 1, wanted => check(equal(actual, wanted), show(wanted))),
+                toBeCloseTo: matcher("toBeCloseTo", ["value", "within"], 1, (wanted, within = 0.005) => {
+                    requireCloseness(actual, wanted, within);
+                    check(Math.abs(actual - wanted) <= within, show(wanted) + " within " + within);
+                }),
+                toContain: matcher("toContain", ["value"], 1, wanted => {
+                    requireContainer(actual, wanted);
                     const holds = typeof actual === "string" ? actual.includes(wanted)
-                        : isList(actual) && Array.prototype.some.call(actual, element => equal(element, wanted));
+                        : Array.prototype.some.call(actual, element => equal(element, wanted));
                     check(holds, "something with " + show(wanted));
-                },
+                }),
             };
         };
-        const known = Object.assign(matchers(false), {not: matchers(true)});
-        return new Proxy(known, {
+        // Members are noted as they are read: one that is never called checks nothing.
+        const observedMatchers = known => new Proxy(known, {
             get(target, key) {
+                host.readMatcher(expectation, String(key));
                 if (!(key in target))
                     throw new ReferenceError("expect() has no function " + String(key));
                 return target[key];
             },
         });
+        return observedMatchers(Object.assign(matchers(false), {not: observedMatchers(matchers(true))}));
     }
 
     const always = () => true;
@@ -219,24 +313,30 @@
         Platform: singleton("Platform", key => platformEvents.includes(key)),
         AudioFocus: guarded("AudioFocus", AudioFocus),
         expect,
-        say: text => host.say(String(text)),
-        wait: milliseconds => host.wait(milliseconds),
-        now: () => host.now(),
-        powerOn: () => request("powerOn()", () => host.powerOn()),
-        powerOff: () => request("powerOff()", () => host.powerOff()),
-        eraseSettings: () => request("eraseSettings()", () => host.eraseSettings()),
+        say: counted("say", ["text"], text => host.say(String(text))),
+        wait: counted("wait", ["milliseconds"], milliseconds => afterHandlers(() => host.wait(milliseconds))),
+        now: counted("now", [], () => host.now()),
+        powerOn: counted("powerOn", [], () => request("powerOn()", () => host.powerOn())),
+        powerOff: counted("powerOff", [], () => request("powerOff()", () => host.powerOff())),
+        eraseSettings: counted("eraseSettings", [], () => request("eraseSettings()", () => host.eraseSettings())),
     });
 
-    return function (scenario) {
-        try {
-            scenario();
-            return null;
-        } catch (error) {
-            if (!(error instanceof Error))
-                return {text: "thrown: " + show(error), line: 0};
-            // Where calling a function that does not exist fails with an error of its own, the engine wraps that into another.
-            const wrapped = /^TypeError: Property '.*' of object (\w*Error: .*) is not a function$/.exec(String(error));
-            return {text: wrapped ? wrapped[1] : String(error), line: scenarioLine(error.stack)};
-        }
+    return {
+        atThrow,
+
+        // Runs the scenario. Gives what ended it: null, or a text and the stack.
+        run(scenario) {
+            try {
+                scenario();
+                throwHandlerFailure();
+                return null;
+            } catch (error) {
+                if (!(error instanceof Error))
+                    return {text: "thrown: " + show(error), stack: thrownStack};
+                // Where calling a function that does not exist fails with an error of its own, the engine wraps that into another.
+                const wrapped = /^TypeError: Property '.*' of object (\w*Error: .*) is not a function$/.exec(String(error));
+                return {text: wrapped ? wrapped[1] : String(error), stack: String(error.stack)};
+            }
+        },
     };
 })

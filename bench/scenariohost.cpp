@@ -2,6 +2,7 @@
 
 #include "headunit.h"
 #include "qmlaudiofocus.h"
+#include "scenariostack.h"
 #include "scriptcall.h"
 #include "settingsfile.h"
 #include "timeline.h"
@@ -12,8 +13,11 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QTimer>
+#include <QtQml/QJSEngine>
 #include <QtQml/QQmlEngine>
+#include <QtQml/qqml.h>
 
+#include <algorithm>
 #include <cmath>
 
 ScenarioHost::ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, const QStringList &programLines, ScenarioResult &collected, QObject *parent)
@@ -45,13 +49,73 @@ void ScenarioHost::note(const QString &text)
     timeline.note(text);
 }
 
-void ScenarioHost::check(bool passed, int line, const QString &cause)
+int ScenarioHost::beginExpectation(const QString &stack)
 {
-    QString text = lines.value(line - 1).trimmed();
+    expectations.append({ScenarioStack::line(ScenarioStack::fromError(stack)), stack, {}, false});
+    return expectations.size() - 1;
+}
+
+void ScenarioHost::readMatcher(int expectation, const QString &name)
+{
+    expectations[expectation].matcher = name;
+}
+
+void ScenarioHost::check(int expectation, bool passed, const QString &cause)
+{
+    expectations[expectation].checked = true;
+    addCheck(expectation, passed, cause);
+}
+
+void ScenarioHost::addCheck(int expectation, bool passed, const QString &cause)
+{
+    const Expectation &expected = expectations.at(expectation);
+    QString text = lines.value(expected.line - 1).trimmed();
     if (text.endsWith(QLatin1Char(';')))
         text.chop(1);
-    result.checks.append({line, text, passed, passed ? QString() : cause, {}});
-    timeline.check(result.checks.constLast());
+    // Checks stand in the order in which their expectations were reached.
+    const auto behind = std::upper_bound(expectationOfCheck.cbegin(), expectationOfCheck.cend(), expectation);
+    const int index = int(behind - expectationOfCheck.cbegin());
+    expectationOfCheck.insert(index, expectation);
+    ScenarioResult::Check check{expected.line, text, passed, {}, {}};
+    if (!passed) {
+        check.cause = cause;
+        check.stack = ScenarioStack::shortened(ScenarioStack::fromError(expected.stack));
+    }
+    result.checks.insert(index, check);
+    timeline.check(check);
+}
+
+void ScenarioHost::finishExpectations(bool endedByError, const QVector<ScenarioResult::Frame> &stack)
+{
+    for (int i = 0; i < expectations.size(); ++i) {
+        const Expectation &expected = expectations.at(i);
+        if (expected.checked)
+            continue;
+        if (endedByError && isUnderWay(i, stack))
+            continue;
+        if (expected.matcher.isEmpty())
+            addCheck(i, false, QStringLiteral("nothing is checked: expect() needs a matcher, such as .toBe(value)"));
+        else if (expected.matcher == QLatin1String("not"))
+            addCheck(i, false, QStringLiteral("nothing is checked: .not needs a matcher, such as .not.toBe(value)"));
+        else
+            addCheck(i, false, QStringLiteral("nothing is checked: .%1 is not called").arg(expected.matcher));
+    }
+}
+
+/// Whether an error came between expect() and its matcher: the engine looks at the matcher's arguments first.
+bool ScenarioHost::isUnderWay(int expectation, const QVector<ScenarioResult::Frame> &errorStack) const
+{
+    const int line = expectations.at(expectation).line;
+    const bool isLast = expectation + 1 == expectations.size();
+    if (isLast && !lines.value(line - 1).trimmed().endsWith(QLatin1Char(';')))
+        return true; // the statement may go on in the next line
+    return std::any_of(errorStack.cbegin(), errorStack.cend(), [line](const ScenarioResult::Frame &frame) { return frame.line == line; });
+}
+
+bool ScenarioHost::isInterrupted() const
+{
+    const QJSEngine *const engine = qjsEngine(this);
+    return engine && engine->isInterrupted();
 }
 
 void ScenarioHost::wait(double milliseconds)
@@ -64,10 +128,24 @@ void ScenarioHost::wait(double milliseconds)
         return;
     }
     if (simulator::VirtualClock *const clock = simulator::VirtualClock::installed()) {
-        clock->advance(qint64(milliseconds));
+        // In parts, so that a week of timers can be ended by a limit.
+        constexpr qint64 longestPart = 60LL * 60 * 1000;
+        qint64 left = qint64(milliseconds);
+        do {
+            const qint64 part = std::min(left, longestPart);
+            clock->advance(part);
+            left -= part;
+        } while (left > 0 && !isInterrupted());
         return;
     }
     QEventLoop loop;
+    constexpr int lookPeriod = 50;
+    QTimer look;
+    connect(&look, &QTimer::timeout, &loop, [this, &loop] {
+        if (isInterrupted())
+            loop.quit();
+    });
+    look.start(lookPeriod);
     QTimer::singleShot(int(milliseconds), Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
 }

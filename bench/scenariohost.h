@@ -20,15 +20,25 @@ class ScenarioHost : public QObject
     Q_OBJECT
 
 public:
-    /// @param programLines the scenario's text, for showing where an expectation stands
+    /// @param programLines the scenario's text, for showing what an expectation is
     ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, const QStringList &programLines, ScenarioResult &collected, QObject *parent = nullptr);
 
     Q_INVOKABLE void say(const QString &text);
     Q_INVOKABLE void beginRequest(const QString &request);
     Q_INVOKABLE void endRequest(const QString &requestResult);
     Q_INVOKABLE void note(const QString &text);
-    /// @param line of the scenario, from 1; 0 when unknown
-    Q_INVOKABLE void check(bool passed, int line, const QString &cause);
+
+    /// The scenario reached an expect(). @param stack of an Error made there @return its number
+    Q_INVOKABLE int beginExpectation(const QString &stack);
+    /// The matcher of that name is about to be called; "not" counts as one.
+    Q_INVOKABLE void readMatcher(int expectation, const QString &name);
+    Q_INVOKABLE void check(int expectation, bool passed, const QString &cause);
+    /**
+     * The scenario has ended: an expectation without a matcher is a failed check.
+     *
+     * Not so where an error came before the matcher could be called. @param stack of that error; empty for none
+     */
+    void finishExpectations(bool endedByError, const QVector<ScenarioResult::Frame> &stack);
 
     /// Lets time pass: virtual time at once, real time by waiting. Timers run.
     Q_INVOKABLE void wait(double milliseconds);
@@ -49,10 +59,24 @@ public:
 private:
     Q_DISABLE_COPY(ScenarioHost)
 
+    struct Expectation
+    {
+        int line = 0;
+        QString stack; // as the engine gave it
+        QString matcher; // that was read last
+        bool checked = false;
+    };
+
+    bool isInterrupted() const;
+    bool isUnderWay(int expectation, const QVector<ScenarioResult::Frame> &errorStack) const;
+    void addCheck(int expectation, bool passed, const QString &cause);
+
     Timeline &timeline;
     HeadUnit &unit;
     QStringList lines;
     ScenarioResult &result;
+    QVector<Expectation> expectations;
+    QVector<int> expectationOfCheck; // for each check of the result
     QList<QmlAudioFocus *> focusClients;
 };
 

@@ -8,12 +8,18 @@
 #include "qmlaudiosettings.h"
 #include "qmlplatform.h"
 #include "scenariohost.h"
+#include "scenariosource.h"
+#include "scenariostack.h"
+#include "scenariowatch.h"
 #include "timeline.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QMetaEnum>
+#include <QtCore/QMetaMethod>
 #include <QtQml/QJSEngine>
 #include <QtQml/QQmlEngine>
+
+#include <algorithm>
 
 /// The functions stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
 static void registerResources()
@@ -36,13 +42,42 @@ QJSValue enumerators(QJSEngine &engine, const QMetaObject &type)
     return object;
 }
 
-/// An object that lives outside the engine, as {object, enumerators}.
+/// The functions of a class that scripts call, as {setMute: {parameters: ["mute"], minimum: 1}, ...}.
+QJSValue operations(QJSEngine &engine, const QMetaObject &type)
+{
+    QJSValue object = engine.newObject();
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        if (method.methodType() == QMetaMethod::Signal)
+            continue;
+        // A function with default arguments stands here once more for each of them.
+        const QString name = QString::fromLatin1(method.name());
+        const QList<QByteArray> names = method.parameterNames();
+        QJSValue operation = object.property(name);
+        const bool isKnown = operation.isObject();
+        if (!isKnown || names.size() > operation.property(QStringLiteral("parameters")).property(QStringLiteral("length")).toInt()) {
+            QJSValue parameters = engine.newArray(uint(names.size()));
+            for (int parameter = 0; parameter < names.size(); ++parameter)
+                parameters.setProperty(uint(parameter), QString::fromLatin1(names.at(parameter)));
+            if (!isKnown)
+                operation = engine.newObject();
+            operation.setProperty(QStringLiteral("parameters"), parameters);
+        }
+        const int minimum = isKnown ? std::min(names.size(), operation.property(QStringLiteral("minimum")).toInt()) : names.size();
+        operation.setProperty(QStringLiteral("minimum"), minimum);
+        object.setProperty(name, operation);
+    }
+    return object;
+}
+
+/// An object that lives outside the engine, as {object, enumerators, operations}.
 QJSValue scriptObject(QJSEngine &engine, QObject &object)
 {
     QQmlEngine::setObjectOwnership(&object, QQmlEngine::CppOwnership);
     QJSValue pair = engine.newObject();
     pair.setProperty(QStringLiteral("object"), engine.newQObject(&object));
     pair.setProperty(QStringLiteral("enumerators"), enumerators(engine, *object.metaObject()));
+    pair.setProperty(QStringLiteral("operations"), operations(engine, *object.metaObject()));
     return pair;
 }
 
@@ -55,10 +90,61 @@ QJSValue loadFunctions(QJSEngine &engine)
     return engine.evaluate(QString::fromUtf8(file.readAll()), QStringLiteral("qrc:/bench/scenario.js"));
 }
 
+bool isSyntaxError(const QJSValue &value)
+{
+    return value.errorType() == QJSValue::SyntaxError;
+}
+
+int lineOf(const QJSValue &error)
+{
+    return error.property(QStringLiteral("lineNumber")).toInt();
+}
+
+/// The program as a function that a scenario runs in, so that what it throws can be caught whole. All of its lines keep their numbers.
+/// @param atThrow called before each "throw"
+QJSValue makeScenario(QJSEngine &engine, const ScenarioSource &source, const QString &file, const QJSValue &atThrow)
+{
+    const QString mark = QStringLiteral("$atThrow");
+    const QString beginning = QStringLiteral("(function(%1){return function(){").arg(mark);
+    const QString end = QStringLiteral("\n}})");
+    QJSValue maker = engine.evaluate(beginning + source.marked(mark) + end, file);
+    // Marks go wrong where only a parser would know better. They are not worth refusing the program.
+    if (maker.isError())
+        maker = engine.evaluate(beginning + source.text() + end, file);
+    return maker.isError() ? maker : maker.call({atThrow});
+}
+
+/// Tells in the result what is wrong with a program that the engine refuses.
+void explainSyntaxError(QJSEngine &engine, const ScenarioSource &source, const QString &file, const QJSValue &refusal, ScenarioResult &result)
+{
+    // By itself the program shows its own mistakes only, and nothing of it is run. But "return" is none in a scenario.
+    const QString program = QStringLiteral("throw 0;") + source.text();
+    const QJSValue alone = engine.evaluate(program, file);
+    const bool aboutReturn = alone.toString().contains(QLatin1String("Return statement"));
+    const QJSValue &error = isSyntaxError(alone) && !aboutReturn ? alone : refusal;
+    result.errorLine = lineOf(error);
+
+    // The end of the file is where the engine's line moves to when the file gets longer.
+    const bool atEnd
+        = result.errorLine > source.lastLine() || (&error == &alone && lineOf(engine.evaluate(program + QLatin1Char('\n'), file)) > result.errorLine);
+    if (!source.problem().isEmpty() && (atEnd || source.problemLine() <= result.errorLine)) {
+        result.error = QStringLiteral("SyntaxError: ") + source.problem();
+        result.errorLine = source.problemLine();
+    } else if (atEnd) {
+        const QString unclosed = source.unclosed();
+        result.error = QStringLiteral("SyntaxError: the file ends ")
+            + (unclosed.isEmpty() ? QStringLiteral("in the middle of a statement") : QStringLiteral("before the %1 is closed").arg(unclosed));
+        result.errorLine = source.lastLine();
+    } else {
+        result.error = error.toString().replace(QLatin1String("Unexpected token `'"), QLatin1String("Unexpected character"));
+    }
+}
+
 } // namespace
 
-ScenarioPlayer::ScenarioPlayer(Timeline &shownIn, const ScenarioLimits & /*limits*/)
+ScenarioPlayer::ScenarioPlayer(Timeline &shownIn, ScenarioLimits scenarioLimits)
     : timeline(shownIn)
+    , limits(std::move(scenarioLimits))
 {
 }
 
@@ -67,6 +153,7 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     ScenarioResult result;
     result.file = file;
 
+    const ScenarioSource source(program);
     HeadUnit unit;
     QObject::connect(&unit, &HeadUnit::startsUp, &timeline, [this] { timeline.setStartingUp(true); });
     PolicyTimers timers;
@@ -81,7 +168,7 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     QmlAudioSettings settings;
     QmlAudioPolicy policy([&unit] { return unit.manager(); });
     QmlPlatform platform;
-    ScenarioHost host(timeline, unit, program.split(QLatin1Char('\n')), result);
+    ScenarioHost host(timeline, unit, source.lines(), result);
 
     QJSEngine engine;
     engine.installExtensions(QJSEngine::ConsoleExtension);
@@ -92,23 +179,44 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     objects.setProperty(QStringLiteral("AudioPolicy"), scriptObject(engine, policy));
     objects.setProperty(QStringLiteral("Platform"), scriptObject(engine, platform));
     objects.setProperty(QStringLiteral("focusEnumerators"), enumerators(engine, QmlAudioFocus::staticMetaObject));
-    objects.setProperty(QStringLiteral("file"), file);
     objects.setProperty(QStringLiteral("global"), engine.globalObject());
-    QJSValue run = loadFunctions(engine).call({objects});
+    const QJSValue functions = loadFunctions(engine).call({objects});
 
-    // Inside a function on the file's own first line: lines keep their numbers, and what the script throws can be caught whole.
-    const QJSValue scenario = engine.evaluate(QStringLiteral("(function(){") + program + QStringLiteral("\n})"), file);
+    const auto takeLimit = [&result](const ScenarioWatch &watch) {
+        result.error = watch.error();
+        result.errorStack = watch.stack();
+        result.errorLine = ScenarioStack::line(result.errorStack);
+    };
+    const auto finish = [this, &result, &host] {
+        host.finishExpectations(!result.error.isEmpty(), result.errorStack);
+        timeline.showUnfinished();
+        result.duration = timeline.now();
+    };
+    ScenarioWatch::Stuck stuck;
+    if (limits.onStuck) {
+        stuck = [this, &result, &takeLimit, &finish](const ScenarioWatch &watch) {
+            takeLimit(watch);
+            finish();
+            limits.onStuck(result);
+        };
+    }
+
+    const QJSValue scenario = makeScenario(engine, source, file, functions.property(QStringLiteral("atThrow")));
     if (scenario.isError()) {
-        result.error = scenario.toString();
-        result.errorLine = scenario.property(QStringLiteral("lineNumber")).toInt();
+        explainSyntaxError(engine, source, file, scenario, result);
     } else {
-        const QJSValue thrown = run.call({scenario});
-        if (!thrown.isNull()) {
-            result.error = thrown.property(QStringLiteral("text")).toString();
-            result.errorLine = thrown.property(QStringLiteral("line")).toInt();
+        ScenarioWatch watch(engine, limits, stuck);
+        const QJSValue thrown = functions.property(QStringLiteral("run")).call({scenario});
+        watch.stop();
+        if (thrown.isError() && !watch.error().isEmpty()) {
+            takeLimit(watch);
+        } else if (!thrown.isNull()) {
+            const auto frames = ScenarioStack::fromError(thrown.property(QStringLiteral("stack")).toString());
+            result.error = thrown.isError() ? thrown.toString() : thrown.property(QStringLiteral("text")).toString();
+            result.errorStack = ScenarioStack::shortened(frames);
+            result.errorLine = ScenarioStack::line(frames);
         }
     }
-    timeline.showUnfinished();
-    result.duration = timeline.now();
+    finish();
     return result;
 }

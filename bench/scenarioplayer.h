@@ -11,18 +11,20 @@ class Timeline;
 /**
  * Plays a scenario: a JavaScript file with the objects of the QML modules and the functions of scenario.js.
  *
- * On virtual time where a simulator::VirtualClock is installed, else on real time. Needs an application object.
+ * On virtual time where a simulator::VirtualClock is installed, else on real time. Needs an application object. A limit ends the
+ * scenario as an error does, but nothing in it can catch that.
  */
 class ScenarioPlayer
 {
 public:
-    explicit ScenarioPlayer(Timeline &shownIn, const ScenarioLimits &limits = {});
+    explicit ScenarioPlayer(Timeline &shownIn, ScenarioLimits scenarioLimits = {});
 
     /// @param file name for messages; @param program its text
     ScenarioResult play(const QString &file, const QString &program);
 
 private:
     Timeline &timeline;
+    const ScenarioLimits limits;
 };
 
 #endif

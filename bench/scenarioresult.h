@@ -11,7 +11,7 @@ struct ScenarioResult
     struct Frame
     {
         QString function; ///< empty outside any function
-        int line = 0; ///< from 1
+        int line = 0; ///< from 1; 0 for calls that are left out of a long list, told by the function: "\u2026 1,215 more"
     };
 
     /// One expect() that was reached.

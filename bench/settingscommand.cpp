@@ -22,7 +22,6 @@ namespace
 constexpr int gap = 2;
 constexpr int widestKey = 24; // a longer one has a line of its own
 constexpr int widestStored = 16; // likewise
-constexpr int widestLine = 100;
 constexpr int widestText = 40; // in a line of --watch, which has three of them
 constexpr int unknownKeyLimit = 1000; // keys that the library does not know, of which any number may be in the file
 
@@ -79,30 +78,12 @@ QString cut(const QString &text)
     return text.left(end) + Console::cutMark(text);
 }
 
-/// The same JSON, but showing on a terminal does no harm: a program reads the same.
-QByteArray harmless(const QByteArray &json)
-{
-    QString result;
-    const QString text = QString::fromUtf8(json);
-    const auto characters = text.toUcs4();
-    for (const uint character : characters) {
-        const QString units = QString::fromUcs4(&character, 1);
-        if (character == '\n' || !Console::isUnseen(character)) {
-            result += units;
-            continue;
-        }
-        for (const QChar unit : units)
-            result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return result.toUtf8();
-}
-
 /// A mistake in the name that was given; empty for none.
 QString problemOfName(const QString &file)
 {
     if (QFileInfo(file).isDir())
-        return QStringLiteral("%1 is a folder, not a settings file").arg(shortened(file, widestLine));
-    return SettingsReader::exists(file) ? QString() : QStringLiteral("there is no file %1").arg(shortened(file, widestLine));
+        return QStringLiteral("%1 is a folder, not a settings file").arg(shortened(file, Console::textLimit));
+    return SettingsReader::exists(file) ? QString() : QStringLiteral("there is no file %1").arg(shortened(file, Console::textLimit));
 }
 
 /// The width of a column that is to hold the text, too, unless it is too long for any.
@@ -189,6 +170,7 @@ int SettingsCommand::run(const QCommandLineParser &parsed)
 QString SettingsCommand::table(const SettingsReader &reader)
 {
     const Shown shown(reader);
+    const int widestLine = Console::width();
     int keyWidth = 0;
     int storedWidth = int(qstrlen("stored"));
     int defaultWidth = 0;
@@ -200,18 +182,25 @@ QString SettingsCommand::table(const SettingsReader &reader)
     const int storedColumn = keyWidth + gap;
     const int defaultColumn = storedColumn + storedWidth + gap;
     const int meaningColumn = defaultColumn + defaultWidth + gap;
+    constexpr int narrowestMeaning = 24;
+    const bool isNarrow = widestLine - meaningColumn < narrowestMeaning;
     // A text too long for its column ends its line; the next column goes on below.
     const auto row = [&](const QString &key, const QString &stored, const QString &defaultText, const QString &meaning) -> QString {
         const auto cell = [](const QString &cellText, int width, int nextColumn) -> QString {
             return cellText.size() <= width ? cellText.leftJustified(width + gap) : cellText + QLatin1Char('\n') + QString(nextColumn, QLatin1Char(' '));
         };
+        if (isNarrow) {
+            const QString below = defaultText.isEmpty() ? meaning : QStringLiteral("default %1; %2").arg(defaultText, meaning);
+            return cell(key, keyWidth, storedColumn) + stored + QLatin1Char('\n') + Console::wrapped(below, 2 * gap, 2 * gap) + QLatin1Char('\n');
+        }
         return cell(key, keyWidth, storedColumn) + cell(stored, storedWidth, defaultColumn) + defaultText.leftJustified(defaultWidth + gap)
             + Console::wrapped(meaning, meaningColumn, meaningColumn).mid(meaningColumn) + QLatin1Char('\n');
     };
 
     QString text = reader.file() + (reader.exists() ? QStringLiteral("\n\n") : QStringLiteral(": no such file, all defaults hold\n\n"));
-    text
-        += Console::styled(Console::Style::Heading, row(QStringLiteral("key"), QStringLiteral("stored"), QStringLiteral("default"), QStringLiteral("meaning")));
+    const QString heading = isNarrow ? QStringLiteral("key").leftJustified(storedColumn) + QStringLiteral("stored\n")
+                                     : row(QStringLiteral("key"), QStringLiteral("stored"), QStringLiteral("default"), QStringLiteral("meaning"));
+    text += Console::styled(Console::Style::Heading, heading);
     for (const SettingsReader::Setting &setting : shown.settings) {
         text += row(shortened(setting.key, widestLine), storedText(setting.stored, widestLine - storedColumn), setting.defaultText, setting.meaning);
         const QString effect = effectText(setting);
@@ -243,7 +232,7 @@ QByteArray SettingsCommand::json(const SettingsReader &reader)
         {QStringLiteral("settings"), array},
         {QStringLiteral("leftOut"), shown.leftOut},
     };
-    return harmless(QJsonDocument(document).toJson());
+    return Console::harmlessJson(QJsonDocument(document).toJson());
 }
 
 int SettingsCommand::watch(const QString &file)

@@ -33,12 +33,19 @@ QString ViewText::failure(const ScenarioResult::Check &check)
 QString ViewText::way(const QVector<ScenarioResult::Frame> &stack)
 {
     QString text;
-    for (int i = 0; i + 1 < stack.size(); ++i)
-        text += QStringLiteral(", in %1 called from line %2").arg(functionText(stack.at(i))).arg(stack.at(i + 1).line);
+    for (int i = 1; i < stack.size(); ++i) {
+        if (stack.at(i).line == 0)
+            text += QStringLiteral(", ") + stack.at(i).function;
+        else
+            text += QStringLiteral(", in %1 called from line %2").arg(calledFunction(stack, i)).arg(stack.at(i).line);
+    }
     return text;
 }
 
-QString ViewText::functionText(const ScenarioResult::Frame &frame)
+QString ViewText::calledFunction(const QVector<ScenarioResult::Frame> &stack, int caller)
 {
-    return frame.function.isEmpty() ? QStringLiteral("a function") : frame.function + QStringLiteral("()");
+    const ScenarioResult::Frame &called = stack.at(caller - 1);
+    if (called.line == 0)
+        return QStringLiteral("them");
+    return called.function.isEmpty() ? QStringLiteral("a function") : called.function + QStringLiteral("()");
 }

@@ -21,7 +21,8 @@ QString timer(const QString &name);
 QString failure(const ScenarioResult::Check &check);
 /// The way to a failure: ", in tenDecibels() called from line 7", empty where nothing was called.
 QString way(const QVector<ScenarioResult::Frame> &stack);
-QString functionText(const ScenarioResult::Frame &frame);
+/// What the frame @p caller of a stack called: "volumeIs()". A frame without a line stands for those that were left out.
+QString calledFunction(const QVector<ScenarioResult::Frame> &stack, int caller);
 } // namespace ViewText
 
 #endif

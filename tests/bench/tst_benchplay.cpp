@@ -115,12 +115,15 @@ void BenchPlayTest::results_data()
         1,
         "FILE:1: expected 7, got {clientId: \"music\", ");
     row("a syntax error", "say('x');\nwait(;", 1, "FILE:2: SyntaxError");
-    row("something thrown that is no error", "throw {cause: 7};", 1, "FILE:0: thrown: {cause: 7}");
+    row("something thrown that is no error", "throw {cause: 7};", 1, "FILE:1: thrown: {cause: 7}");
     row("a number that the type cannot hold",
         "\n\nAudioControl.setStreamVolume(AudioControl.Main, 'S+FilePlayer_APP', 300);",
         1,
         "FILE:3: RangeError: volume must be a whole number from 0 to 255, not 300");
-    row("a missing argument", "AudioControl.setStreamVolume(AudioControl.Main);", 1, "FILE:1: Error: Insufficient arguments");
+    row("a missing argument",
+        "AudioControl.setStreamVolume(AudioControl.Main);",
+        1,
+        "FILE:1: TypeError: AudioControl.setStreamVolume(tag, name, volume): name and volume are missing");
     row("an error inside a function", "function f() {\n  AudioControl.nope();\n}\nf();", 1, "FILE:2: ReferenceError");
     row("a wait that is none", "wait(-1);", 1, "FILE:1: RangeError: wait() takes whole milliseconds");
     row("a band that would stop the process", "AudioPolicy.adjustCustomEq(1, 16);", 1, "FILE:1: RangeError: band must be a whole number from 0 to 15, not 16");
@@ -308,8 +311,8 @@ void BenchPlayTest::theDriveTellsFailures()
     QCOMPARE(bench.output,
              QStringLiteral("\n"
                             "  0:00.000  Silence\n"
-                            "            FAILED: line 2: expect(Platform.masterVolume()).toBe(wanted): expected 1, got 0,\n"
-                            "                in volumeIs() called from line 6\n"
+                            "            FAILED: line 2: expect(Platform.masterVolume()).toBe(wanted): expected 1, got 0, in\n"
+                            "                volumeIs() called from line 6\n"
                             "            heard  nothing\n"
                             "\n"
                             "failure.js:2: expected 1, got 0\n"

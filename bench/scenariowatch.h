@@ -1,0 +1,64 @@
+#ifndef SCENARIOWATCH_H
+#define SCENARIOWATCH_H
+
+#include "scenariolimits.h"
+#include "threadhold.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+class QJSEngine;
+
+/**
+ * Ends a scenario that goes beyond its limits, and tells where it was.
+ *
+ * The engine is asked where it was by the watch's own thread, while the scenario's thread is held. The script then ends at its
+ * next loop or call; its catch and finally do not run.
+ *
+ * To be made in the thread that runs the scenario.
+ */
+class ScenarioWatch
+{
+public:
+    /// Called on the watch's thread, with the scenario's thread held, when the script could not be ended. Must not return.
+    using Stuck = std::function<void(const ScenarioWatch &watch)>;
+
+    ScenarioWatch(QJSEngine &watchedEngine, const ScenarioLimits &watchedLimits, Stuck whenStuck);
+    ~ScenarioWatch();
+
+    /// From now on no limit is looked at; what was found can be read.
+    void stop();
+
+    /// What limit was reached; empty for none.
+    QString error() const { return reached; }
+    /// Where the scenario was then, innermost first; empty where the engine cannot tell.
+    QVector<ScenarioResult::Frame> stack() const { return frames; }
+
+private:
+    Q_DISABLE_COPY(ScenarioWatch)
+
+    void watch();
+    QString excess() const;
+    void end();
+    bool endsInTime();
+    bool waitForStop(std::chrono::milliseconds time);
+
+    QJSEngine &engine;
+    const qint64 milliseconds;
+    const qint64 bytes;
+    const Stuck stuck;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    ThreadHold hold;
+
+    std::mutex mutex;
+    std::condition_variable stopping;
+    bool stopped = false; // guarded by the mutex
+    QString reached; // written by the thread, read by others after its end
+    QVector<ScenarioResult::Frame> frames; // so is this
+    std::thread thread;
+};
+
+#endif
