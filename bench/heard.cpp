@@ -24,13 +24,13 @@ QString soundText(const Heard::Sound &sound, const Heard &before)
         return text + QStringLiteral(" muted");
     text += QLatin1Char(' ') + Heard::levelText(sound.level);
     QStringList remarks;
+    if (sound.duckedTo > 0)
+        remarks.append(QStringLiteral("ducked to %1 %").arg(sound.duckedTo));
     const auto same = std::find_if(before.sounds.cbegin(), before.sounds.cend(), [&sound](const Heard::Sound &other) {
         return other.track == sound.track && other.source == sound.source;
     });
     if (same != before.sounds.cend() && !same->isMuted && Heard::levelText(same->level) != Heard::levelText(sound.level))
         remarks.append(QStringLiteral("was ") + Heard::levelText(same->level));
-    if (sound.duckedTo > 0)
-        remarks.append(QStringLiteral("ducked to %1 %").arg(sound.duckedTo));
     if (sound.track != QLatin1String(audibleTracks[0]))
         remarks.append(QStringLiteral("on track ") + sound.track);
     return remarks.isEmpty() ? text : text + QStringLiteral(" (") + remarks.join(QStringLiteral(", ")) + QLatin1Char(')');

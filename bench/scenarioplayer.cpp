@@ -20,6 +20,10 @@
 #include <QtQml/QQmlEngine>
 
 #include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <functional>
+#include <new>
 
 /// The functions stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
 static void registerResources()
@@ -140,6 +144,47 @@ void explainSyntaxError(QJSEngine &engine, const ScenarioSource &source, const Q
     }
 }
 
+/**
+ * Tells of a single value for which there is not enough memory, such as a text of gigabytes: Qt throws through the engine then, whose
+ * frames nothing can pass, so that the process ends.
+ */
+class OutOfMemory
+{
+public:
+    /// @param whatToDo is called in the scenario's thread, from where the memory was missing, and is the last thing that is
+    explicit OutOfMemory(std::function<void()> whatToDo)
+        : previous(std::set_terminate(&OutOfMemory::terminate))
+    {
+        act = std::move(whatToDo);
+    }
+    ~OutOfMemory()
+    {
+        std::set_terminate(previous);
+        act = nullptr;
+    }
+
+private:
+    Q_DISABLE_COPY(OutOfMemory)
+
+    [[noreturn]] static void terminate()
+    {
+        try {
+            if (const std::exception_ptr thrown = std::current_exception())
+                std::rethrow_exception(thrown);
+        } catch (const std::bad_alloc &) {
+            act();
+        } catch (...) {
+            // Any other is a mistake of the bench itself.
+        }
+        std::abort();
+    }
+
+    const std::terminate_handler previous;
+    static std::function<void()> act;
+};
+
+std::function<void()> OutOfMemory::act;
+
 } // namespace
 
 ScenarioPlayer::ScenarioPlayer(Timeline &shownIn, ScenarioLimits scenarioLimits)
@@ -205,6 +250,14 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     if (scenario.isError()) {
         explainSyntaxError(engine, source, file, scenario, result);
     } else {
+        const OutOfMemory outOfMemory([this, &engine, &result, &finish] {
+            result.error = QStringLiteral("needs more memory for one value than there is");
+            result.errorStack = ScenarioWatch::place(engine);
+            result.errorLine = ScenarioStack::line(result.errorStack);
+            finish();
+            if (limits.onStuck)
+                limits.onStuck(result);
+        });
         ScenarioWatch watch(engine, limits, stuck);
         const QJSValue thrown = functions.property(QStringLiteral("run")).call({scenario});
         watch.stop();

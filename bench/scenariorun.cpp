@@ -69,6 +69,15 @@ private:
 /// How long the process has to end by itself, after its time is over or after it was asked to.
 constexpr int patienceMs = 5000;
 
+/// The signal that ended the process, also where another program reports it in its exit status; 0 for none.
+int signalOf(const QProcess &process)
+{
+    constexpr int signalBase = 128;
+    if (process.exitStatus() == QProcess::CrashExit)
+        return process.exitCode();
+    return process.exitCode() > signalBase ? process.exitCode() - signalBase : 0;
+}
+
 QString secondsText(int seconds)
 {
     return QStringLiteral("did not end within %1 s, and had to be killed").arg(seconds);
@@ -153,8 +162,8 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
     } else if (!received.hasStarted) {
         outcome.problem
             = QStringLiteral("no flash folder could be made for it; --flash %1 plays on the machine's own").arg(QFileInfo(SettingsFile::path()).path());
-    } else if (process.exitStatus() == QProcess::CrashExit) {
-        result.error = QStringLiteral("ended by signal %1 (%2)").arg(process.exitCode()).arg(QString::fromLocal8Bit(strsignal(process.exitCode())));
+    } else if (const int number = signalOf(process); number != 0) {
+        result.error = QStringLiteral("ended by signal %1 (%2)").arg(number).arg(QString::fromLocal8Bit(strsignal(number)));
     } else if (!received.hasEnded) {
         result.error = QStringLiteral("ended early, with exit status %1").arg(process.exitCode());
     } else {

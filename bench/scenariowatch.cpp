@@ -107,13 +107,19 @@ QString ScenarioWatch::excess() const
     return {};
 }
 
+QVector<ScenarioResult::Frame> ScenarioWatch::place(QJSEngine &engine)
+{
+    if (!qt_v4StackTraceForEngine)
+        return {};
+    const std::unique_ptr<char[]> stack(qt_v4StackTraceForEngine(engine.handle()));
+    return ScenarioStack::shortened(ScenarioStack::fromDebugger(QString::fromUtf8(stack.get())));
+}
+
 void ScenarioWatch::end()
 {
     const bool held = hold.take();
-    if (held && qt_v4StackTraceForEngine) {
-        const std::unique_ptr<char[]> stack(qt_v4StackTraceForEngine(engine.handle()));
-        frames = ScenarioStack::shortened(ScenarioStack::fromDebugger(QString::fromUtf8(stack.get())));
-    }
+    if (held)
+        frames = place(engine);
     engine.setInterrupted(true);
     if (held)
         hold.release();

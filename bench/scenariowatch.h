@@ -29,6 +29,9 @@ public:
     ScenarioWatch(QJSEngine &watchedEngine, const ScenarioLimits &watchedLimits, Stuck whenStuck);
     ~ScenarioWatch();
 
+    /// Where the engine is right now, innermost first; empty where it cannot tell. Its thread must stand still, or be the caller's.
+    static QVector<ScenarioResult::Frame> place(QJSEngine &engine);
+
     /// From now on no limit is looked at; what was found can be read.
     void stop();
 

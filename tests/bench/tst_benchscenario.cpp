@@ -522,6 +522,8 @@ void BenchScenarioTest::stuckInsideTheEngine_data()
     QTest::addColumn<QByteArray>("output");
 
     QTest::newRow("a text of gigabytes") << QStringLiteral("--huge-text") << QByteArray("needs more than 400 MB of memory, line 2, 1 check\n");
+    QTest::newRow("a text longer than any") << QStringLiteral("--longest-text")
+                                            << QByteArray("needs more memory for one value than there is, line 2, 1 check\n");
     QTest::newRow("a list that is sorted") << QStringLiteral("--huge-sort") << QByteArray("did not end within 0.3 s, line 4, 1 check\n");
 }
 
@@ -631,6 +633,8 @@ int main(int argc, char **argv)
         limits.bytes = littleMemory;
         return playAlone(QStringLiteral("expect(1).toBe(1);\n'x'.repeat(1000000000).length;"), limits);
     }
+    if (argument == QLatin1String("--longest-text"))
+        return playAlone(QStringLiteral("expect(1).toBe(1);\n'x'.repeat(2000000000).length;"), limits);
     if (argument == QLatin1String("--huge-sort")) {
         limits.milliseconds = shortTime;
         return playAlone(QStringLiteral("expect(1).toBe(1);\nconst list = [];\nlist.length = 100000000;\nlist.fill(1).sort();"), limits);
