@@ -8,6 +8,19 @@
 
 using Kind = TimelineEvent::Kind;
 
+namespace
+{
+
+TimelineEvent eventOf(Kind kind, const QString &text)
+{
+    TimelineEvent event;
+    event.kind = kind;
+    event.text = text;
+    return event;
+}
+
+} // namespace
+
 void TimelineView::finish(qint64 /*time*/)
 {
 }
@@ -30,19 +43,14 @@ qint64 Timeline::now() const
 
 void Timeline::heading(const QString &text)
 {
-    TimelineEvent event;
-    event.kind = Kind::Heading;
-    event.text = text;
-    add(event);
+    add(eventOf(Kind::Heading, text));
 }
 
 void Timeline::beginRequest(const QString &request)
 {
     endTimer();
-    TimelineEvent event;
-    event.kind = Kind::Request;
+    TimelineEvent event = eventOf(Kind::Request, request);
     event.time = now();
-    event.text = request;
     requests.append(event);
 }
 
@@ -58,17 +66,12 @@ void Timeline::endRequest(const QString &result)
 
 void Timeline::note(const QString &text)
 {
-    TimelineEvent event;
-    event.kind = Kind::Note;
-    event.text = text;
-    add(event);
+    add(eventOf(Kind::Note, text));
 }
 
 void Timeline::check(const ScenarioResult::Check &check)
 {
-    TimelineEvent event;
-    event.kind = Kind::Check;
-    event.text = check.text;
+    TimelineEvent event = eventOf(Kind::Check, check.text);
     event.check = check;
     // Told before it shows: whoever sees it may stop the process, and it counts all the same.
     Q_EMIT checked(check);
@@ -77,27 +80,20 @@ void Timeline::check(const ScenarioResult::Check &check)
 
 void Timeline::log(const QString &line)
 {
-    TimelineEvent event;
-    event.kind = Kind::Log;
-    event.text = line;
-    addCaused(event);
+    addCaused(eventOf(Kind::Log, line));
 }
 
 void Timeline::beginTimer(const QString &purpose)
 {
     endTimer();
-    TimelineEvent event;
-    event.kind = Kind::Timer;
+    TimelineEvent event = eventOf(Kind::Timer, purpose);
     event.time = now();
-    event.text = purpose;
     runningTimer = event;
 }
 
 void Timeline::statusBecomes(int status)
 {
-    TimelineEvent event;
-    event.kind = Kind::Status;
-    event.text = statusText(status);
+    TimelineEvent event = eventOf(Kind::Status, statusText(status));
     const QString meaning = statusMeaning(status);
     if (!meaning.isEmpty())
         event.text += QStringLiteral(": ") + meaning;
@@ -115,9 +111,7 @@ void Timeline::addCall(const simulator::JournalEntry &entry)
 {
     if (entry.isDestroy() || (entry.isCreate() && entry.number > 0))
         return;
-    TimelineEvent event;
-    event.kind = Kind::Call;
-    event.text = callText(entry);
+    TimelineEvent event = eventOf(Kind::Call, callText(entry));
     event.call = entry;
     event.isStartUp = isStartingUp;
     addCaused(event);
