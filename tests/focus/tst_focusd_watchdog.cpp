@@ -179,8 +179,8 @@ void DaemonWatchdogTest::tellsTheServiceManager()
 void DaemonWatchdogTest::units_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::newRow("session") << QStringLiteral(QZAUDIO_FOCUSD_UNITS "/session/qzaudio-focusd.service");
-    QTest::newRow("system") << QStringLiteral(QZAUDIO_FOCUSD_UNITS "/system/qzaudio-focusd.service");
+    QTest::newRow("session") << QStringLiteral(QZAUDIO_FOCUSD_UNITS "/session/qzaudio-focusd.service.in");
+    QTest::newRow("system") << QStringLiteral(QZAUDIO_FOCUSD_UNITS "/system/qzaudio-focusd.service.in");
 }
 
 void DaemonWatchdogTest::units()
