@@ -153,14 +153,15 @@ class OutOfMemory
 public:
     /// @param whatToDo is called in the scenario's thread, from where the memory was missing, and is the last thing that is
     explicit OutOfMemory(std::function<void()> whatToDo)
-        : previous(std::set_terminate(&OutOfMemory::terminate))
+        : act(std::move(whatToDo))
+        , previous(std::set_terminate(&OutOfMemory::terminate))
     {
-        act = std::move(whatToDo);
+        current = this;
     }
     ~OutOfMemory()
     {
         std::set_terminate(previous);
-        act = nullptr;
+        current = nullptr;
     }
 
 private:
@@ -172,18 +173,19 @@ private:
             if (const std::exception_ptr thrown = std::current_exception())
                 std::rethrow_exception(thrown);
         } catch (const std::bad_alloc &) {
-            act();
+            current->act();
         } catch (...) {
             // Any other is a mistake of the bench itself.
         }
         std::abort();
     }
 
+    const std::function<void()> act;
     const std::terminate_handler previous;
-    static std::function<void()> act;
+    static OutOfMemory *current;
 };
 
-std::function<void()> OutOfMemory::act;
+OutOfMemory *OutOfMemory::current = nullptr;
 
 } // namespace
 
