@@ -3,6 +3,8 @@
 
 #include "virtualclock.h"
 
+#include <program.h>
+
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
@@ -469,7 +471,7 @@ void BenchScenarioTest::timeLimit()
 void BenchScenarioTest::timeLimitOfARealWait()
 {
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--real-wait")});
+    program::start(process, program::commandLine(QCoreApplication::applicationFilePath(), {QStringLiteral("--real-wait")}));
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 0);
     QVERIFY2(process.readAllStandardOutput().endsWith("did not end within 0.3 s, line 2\n"), "the wait was not ended");
@@ -521,7 +523,9 @@ void BenchScenarioTest::stuckInsideTheEngine_data()
     QTest::addColumn<QString>("argument");
     QTest::addColumn<QByteArray>("output");
 
-    QTest::newRow("a text of gigabytes") << QStringLiteral("--huge-text") << QByteArray("needs more than 400 MB of memory, line 2, 1 check\n");
+    // On 32 bits it is too much for any process, as in the next row.
+    if (sizeof(void *) > 4)
+        QTest::newRow("a text of gigabytes") << QStringLiteral("--huge-text") << QByteArray("needs more than 400 MB of memory, line 2, 1 check\n");
     QTest::newRow("a text longer than any") << QStringLiteral("--longest-text")
                                             << QByteArray("needs more memory for one value than there is, line 2, 1 check\n");
     QTest::newRow("a list that is sorted") << QStringLiteral("--huge-sort") << QByteArray("did not end within 0.3 s, line 4, 1 check\n");
@@ -532,7 +536,7 @@ void BenchScenarioTest::stuckInsideTheEngine()
     QFETCH(QString, argument);
     QFETCH(QByteArray, output);
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {argument});
+    program::start(process, program::commandLine(QCoreApplication::applicationFilePath(), {argument}));
     QVERIFY(process.waitForFinished());
     const QByteArray written = process.readAllStandardOutput();
     QVERIFY2(written.endsWith(output), written.constData());
