@@ -12,9 +12,20 @@ namespace
 {
 
 // Members of the lines.
-constexpr QLatin1String started("started");
-constexpr QLatin1String checked("check");
-constexpr QLatin1String ended("end");
+QString startMember()
+{
+    return QStringLiteral("started");
+}
+
+QString checkMember()
+{
+    return QStringLiteral("check");
+}
+
+QString endMember()
+{
+    return QStringLiteral("end");
+}
 
 QJsonArray toJson(const QVector<ScenarioResult::Frame> &stack)
 {
@@ -78,12 +89,12 @@ int ResultChannel::descriptor() const
 
 void ResultChannel::writeStart()
 {
-    write(QJsonDocument(QJsonObject{{started, true}}).toJson(QJsonDocument::Compact));
+    write(QJsonDocument(QJsonObject{{startMember(), true}}).toJson(QJsonDocument::Compact));
 }
 
 void ResultChannel::writeCheck(const ScenarioResult::Check &check)
 {
-    write(QJsonDocument(QJsonObject{{checked, toJson(check)}}).toJson(QJsonDocument::Compact));
+    write(QJsonDocument(QJsonObject{{checkMember(), toJson(check)}}).toJson(QJsonDocument::Compact));
 }
 
 void ResultChannel::writeEnd(const ScenarioResult &result)
@@ -98,7 +109,7 @@ void ResultChannel::writeEnd(const ScenarioResult &result)
         {QStringLiteral("errorStack"), toJson(result.errorStack)},
         {QStringLiteral("duration"), result.duration},
     };
-    write(QJsonDocument(QJsonObject{{ended, object}}).toJson(QJsonDocument::Compact));
+    write(QJsonDocument(QJsonObject{{endMember(), object}}).toJson(QJsonDocument::Compact));
 }
 
 void ResultChannel::write(const QByteArray &line)
@@ -118,9 +129,9 @@ ResultChannel::Received ResultChannel::read() const
     const QList<QByteArray> lines = input.readAll().split('\n');
     for (const QByteArray &line : lines) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        const QJsonValue check = object.value(checked);
-        const QJsonValue end = object.value(ended);
-        if (object.contains(started)) {
+        const QJsonValue check = object.value(checkMember());
+        const QJsonValue end = object.value(endMember());
+        if (object.contains(startMember())) {
             received.hasStarted = true;
         } else if (check.isObject()) {
             result.checks.append(checkOf(check));

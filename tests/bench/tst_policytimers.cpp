@@ -90,8 +90,9 @@ void PolicyTimersTest::whatOthersDoComesLater()
     VirtualClock::installed()->advance(1000);
     QStringList lines;
     const Record record(timers, lines);
-    const QTimer *const muteTimer = AudioPolicyInspector(manager).timers().first().timer;
-    connect(muteTimer, &QTimer::timeout, &timers, [&] { lines += QStringLiteral("another") + timers.current(); });
+    const auto all = AudioPolicyInspector(manager).timers();
+    const QTimer *const muteTimer = all.first().timer;
+    connect(muteTimer, &QTimer::timeout, &timers, [told = &lines, asked = &timers] { *told += QStringLiteral("another") + asked->current(); });
     timers.watch(&manager); // keeps its place
     manager.setAudioMute(true, 1);
     VirtualClock::installed()->advance(50);

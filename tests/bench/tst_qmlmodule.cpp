@@ -187,12 +187,12 @@ QString codeOfManual(const QString &language, const QString &behind)
     return text.mid(begin, text.indexOf(QStringLiteral("\n```\n"), begin) + 1 - begin);
 }
 
-QStringList printed;
+Q_GLOBAL_STATIC(QStringList, printed)
 
 void collect(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (QLatin1String(context.category) == QLatin1String("qml"))
-        printed.append(qFormatLogMessage(type, context, message));
+        printed->append(qFormatLogMessage(type, context, message));
 }
 
 } // namespace
@@ -210,7 +210,7 @@ void QmlModuleTest::exampleOfBindings()
     qInstallMessageHandler(previous);
     qSetMessagePattern(QStringLiteral("%{message}"));
     QVERIFY2(object, qPrintable(component.errorString()));
-    QCOMPARE(printed.join(QLatin1Char('\n')) + QLatin1Char('\n'), codeOfManual(QStringLiteral("text"), chapter));
+    QCOMPARE(printed->join(QLatin1Char('\n')) + QLatin1Char('\n'), codeOfManual(QStringLiteral("text"), chapter));
 }
 
 void QmlModuleTest::unsavedSettings()

@@ -340,7 +340,8 @@ void SettingsTextTest::randomChanges()
     int groupStart = 0;
     int groupEnd = 0;
     int start = 0;
-    for (const QByteArray &line : whole.split('\n')) {
+    const QList<QByteArray> lines = whole.split('\n');
+    for (const QByteArray &line : lines) {
         const int end = start + line.size();
         const int equals = line.indexOf('=');
         if (line.startsWith('[')) {
