@@ -283,7 +283,7 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
     const TimelineLog recorder(timeline, request.showsLog);
 
     constexpr qint64 millisecondsPerSecond = 1000;
-    constexpr qint64 bytesPerMegabyte = 1024 * 1024;
+    constexpr qint64 bytesPerMegabyte = 1024LL * 1024;
     ScenarioLimits limits{request.seconds * millisecondsPerSecond, request.megabytes * bytesPerMegabyte, {}};
     limits.onStuck = [&channel](const ScenarioResult &result) {
         if (channel)

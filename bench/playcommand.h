@@ -43,7 +43,7 @@ private:
     std::optional<Request> understand(const QCommandLineParser &parsed) const;
     static int list(const QStringList &words);
     static int playInProcess(const Request &request, const QString &file, int resultsTo);
-    static int playAll(const Request &request, const QStringList &words);
+    static int playAll(const Request &given, const QStringList &words);
     static QStringList optionsFor(const Request &request);
 };
 

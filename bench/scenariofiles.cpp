@@ -22,7 +22,7 @@ QStringList ScenarioFiles::find(const QString &word, QString &problem)
     if (word == standardInput())
         return {word};
     if (info.isDir()) {
-        const QStringList files = inFolder(word);
+        QStringList files = inFolder(word);
         if (files.isEmpty())
             problem = QStringLiteral("there is no scenario in this folder");
         return files;

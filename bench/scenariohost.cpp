@@ -130,7 +130,7 @@ void ScenarioHost::wait(double milliseconds)
     if (simulator::VirtualClock *const clock = simulator::VirtualClock::installed()) {
         // In parts, so that a week of timers can be ended by a limit.
         constexpr qint64 longestPart = 60LL * 60 * 1000;
-        qint64 left = qint64(milliseconds);
+        auto left = qint64(milliseconds);
         do {
             const qint64 part = std::min(left, longestPart);
             clock->advance(part);

@@ -16,7 +16,7 @@ class PlatformArguments
 {
 public:
     /// @param namesInUse sources known besides those of the library
-    PlatformArguments(const QObject *callee, const QSet<QString> &namesInUse);
+    PlatformArguments(const QObject *asked, const QSet<QString> &known);
 
     /// The platform must not be asked then.
     bool failed() const { return unknown || arguments.failed(); }
