@@ -15,7 +15,7 @@
 class PlatformArguments
 {
 public:
-    /// @param namesInUse sources known besides those of the library
+    /// @param known names of sources in use, besides those of the library
     PlatformArguments(const QObject *asked, const QSet<QString> &known);
 
     /// The platform must not be asked then.
