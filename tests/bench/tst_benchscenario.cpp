@@ -526,8 +526,10 @@ void BenchScenarioTest::stuckInsideTheEngine_data()
     // On 32 bits it is too much for any process, as in the next row.
     if (sizeof(void *) > 4)
         QTest::newRow("a text of gigabytes") << QStringLiteral("--huge-text") << QByteArray("needs more than 400 MB of memory, line 2, 1 check\n");
+#ifndef __SANITIZE_ADDRESS__ // which ends the process itself
     QTest::newRow("a text longer than any") << QStringLiteral("--longest-text")
                                             << QByteArray("needs more memory for one value than there is, line 2, 1 check\n");
+#endif
     QTest::newRow("a list that is sorted") << QStringLiteral("--huge-sort") << QByteArray("did not end within 0.3 s, line 4, 1 check\n");
 }
 
