@@ -1,6 +1,7 @@
 #include "platformarguments.h"
 
 #include "nearestname.h"
+#include "policynames.h"
 
 #include "tracks.h"
 
@@ -13,32 +14,6 @@
 
 namespace
 {
-
-/// The platform's names of the sources that the library plays.
-constexpr const char *librarySources[] = {
-    "S+none",
-    "S+FilePlayer",
-    "S+DiscPlayer",
-    "BT_AUDIO_Track",
-    "S+BtRingtone",
-    "S+BtPcmPhone",
-    "BT_MIC_Record",
-    "S+AuxIn",
-    "S+Mic",
-    "S+GPS",
-    "S+CarPlayMedia",
-    "S+CarPlayAlert",
-    "S+CarPlayTelephony",
-    "S+CarPlaySpeech",
-    "S+CarPlayDefault",
-    "S+AndroidAuto",
-    "S+IPod",
-    "S+CarLife",
-    "S+IosMirror",
-    "S+WebLink",
-    "S+AirPlayMedia",
-    "hicar_voice_callmodemspeaker10",
-};
 
 constexpr int bandCount = 20; // of the extended record
 constexpr int longestText = 60; // of a foreign name in a message
@@ -75,8 +50,12 @@ QStringList tracks()
 QStringList sources(const QSet<QString> &others)
 {
     QStringList names;
-    for (const char *const source : librarySources)
-        names.append(QLatin1String(source));
+    for (const policynames::Source &source : policynames::sources) {
+        const QLatin1String name(source.name);
+        // AirPlay's stands there as applications write it, too; on the platform that is no source.
+        if (!name.startsWith(QLatin1String("s+")))
+            names.append(name);
+    }
     QStringList further = others.values();
     further.sort(); // so that of two equally near ones it is always the same
     return names + further;
