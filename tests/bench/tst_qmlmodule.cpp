@@ -178,7 +178,7 @@ namespace
 /// The first block of code in a language behind a text of the manual.
 QString codeOfManual(const QString &language, const QString &behind)
 {
-    QFile manual(QFINDTESTDATA("../../docs/qml.md"));
+    QFile manual(QStringLiteral(QML_DOCUMENT));
     if (!manual.open(QIODevice::ReadOnly))
         return {};
     const QString text = QString::fromUtf8(manual.readAll());
