@@ -4,19 +4,6 @@
 
     const host = bench.host;
 
-    // Operations of the facade and the policy whose first argument is a tag, which reads better by its name.
-    const tagged = ["setStreamVolume", "getStreamVolume", "initTrackStepVolume", "setOutputSource", "setOutputFrontSource", "setInputDestination"];
-
-    // Operations of the policy whose first argument is a number with a name: which of the enumerators of AudioPolicy are meant, and
-    // what of their names is shown.
-    const volumeType = /^(?!Status|Channel)(.+)/;
-    const named = new Map([["updateAudioStatus", /^Status(.+)/], ["updateAudioChannel", /^Channel(.+)/], ["setVolume", volumeType],
-        ["getVolume", volumeType], ["_getAllChannelsFromCurrentType", volumeType]]);
-
-    // What a scenario does to the car and the platform. The other members of Platform only look.
-    const platformEvents = ["setReverseGear", "setHomeUiType", "setCallDuration", "reset", "setActiveSource", "setAlternativeCount",
-        "setCalibrationGains", "setDownlinkDelay", "setMicrophoneTest", "fail", "failOnce", "failFactory", "clearFaults"];
-
     function isList(value) {
         return Array.isArray(value) || (typeof value === "object" && value !== null && "length" in value && typeof value.length === "number");
     }
@@ -126,22 +113,12 @@
         return key in enumerators ? enumerators[key] : known(name, object[key], key);
     }
 
+    // Numbers that have a name read better by it: tags, statuses, channels and volume types.
     function argumentTexts(operation, given) {
-        const texts = given.map(show);
-        if (tagged.includes(operation)) {
-            const tags = bench.AudioControl.enumerators;
-            const tag = ["Main", "Second", "Alternative", "Uplink", "Input0", "Input1", "Input2", "MainIm"].find(key => tags[key] === given[0]);
-            if (tag)
-                texts[0] = tag;
-        }
-        const pattern = named.get(operation);
-        if (pattern) {
-            const numbers = bench.AudioPolicy.enumerators;
-            const key = Object.keys(numbers).find(key => pattern.test(key) && numbers[key] === given[0]);
-            if (key)
-                texts[0] = pattern.exec(key)[1];
-        }
-        return texts.join(", ");
+        return given.map((value, i) => {
+            const names = bench.numberNames[operation.enumerations[i]] || {};
+            return typeof value === "number" && names[value] || show(value);
+        }).join(", ");
     }
 
     // Calls a function as a request of the scenario: it and what it causes stand in the timeline.
@@ -159,20 +136,24 @@
     }
 
     // An object whose functions are requests, and whose unknown members are errors instead of undefined.
-    function observed(name, object, enumerators, operations, isRequest) {
+    function observed(name, {object, enumerators, operations}) {
+        // The engine's own functions, such as toString(), count as the object's others do.
+        const other = {parameters: null, enumerations: [], acts: Object.values(operations).every(operation => operation.acts)};
         return new Proxy({}, {
             get(target, key) {
                 const value = member(name, object, enumerators, key);
                 if (typeof value !== "function")
                     return value;
+                const operation = Object.prototype.hasOwnProperty.call(operations, key) ? operations[key] : other;
                 const called = function (...given) {
                     const call = () => {
-                        const operation = operations[key];
-                        if (operation)
-                            requireCount(name + "." + key, operation.parameters, operation.minimum, given);
+                        if (operation.parameters)
+                            requireCount(name + "." + key, operation.parameters, operation.parameters.length, given);
                         return value(...given);
                     };
-                    return isRequest(key) ? request(name + "." + key + "(" + argumentTexts(key, given) + ")", call) : afterHandlers(call);
+                    if (!operation.acts)
+                        return afterHandlers(call);
+                    return request(name + "." + key + "(" + argumentTexts(operation, given) + ")", call);
                 };
                 called.connect = (...receiver) => value.connect(...guardedReceiver(receiver));
                 called.disconnect = (...receiver) => value.disconnect(...guardedReceiver(receiver));
@@ -186,11 +167,6 @@
                 return key in enumerators || object[key] !== undefined;
             },
         });
-    }
-
-    function singleton(name, isRequest) {
-        const pair = bench[name];
-        return observed(name, pair.object, pair.enumerators, pair.operations, isRequest);
     }
 
     // The object as it is, for good; members that it does not have are errors, to read or to set.
@@ -304,13 +280,11 @@
         return observedMatchers(Object.assign(matchers(false), {not: observedMatchers(matchers(true))}));
     }
 
-    const always = () => true;
-    const never = () => false;
     Object.assign(bench.global, {
-        AudioControl: singleton("AudioControl", always),
-        AudioPolicy: singleton("AudioPolicy", always),
-        AudioSettings: singleton("AudioSettings", never),
-        Platform: singleton("Platform", key => platformEvents.includes(key)),
+        AudioControl: observed("AudioControl", bench.AudioControl),
+        AudioPolicy: observed("AudioPolicy", bench.AudioPolicy),
+        AudioSettings: observed("AudioSettings", bench.AudioSettings),
+        Platform: observed("Platform", bench.Platform),
         AudioFocus: guarded("AudioFocus", AudioFocus),
         expect,
         say: counted("say", ["text"], text => host.say(String(text))),

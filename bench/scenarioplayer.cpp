@@ -46,43 +46,57 @@ QJSValue enumerators(QJSEngine &engine, const QMetaObject &type)
     return object;
 }
 
-/// The functions of a class that scripts call, as {setMute: {parameters: ["mute"], minimum: 1}, ...}.
-QJSValue operations(QJSEngine &engine, const QMetaObject &type)
+/// The operations of a type, as {setVolume: {parameters: ["type", "volume", "save"], enumerations: ["VolumeType"], acts: true}, ...}.
+QJSValue operations(QJSEngine &engine, const ScriptType &type)
 {
     QJSValue object = engine.newObject();
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        const QMetaMethod method = type.method(i);
-        if (method.methodType() == QMetaMethod::Signal)
-            continue;
-        // A function with default arguments stands here once more for each of them.
-        const QString name = QString::fromLatin1(method.name());
-        const QList<QByteArray> names = method.parameterNames();
-        QJSValue operation = object.property(name);
-        const bool isKnown = operation.isObject();
-        if (!isKnown || names.size() > operation.property(QStringLiteral("parameters")).property(QStringLiteral("length")).toInt()) {
-            QJSValue parameters = engine.newArray(uint(names.size()));
-            for (int parameter = 0; parameter < names.size(); ++parameter)
-                parameters.setProperty(uint(parameter), QString::fromLatin1(names.at(parameter)));
-            if (!isKnown)
-                operation = engine.newObject();
-            operation.setProperty(QStringLiteral("parameters"), parameters);
+    for (const ScriptOperation &operation : type.operations()) {
+        QJSValue parameters = engine.newArray();
+        QJSValue enumerations = engine.newArray();
+        quint32 next = 0;
+        for (int i = 0; i < operation.call.count; ++i) {
+            const ScriptParameter &parameter = operation.call.parameters[i];
+            if (parameter.isOutput)
+                continue;
+            parameters.setProperty(next, QLatin1String(operation.names.at(i)));
+            enumerations.setProperty(next++, QLatin1String(parameter.enumeration));
         }
-        const int minimum = isKnown ? std::min(names.size(), operation.property(QStringLiteral("minimum")).toInt()) : names.size();
-        operation.setProperty(QStringLiteral("minimum"), minimum);
-        object.setProperty(name, operation);
+        QJSValue described = engine.newObject();
+        described.setProperty(QStringLiteral("parameters"), parameters);
+        described.setProperty(QStringLiteral("enumerations"), enumerations);
+        described.setProperty(QStringLiteral("acts"), operation.kind == ScriptKind::Acts);
+        object.setProperty(QLatin1String(operation.name), described);
     }
     return object;
 }
 
-/// An object that lives outside the engine, as {object, enumerators, operations}.
-QJSValue scriptObject(QJSEngine &engine, QObject &object)
+/// Adds the names of a type's numbers, without prefix: {Status: {0: "None", 1: "BtRing", ...}, ...}.
+void addNumberNames(QJSEngine &engine, QJSValue &object, const ScriptType &type)
+{
+    for (const ScriptEnumeration &enumeration : type.enumerations()) {
+        QJSValue names = engine.newObject();
+        for (std::size_t i = 0; i < enumeration.count; ++i)
+            names.setProperty(QString::number(enumeration.numbers[i].number), QLatin1String(enumeration.numbers[i].name));
+        object.setProperty(QLatin1String(enumeration.name), names);
+    }
+}
+
+/// An object that lives outside the engine, for good.
+QJSValue wrap(QJSEngine &engine, QObject &object)
 {
     QQmlEngine::setObjectOwnership(&object, QQmlEngine::CppOwnership);
-    QJSValue pair = engine.newObject();
-    pair.setProperty(QStringLiteral("object"), engine.newQObject(&object));
-    pair.setProperty(QStringLiteral("enumerators"), enumerators(engine, *object.metaObject()));
-    pair.setProperty(QStringLiteral("operations"), operations(engine, *object.metaObject()));
-    return pair;
+    return engine.newQObject(&object);
+}
+
+/// As {object, enumerators, operations}.
+template<typename Scripted>
+QJSValue scriptObject(QJSEngine &engine, Scripted &object)
+{
+    QJSValue described = engine.newObject();
+    described.setProperty(QStringLiteral("object"), wrap(engine, object));
+    described.setProperty(QStringLiteral("enumerators"), enumerators(engine, Scripted::staticMetaObject));
+    described.setProperty(QStringLiteral("operations"), operations(engine, Scripted::scriptType()));
+    return described;
 }
 
 QJSValue loadFunctions(QJSEngine &engine)
@@ -220,11 +234,15 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     QJSEngine engine;
     engine.installExtensions(QJSEngine::ConsoleExtension);
     QJSValue objects = engine.newObject();
-    objects.setProperty(QStringLiteral("host"), scriptObject(engine, host).property(QStringLiteral("object")));
+    objects.setProperty(QStringLiteral("host"), wrap(engine, host));
     objects.setProperty(QStringLiteral("AudioControl"), scriptObject(engine, control));
     objects.setProperty(QStringLiteral("AudioSettings"), scriptObject(engine, settings));
     objects.setProperty(QStringLiteral("AudioPolicy"), scriptObject(engine, policy));
     objects.setProperty(QStringLiteral("Platform"), scriptObject(engine, platform));
+    QJSValue numberNames = engine.newObject();
+    addNumberNames(engine, numberNames, QmlAudioControl::scriptType());
+    addNumberNames(engine, numberNames, QmlAudioPolicy::scriptType());
+    objects.setProperty(QStringLiteral("numberNames"), numberNames);
     objects.setProperty(QStringLiteral("focusEnumerators"), enumerators(engine, QmlAudioFocus::staticMetaObject));
     objects.setProperty(QStringLiteral("global"), engine.globalObject());
     const QJSValue functions = loadFunctions(engine).call({objects});

@@ -100,14 +100,13 @@ void PlatformArguments::check(const ScriptArgument &argument)
     };
     const auto *const found
         = std::find_if(std::cbegin(checks), std::cend(checks), [&argument](const Check &candidate) { return qstrcmp(candidate.name, argument.name) == 0; });
-    Q_ASSERT(found != std::cend(checks));
-    if (!failed())
+    if (found != std::cend(checks) && !failed())
         (this->*found->check)(argument);
 }
 
 void PlatformArguments::checkTrack(const ScriptArgument &argument)
 {
-    const auto name = ScriptCall::read<QString>(arguments, argument);
+    const auto name = read<QString>(argument);
     if (failed() || simulator::isTrack(name))
         return;
     const QString nearest = nearestText(name, tracks());
@@ -117,7 +116,7 @@ void PlatformArguments::checkTrack(const ScriptArgument &argument)
 
 void PlatformArguments::checkSource(const ScriptArgument &argument)
 {
-    const auto name = ScriptCall::read<QString>(arguments, argument);
+    const auto name = read<QString>(argument);
     if (failed() || name.isEmpty())
         return;
     const QStringList known = sources(namesInUse);
@@ -127,7 +126,7 @@ void PlatformArguments::checkSource(const ScriptArgument &argument)
 
 void PlatformArguments::checkChannel(const ScriptArgument &argument)
 {
-    const auto bit = ScriptCall::read<quint32>(arguments, argument);
+    const auto bit = read<quint32>(argument);
     if (!failed() && !channels().contains(bit))
         refuse(QStringLiteral("there is no channel %1").arg(bit) + nearestText(bit, channels()));
 }
@@ -135,14 +134,14 @@ void PlatformArguments::checkChannel(const ScriptArgument &argument)
 void PlatformArguments::checkInput(const ScriptArgument &argument)
 {
     const QVector<qint64> inputs = {1, 2}; // the auxiliary one, I2S
-    const auto input = ScriptCall::read<int>(arguments, argument);
+    const auto input = read<int>(argument);
     if (!failed() && !inputs.contains(input))
         refuse(QStringLiteral("there is no input %1").arg(input) + nearestText(input, inputs));
 }
 
 void PlatformArguments::checkBand(const ScriptArgument &argument)
 {
-    const auto band = ScriptCall::read<int>(arguments, argument);
+    const auto band = read<int>(argument);
     if (!failed() && (band < 0 || band >= bandCount))
         refuse(QStringLiteral("there is no band %1; bands are 0 to %2").arg(band).arg(bandCount - 1));
 }

@@ -22,12 +22,20 @@ public:
     bool failed() const { return unknown || arguments.failed(); }
 
     /// What the argument has to be is told by its name: "track", "source" (or empty, for none), "channel" (one output channel bit), "input" or
-    /// "band".
+    /// "band". Others are left to the operation.
     void check(const ScriptArgument &argument);
 
 private:
     Q_DISABLE_COPY(PlatformArguments)
 
+    template<typename Value>
+    Value read(const ScriptArgument &argument)
+    {
+        Value value = {};
+        if (!arguments.failed())
+            arguments.read(argument, value);
+        return value;
+    }
     void checkTrack(const ScriptArgument &argument);
     void checkSource(const ScriptArgument &argument);
     void checkChannel(const ScriptArgument &argument);

@@ -1,391 +1,141 @@
 #include "qmlaudiocontrol.h"
 
-#include "scriptcall.h"
-#include "scriptvalues.h"
-
 using audio::AudioControl;
+
+template<>
+AudioControl &scriptTarget<AudioControl>(QObject & /*callee*/)
+{
+    return *AudioControl::getInstance();
+}
 
 namespace
 {
 
-template<typename Result, typename... Parameters, std::size_t count>
-Result call(const QObject *callee, Result (AudioControl::*operation)(Parameters...), const ScriptArgument (&arguments)[count])
-{
-    static_assert(count == sizeof...(Parameters), "one named argument for each parameter");
-    return callFromScript(callee, &AudioControl::getInstance, operation, arguments);
-}
+constexpr policynames::Number tags[] = {
+    {AudioControl::Main, "Main", "the front seats"},
+    {AudioControl::Second, "Second", "the rear earphones"},
+    {AudioControl::Alternative, "Alternative", "prompts and calls over the main audio"},
+    {AudioControl::Uplink, "Uplink", "what the other end of a call hears"},
+    {AudioControl::Input0, "Input0", "the first recording track"},
+    {AudioControl::Input1, "Input1", "the second recording track"},
+    {AudioControl::Input2, "Input2", "the third recording track"},
+    {AudioControl::MainIm, "MainIm", "the main audio, mixed in at once"},
+};
+
+constexpr policynames::Number outputChannels[] = {
+    {AudioControl::LeftFront, "LeftFront", "the loudspeaker at the driver's or passenger's left"},
+    {AudioControl::RightFront, "RightFront", "front right"},
+    {AudioControl::LeftRear, "LeftRear", "rear left"},
+    {AudioControl::RightRear, "RightRear", "rear right"},
+    {AudioControl::FifthOutput, "FifthOutput", "the fifth output"},
+    {AudioControl::SixthOutput, "SixthOutput", "the sixth output"},
+};
+
+/// A number is a tag, anything else a platform track.
+template<auto byTag, auto byTrack>
+constexpr ScriptCall byTagOrTrack = [] {
+    ScriptCall call = scriptCall<byTag>;
+    call.run = [](QObject &callee, const ScriptOperation &operation, const QJSValue *given) {
+        ScriptOperation named = operation;
+        named.names[0] = given[0].isNumber() ? "tag" : "track";
+        return (given[0].isNumber() ? scriptCall<byTag> : scriptCall<byTrack>).run(callee, named, given);
+    };
+    return call;
+}();
+
+constexpr ScriptRow operations[] = {
+    {"small state"},
+    {SCRIPT_CALL(AudioControl, setStepRange), "range", "how many steps step volumes are counted in; 100 until set"},
+    {SCRIPT_CALL(AudioControl, getStepRang), "", "the number of steps; the name is spelled so"},
+    {SCRIPT_CALL(AudioControl, setAlterMode), "on", "whether prompts play on the alternative track; only remembered"},
+    {SCRIPT_CALL(AudioControl, getAlterMode), "", "what setAlterMode() was given; true until then"},
+    {SCRIPT_CALL(AudioControl, getMasterStepVolume), "", "the step that setMasterStepVolume() took last; 0 until then"},
+    {SCRIPT_CALL(AudioControl, getAlterStepVolume), "", "0 for ever"},
+    {SCRIPT_CALL(AudioControl, isMute), "", "the state last given to setMute(), whether or not the platform took it"},
+    {SCRIPT_CALL(AudioControl, setProfileMode), "mode", "does nothing"},
+    {"volumes"},
+    {SCRIPT_CALL(AudioControl, setStreamVolume), "tag, name, volume", "the volume of a source, 0 to 148; some sources are boosted by 1.5"},
+    {SCRIPT_CALL(AudioControl, getStreamVolume), "tag, name", "the platform's volume of a source, 0 to 148; boosted ones read boosted"},
+    {SCRIPT_CALL(AudioControl, setMasterVolume), "volume", "holds the platform's master volume at 100, whatever the volume is; 0, or -1 where it failed"},
+    {SCRIPT_CALL(AudioControl, getMasterVolume), "", "the platform's master volume, 0 to 100"},
+    {SCRIPT_CALL(AudioControl, initTrackStepVolume), "tag, volumes", "loads step volumes, {name: step, …}, and sends each to the platform"},
+    {"steps"},
+    {SCRIPT_CALL(AudioControl, getCurMainTrackStepVolumeInfo), "name, step", "name and step of what plays on the main track"},
+    {SCRIPT_CALL(AudioControl, changeMainTrackStepVolume),
+     "up, name, step",
+     "moves what plays on the main track, with its group, by one step; result 1 at the limit"},
+    {SCRIPT_CALL(AudioControl, getActivedAlterNumber), "", "the platform's count of active alternative streams, or -1"},
+    {SCRIPT_CALL(AudioControl, changeAlterStepVolume), "up, current, step", "moves the alternative track from the current step by one; result 1 at the limit"},
+    {SCRIPT_CALL(AudioControl, setAlterVolume),
+     "volume, hicarCall",
+     "the alternative track's volume, 0 to 100; with true also that of the HiCar call; -1 always"},
+    {SCRIPT_CALL(AudioControl, setAlterStepVolume), "step, hicarCall", "setAlterVolume() of a step's value; -1 always"},
+    {SCRIPT_CALL(AudioControl, setMasterStepVolume), "step", "the master step; 0, or not where it was refused"},
+    {"mute"},
+    {SCRIPT_CALL(AudioControl, setMute), "mute", "mutes or unmutes the main and the alternative track"},
+    {SCRIPT_CALL(AudioControl, setBackEarphone), "on", "switches the rear seats' output on or off"},
+    {SCRIPT_CALL(AudioControl, muteBackEarphone), "mute", "the same, said the other way round"},
+    {"equalizer"},
+    {SCRIPT_CALL(AudioControl, setEqMode), "mode", "applies a preset, 0 to 6"},
+    {SCRIPT_CALL(AudioControl, getEqGain), "mode", "the sixteen gains of a preset in dB; none outside 0 to 6"},
+    {SCRIPT_CALL(AudioControl, getSubGain), "mode", "the nine gains of a subwoofer curve, 0 or 1, in dB"},
+    {SCRIPT_CALL(AudioControl, setEqGain), "gains", "sixteen free gains, -12 to 12 dB"},
+    {SCRIPT_CALL(AudioControl, setEqGain10), "gains", "ten free gains, -12 to 12 dB"},
+    {SCRIPT_CALL(AudioControl, setEqValue), "gains", "sixteen free gains, -12 to 12 dB, on the value preset"},
+    {SCRIPT_CALL(AudioControl, getEqInitValue), "frequencies", "the sixteen band frequencies in Hz"},
+    {SCRIPT_CALL(AudioControl, setLoudnessSwitch), "on", "switches loudness"},
+    {"place"},
+    {SCRIPT_CALL(AudioControl, setFadeBalance), "fade, balance", "places the sound: fade -15 (rear) to 15 (front), balance -15 (right) to 15 (left)"},
+    {"routing"},
+    {"setOutputSource",
+     byTagOrTrack<qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setOutputSource),
+                  qOverload<const char *, const char *>(&AudioControl::setOutputSource)>,
+     "trackOrTag, source",
+     "routes a source; a number is a tag, a text a platform track"},
+    {"setOutputFrontSource",
+     byTagOrTrack<qOverload<AudioControl::AudioTag, const char *, bool>(&AudioControl::setOutputFrontSource),
+                  qOverload<const char *, const char *, bool>(&AudioControl::setOutputFrontSource)>,
+     "trackOrTag, source, frontOnly",
+     "the same, and chooses front only or front and rear"},
+    {"setInputDestination",
+     byTagOrTrack<qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setInputDestination),
+                  qOverload<const char *, const char *>(&AudioControl::setInputDestination)>,
+     "trackOrTag, destination",
+     "feeds an input track to a destination; a number is a tag, a text a platform track"},
+    {SCRIPT_CALL(AudioControl, setAuxinChannel), "channel", "puts the auxiliary input on a pin, 0 to 5; pin 0 for others"},
+    {SCRIPT_CALL(AudioControl, getAuxinChannel), "", "the auxiliary input's channel; 0 where the platform fails"},
+    {SCRIPT_CALL(AudioControl, setI2SINChannel), "channel", "puts the I2S input on pin 5, whatever the channel is"},
+    {SCRIPT_CALL(AudioControl, setMainAudioDunkingMode), "mode", "ducking of the main audio; 0 is off"},
+    {SCRIPT_CALL(AudioControl, setMainAudioDunkingTargetGain), "gain", "the gain that the main audio is ducked to"},
+    {"microphone"},
+    {SCRIPT_CALL(AudioControl, setMicroPhoneVolume), "volume", "the microphone's volume, 0 to 91"},
+    {SCRIPT_CALL(AudioControl, getMicAnalogGain), "first, second", "the analogue gains"},
+    {SCRIPT_CALL(AudioControl, setMicAnalogGain), "first, second", "sets the analogue gains; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(AudioControl, setMicOpAndPga), "op, pga", "the amplifier's stage and programmable gain; -1 always"},
+    {SCRIPT_CALL(AudioControl, startMicGainCalibration), "", "starts the calibration; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(AudioControl, setMicGainCalibration), "", "takes what the calibration found; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(AudioControl, getMicCalibrationGain), "first, second", "what the calibration found"},
+    {SCRIPT_CALL(AudioControl, setDownlinkDelayEstimation), "", "starts the estimation of the downlink delay"},
+    {SCRIPT_CALL(AudioControl, getDownlinkDelayEstimation), "delay", "the estimated delay"},
+    {SCRIPT_CALL(AudioControl, setHandsfreeDelay), "delay", "the delay for the echo cancelling; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(AudioControl, setAECQuality), "quality", "the quality of echo cancelling, 0 to 2; 1 for others"},
+    {SCRIPT_CALL(AudioControl, getMicrophoneTest), "values", "the self-test's eight values; none where the platform fails"},
+    {SCRIPT_CALL(AudioControl, setMicLeftRightSwitch), "swap", "swaps the left and right inputs"},
+    {"processing"},
+    {SCRIPT_CALL(AudioControl, setDpsEnable), "enable", "switches the platform's DPS processing"},
+    {SCRIPT_CALL(AudioControl, setStereoEnable), "enable", "switches the platform's stereo processing"},
+    {SCRIPT_CALL(AudioControl, setDpsUserGain), "gain", "the gain of DPS"},
+    {SCRIPT_CALL(AudioControl, setFilter),
+     "channel, filter",
+     "the filter of one output, or of all for a channel outside 0 to 5; {value1, flag, kind, value2, value3, value4}"},
+    {SCRIPT_CALL(AudioControl, setSpeakerDelay), "delays", "the delays of the six outputs"},
+    {SCRIPT_CALL(AudioControl, setSpeakerDealy), "channel, delay", "the delay of one output; the name is spelled so"},
+};
 
 } // namespace
 
-QmlAudioControl::QmlAudioControl(QObject *parent)
-    : QObject(parent)
+const ScriptType &QmlAudioControl::scriptType()
 {
-}
-
-// Small state ---------------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setStepRange(const QJSValue &range)
-{
-    call(this, &AudioControl::setStepRange, {{"range", range}});
-}
-
-int QmlAudioControl::getStepRang()
-{
-    return AudioControl::getInstance()->getStepRang();
-}
-
-void QmlAudioControl::setAlterMode(const QJSValue &on)
-{
-    call(this, &AudioControl::setAlterMode, {{"on", on}});
-}
-
-bool QmlAudioControl::getAlterMode()
-{
-    return AudioControl::getInstance()->getAlterMode();
-}
-
-int QmlAudioControl::getMasterStepVolume()
-{
-    return AudioControl::getInstance()->getMasterStepVolume();
-}
-
-int QmlAudioControl::getAlterStepVolume()
-{
-    return AudioControl::getInstance()->getAlterStepVolume();
-}
-
-bool QmlAudioControl::isMute()
-{
-    return AudioControl::getInstance()->isMute();
-}
-
-void QmlAudioControl::setProfileMode(const QJSValue &mode)
-{
-    call(this, &AudioControl::setProfileMode, {{"mode", mode}});
-}
-
-// Stream and master volume --------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setStreamVolume(const QJSValue &tag, const QJSValue &name, const QJSValue &volume)
-{
-    call(this, &AudioControl::setStreamVolume, {{"tag", tag}, {"name", name}, {"volume", volume}});
-}
-
-int QmlAudioControl::getStreamVolume(const QJSValue &tag, const QJSValue &name)
-{
-    return call(this, &AudioControl::getStreamVolume, {{"tag", tag}, {"name", name}});
-}
-
-int QmlAudioControl::setMasterVolume(const QJSValue &volume)
-{
-    return call(this, &AudioControl::setMasterVolume, {{"volume", volume}});
-}
-
-int QmlAudioControl::getMasterVolume()
-{
-    return AudioControl::getInstance()->getMasterVolume();
-}
-
-void QmlAudioControl::initTrackStepVolume(const QJSValue &tag, const QJSValue &volumes)
-{
-    call(this, &AudioControl::initTrackStepVolume, {{"tag", tag}, {"volumes", volumes}});
-}
-
-// Step volume ---------------------------------------------------------------------------------------------------------------
-
-QVariantMap QmlAudioControl::getCurMainTrackStepVolumeInfo()
-{
-    QString name;
-    quint8 step = 0;
-    const int result = AudioControl::getInstance()->getCurMainTrackStepVolumeInfo(name, step);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("name"), name}, {QStringLiteral("step"), int(step)}};
-}
-
-QVariantMap QmlAudioControl::changeMainTrackStepVolume(const QJSValue &up)
-{
-    ScriptArguments arguments(this);
-    const auto goUp = ScriptCall::read<bool>(arguments, {"up", up});
-    if (arguments.failed())
-        return {};
-    QString name;
-    quint8 step = 0;
-    const int result = AudioControl::getInstance()->changeMainTrackStepVolume(goUp, name, step);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("name"), name}, {QStringLiteral("step"), int(step)}};
-}
-
-int QmlAudioControl::getActivedAlterNumber()
-{
-    return AudioControl::getInstance()->getActivedAlterNumber();
-}
-
-QVariantMap QmlAudioControl::changeAlterStepVolume(const QJSValue &up, const QJSValue &current)
-{
-    ScriptArguments arguments(this);
-    const auto goUp = ScriptCall::read<bool>(arguments, {"up", up});
-    const auto from = ScriptCall::read<quint8>(arguments, {"current", current});
-    if (arguments.failed())
-        return {};
-    quint8 step = 0;
-    const int result = AudioControl::getInstance()->changeAlterStepVolume(goUp, from, step);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("step"), int(step)}};
-}
-
-int QmlAudioControl::setAlterVolume(const QJSValue &volume, const QJSValue &hicarCall)
-{
-    return call(this, &AudioControl::setAlterVolume, {{"volume", volume}, {"hicarCall", hicarCall}});
-}
-
-int QmlAudioControl::setAlterStepVolume(const QJSValue &step, const QJSValue &hicarCall)
-{
-    return call(this, &AudioControl::setAlterStepVolume, {{"step", step}, {"hicarCall", hicarCall}});
-}
-
-int QmlAudioControl::setMasterStepVolume(const QJSValue &step)
-{
-    return call(this, &AudioControl::setMasterStepVolume, {{"step", step}});
-}
-
-// Mute ----------------------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setMute(const QJSValue &mute)
-{
-    call(this, &AudioControl::setMute, {{"mute", mute}});
-}
-
-void QmlAudioControl::setBackEarphone(const QJSValue &on)
-{
-    call(this, &AudioControl::setBackEarphone, {{"on", on}});
-}
-
-void QmlAudioControl::muteBackEarphone(const QJSValue &mute)
-{
-    call(this, &AudioControl::muteBackEarphone, {{"mute", mute}});
-}
-
-// Equalizer and loudness ----------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setEqMode(const QJSValue &mode)
-{
-    call(this, &AudioControl::setEqMode, {{"mode", mode}});
-}
-
-QVariantList QmlAudioControl::getEqGain(const QJSValue &mode)
-{
-    return ScriptValues::array(call(this, &AudioControl::getEqGain, {{"mode", mode}}));
-}
-
-QVariantList QmlAudioControl::getSubGain(const QJSValue &mode)
-{
-    return ScriptValues::array(call(this, &AudioControl::getSubGain, {{"mode", mode}}));
-}
-
-void QmlAudioControl::setEqGain(const QJSValue &gains)
-{
-    call(this, &AudioControl::setEqGain, {{"gains", gains}});
-}
-
-void QmlAudioControl::setEqGain10(const QJSValue &gains)
-{
-    call(this, &AudioControl::setEqGain10, {{"gains", gains}});
-}
-
-void QmlAudioControl::setEqValue(const QJSValue &gains)
-{
-    call(this, &AudioControl::setEqValue, {{"gains", gains}});
-}
-
-QVariantList QmlAudioControl::getEqInitValue()
-{
-    QList<int> frequencies;
-    AudioControl::getInstance()->getEqInitValue(frequencies);
-    return ScriptValues::array(frequencies);
-}
-
-void QmlAudioControl::setLoudnessSwitch(const QJSValue &on)
-{
-    call(this, &AudioControl::setLoudnessSwitch, {{"on", on}});
-}
-
-// Fade and balance ----------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setFadeBalance(const QJSValue &fade, const QJSValue &balance)
-{
-    call(this, &AudioControl::setFadeBalance, {{"fade", fade}, {"balance", balance}});
-}
-
-// Routing and inputs --------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setOutputSource(const QJSValue &trackOrTag, const QJSValue &source)
-{
-    if (trackOrTag.isNumber())
-        call(this, qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setOutputSource), {{"tag", trackOrTag}, {"source", source}});
-    else
-        call(this, qOverload<const char *, const char *>(&AudioControl::setOutputSource), {{"track", trackOrTag}, {"source", source}});
-}
-
-void QmlAudioControl::setOutputFrontSource(const QJSValue &trackOrTag, const QJSValue &source, const QJSValue &frontOnly)
-{
-    if (trackOrTag.isNumber()) {
-        call(this,
-             qOverload<AudioControl::AudioTag, const char *, bool>(&AudioControl::setOutputFrontSource),
-             {{"tag", trackOrTag}, {"source", source}, {"frontOnly", frontOnly}});
-    } else {
-        call(this,
-             qOverload<const char *, const char *, bool>(&AudioControl::setOutputFrontSource),
-             {{"track", trackOrTag}, {"source", source}, {"frontOnly", frontOnly}});
-    }
-}
-
-void QmlAudioControl::setInputDestination(const QJSValue &trackOrTag, const QJSValue &destination)
-{
-    if (trackOrTag.isNumber())
-        call(this, qOverload<AudioControl::AudioTag, const char *>(&AudioControl::setInputDestination), {{"tag", trackOrTag}, {"destination", destination}});
-    else
-        call(this, qOverload<const char *, const char *>(&AudioControl::setInputDestination), {{"track", trackOrTag}, {"destination", destination}});
-}
-
-void QmlAudioControl::setAuxinChannel(const QJSValue &channel)
-{
-    call(this, &AudioControl::setAuxinChannel, {{"channel", channel}});
-}
-
-int QmlAudioControl::getAuxinChannel()
-{
-    return AudioControl::getInstance()->getAuxinChannel();
-}
-
-void QmlAudioControl::setI2SINChannel(const QJSValue &channel)
-{
-    call(this, &AudioControl::setI2SINChannel, {{"channel", channel}});
-}
-
-void QmlAudioControl::setMainAudioDunkingMode(const QJSValue &mode)
-{
-    call(this, &AudioControl::setMainAudioDunkingMode, {{"mode", mode}});
-}
-
-void QmlAudioControl::setMainAudioDunkingTargetGain(const QJSValue &gain)
-{
-    call(this, &AudioControl::setMainAudioDunkingTargetGain, {{"gain", gain}});
-}
-
-// Microphone and voice ------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setMicroPhoneVolume(const QJSValue &volume)
-{
-    call(this, &AudioControl::setMicroPhoneVolume, {{"volume", volume}});
-}
-
-QVariantMap QmlAudioControl::getMicAnalogGain()
-{
-    float first = 0;
-    float second = 0;
-    const int result = AudioControl::getInstance()->getMicAnalogGain(&first, &second);
-    return {
-        {QStringLiteral("result"), result}, {QStringLiteral("first"), ScriptValues::decimal(first)}, {QStringLiteral("second"), ScriptValues::decimal(second)}};
-}
-
-int QmlAudioControl::setMicAnalogGain(const QJSValue &first, const QJSValue &second)
-{
-    return call(this, &AudioControl::setMicAnalogGain, {{"first", first}, {"second", second}});
-}
-
-int QmlAudioControl::setMicOpAndPga(const QJSValue &op, const QJSValue &pga)
-{
-    return call(this, &AudioControl::setMicOpAndPga, {{"op", op}, {"pga", pga}});
-}
-
-int QmlAudioControl::startMicGainCalibration()
-{
-    return AudioControl::getInstance()->startMicGainCalibration();
-}
-
-int QmlAudioControl::setMicGainCalibration()
-{
-    return AudioControl::getInstance()->setMicGainCalibration();
-}
-
-QVariantMap QmlAudioControl::getMicCalibrationGain()
-{
-    int first = 0;
-    int second = 0;
-    const int result = AudioControl::getInstance()->getMicCalibrationGain(&first, &second);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("first"), first}, {QStringLiteral("second"), second}};
-}
-
-void QmlAudioControl::setDownlinkDelayEstimation()
-{
-    AudioControl::getInstance()->setDownlinkDelayEstimation();
-}
-
-QVariantMap QmlAudioControl::getDownlinkDelayEstimation()
-{
-    short delay = 0;
-    const int result = AudioControl::getInstance()->getDownlinkDelayEstimation(&delay);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("delay"), int(delay)}};
-}
-
-int QmlAudioControl::setHandsfreeDelay(const QJSValue &delay)
-{
-    return call(this, &AudioControl::setHandsfreeDelay, {{"delay", delay}});
-}
-
-void QmlAudioControl::setAECQuality(const QJSValue &quality)
-{
-    call(this, &AudioControl::setAECQuality, {{"quality", quality}});
-}
-
-QVariantList QmlAudioControl::getMicrophoneTest()
-{
-    QList<int> values;
-    AudioControl::getInstance()->getMicrophoneTest(values);
-    return ScriptValues::array(values);
-}
-
-void QmlAudioControl::setMicLeftRightSwitch(const QJSValue &swap)
-{
-    call(this, &AudioControl::setMicLeftRightSwitch, {{"swap", swap}});
-}
-
-// Output processing ---------------------------------------------------------------------------------------------------------
-
-void QmlAudioControl::setDpsEnable(const QJSValue &enable)
-{
-    call(this, &AudioControl::setDpsEnable, {{"enable", enable}});
-}
-
-void QmlAudioControl::setStereoEnable(const QJSValue &enable)
-{
-    call(this, &AudioControl::setStereoEnable, {{"enable", enable}});
-}
-
-void QmlAudioControl::setDpsUserGain(const QJSValue &gain)
-{
-    call(this, &AudioControl::setDpsUserGain, {{"gain", gain}});
-}
-
-void QmlAudioControl::setFilter(const QJSValue &channel, const QJSValue &filter)
-{
-    ScriptArguments arguments(this);
-    const auto output = ScriptCall::read<AudioControl::AudioOutChannel>(arguments, {"channel", channel});
-    AudioControl::AudioFilter_t record = {};
-    const ScriptArgument fields = {"filter", filter};
-    arguments.readField(fields, "value1", record.value1);
-    arguments.readField(fields, "flag", record.flag);
-    arguments.readField(fields, "kind", record.kind);
-    arguments.readField(fields, "value2", record.value2);
-    arguments.readField(fields, "value3", record.value3);
-    arguments.readField(fields, "value4", record.value4);
-    if (!arguments.failed())
-        AudioControl::getInstance()->setFilter(output, record);
-}
-
-void QmlAudioControl::setSpeakerDelay(const QJSValue &delays)
-{
-    call(this, &AudioControl::setSpeakerDelay, {{"delays", delays}});
-}
-
-void QmlAudioControl::setSpeakerDealy(const QJSValue &channel, const QJSValue &delay)
-{
-    call(this, &AudioControl::setSpeakerDealy, {{"channel", channel}, {"delay", delay}});
+    static const ScriptType type("AudioControl", operations, {{"AudioTag", "", tags}, {"AudioOutChannel", "", outputChannels}});
+    return type;
 }

@@ -1,7 +1,6 @@
 #include "qmlaudiopolicy.h"
 
 #include "audiopolicyinspector.h"
-#include "scriptcall.h"
 #include "scriptvalues.h"
 #include "settingsfile.h"
 
@@ -29,30 +28,35 @@ ZelAudioManager *managerOfProcess()
     return manager;
 }
 
+QVariantList array(const QList<int> &values)
+{
+    return {values.cbegin(), values.cend()};
+}
+
 } // namespace
 
-QmlAudioPolicy::QmlAudioPolicy(QObject *parent)
-    : QmlAudioPolicy(&managerOfProcess, parent)
+AudioPolicyState::AudioPolicyState(QObject *parent)
+    : AudioPolicyState(&managerOfProcess, parent)
 {
 }
 
-QmlAudioPolicy::QmlAudioPolicy(const ManagerProvider &giveManager, QObject *parent)
+AudioPolicyState::AudioPolicyState(const ManagerProvider &giveManager, QObject *parent)
     : QObject(parent)
     , provider(giveManager)
 {
 }
 
-ZelAudioManager &QmlAudioPolicy::manager()
+ZelAudioManager &AudioPolicyState::manager()
 {
     ZelAudioManager *const current = provider();
     if (current != known) {
         const bool first = shown.volumes.isEmpty();
         known = current;
-        connect(current, &ZelAudioManager::zelvolumeChanged, this, &QmlAudioPolicy::zelvolumeChanged);
+        connect(current, &ZelAudioManager::zelvolumeChanged, this, &AudioPolicyState::zelvolumeChanged);
         // The manager's own slots were connected first, so these see what the time-out has brought.
         const auto timers = AudioPolicyInspector(*current).timers();
         for (const AudioPolicyInspector::Timer &entry : timers)
-            connect(entry.timer, &QTimer::timeout, this, &QmlAudioPolicy::refresh);
+            connect(entry.timer, &QTimer::timeout, this, &AudioPolicyState::refresh);
         if (first)
             shown = currentState();
         else
@@ -61,18 +65,18 @@ ZelAudioManager &QmlAudioPolicy::manager()
     return *current;
 }
 
-QmlAudioPolicy::State QmlAudioPolicy::currentState()
+AudioPolicyState::State AudioPolicyState::currentState()
 {
     const AudioPolicyInspector inspector(*known);
     return {inspector.status(),
             inspector.channel(),
             audio::AudioControl::getInstance()->isMute(),
-            ScriptValues::array(inspector.volumes()),
+            array(inspector.volumes()),
             inspector.equalizerType(),
-            ScriptValues::array(inspector.customCurve())};
+            array(inspector.customCurve())};
 }
 
-void QmlAudioPolicy::refresh()
+void AudioPolicyState::refresh()
 {
     if (!known)
         return;
@@ -92,353 +96,126 @@ void QmlAudioPolicy::refresh()
         Q_EMIT customCurveChanged();
 }
 
-template<typename Result, typename... Parameters>
-Result QmlAudioPolicy::call(Result (ZelAudioManager::*operation)(Parameters...), const ScriptArgument (&arguments)[sizeof...(Parameters)])
-{
-    const auto refreshAfterwards = qScopeGuard([this] { refresh(); });
-    return callFromScript(
-        this, [this] { return &manager(); }, operation, arguments);
-}
-
-template<typename Result>
-Result QmlAudioPolicy::call(Result (ZelAudioManager::*operation)())
-{
-    const auto refreshAfterwards = qScopeGuard([this] { refresh(); });
-    return (manager().*operation)();
-}
-
-// Properties ----------------------------------------------------------------------------------------------------------------
-
-int QmlAudioPolicy::status()
+int AudioPolicyState::status()
 {
     return AudioPolicyInspector(manager()).status();
 }
 
-int QmlAudioPolicy::channel()
+int AudioPolicyState::channel()
 {
     return AudioPolicyInspector(manager()).channel();
 }
 
-bool QmlAudioPolicy::muted()
+bool AudioPolicyState::muted()
 {
     manager();
     return audio::AudioControl::getInstance()->isMute();
 }
 
-QVariantList QmlAudioPolicy::volumes()
+QVariantList AudioPolicyState::volumes()
 {
-    return ScriptValues::array(AudioPolicyInspector(manager()).volumes());
+    return array(AudioPolicyInspector(manager()).volumes());
 }
 
-int QmlAudioPolicy::equalizerType()
+int AudioPolicyState::equalizerType()
 {
     return AudioPolicyInspector(manager()).equalizerType();
 }
 
-QVariantList QmlAudioPolicy::customCurve()
+QVariantList AudioPolicyState::customCurve()
 {
-    return ScriptValues::array(AudioPolicyInspector(manager()).customCurve());
+    return array(AudioPolicyInspector(manager()).customCurve());
 }
 
-// Status, channel and volume ------------------------------------------------------------------------------------------------
-
-void QmlAudioPolicy::updateAudioStatus(const QJSValue &status)
+template<>
+ZelAudioManager &scriptTarget<ZelAudioManager>(QObject &callee)
 {
-    call(&ZelAudioManager::updateAudioStatus, {{"status", status}});
+    return static_cast<QmlAudioPolicy &>(callee).manager();
 }
 
-void QmlAudioPolicy::updateAudioChannel(const QJSValue &channel)
+namespace
 {
-    call(&ZelAudioManager::updateAudioChannel, {{"channel", channel}});
+
+/// Another band would stop the process.
+void adjustCustomEq(ZelAudioManager &manager, int value, ScriptRange<0, 15> band)
+{
+    manager.adjustCustomEq(value, band.value);
 }
 
-int QmlAudioPolicy::currentAudioChannel()
+constexpr ScriptRow operations[] = {
+    {"status and volume"},
+    {SCRIPT_CALL(ZelAudioManager, updateAudioStatus), "status", "reports what sounds now"},
+    {SCRIPT_CALL(ZelAudioManager, updateAudioChannel), "channel", "reports the channel that the user chose"},
+    {SCRIPT_CALL(ZelAudioManager, currentAudioChannel), "", "the channel last reported"},
+    {SCRIPT_CALL(ZelAudioManager, setVolume), "type, volume, save", "the volume of a type, 0 to 25, saved or not"},
+    {SCRIPT_CALL(ZelAudioManager, getVolume), "type", "the volume of a type, 0 to 25"},
+    {SCRIPT_CALL(ZelAudioManager, saveVolume), "", "saves the volumes that were set without saving"},
+    {SCRIPT_CALL(ZelAudioManager, updateCurrentAudioVolume), "up", "a press of the volume key, for what sounds now"},
+    {SCRIPT_CALL(ZelAudioManager, setVolResponse), "state, on", "whether the volume keys are answered in a state"},
+    {SCRIPT_CALL(ZelAudioManager, _getAllChannelsFromCurrentType), "channels, type", "the channels of a volume type, ascending"},
+    {"ducking and phone projection"},
+    {SCRIPT_CALL(ZelAudioManager, duck), "level", "lowers the main audio"},
+    {SCRIPT_CALL(ZelAudioManager, unDuck), "", "ends the lowering"},
+    {SCRIPT_CALL(ZelAudioManager, aaDuckAudio), "first, second", "Android Auto lowers the main audio"},
+    {SCRIPT_CALL(ZelAudioManager, aaUnduckAudio), "value", "Android Auto ends the lowering"},
+    {SCRIPT_CALL(ZelAudioManager, clDuckAudio), "first, second", "CarLife lowers the main audio"},
+    {SCRIPT_CALL(ZelAudioManager, clUnduckAudio), "value", "CarLife ends the lowering"},
+    {SCRIPT_CALL(ZelAudioManager, cpDuckAudio), "value, level", "CarPlay lowers the main audio"},
+    {SCRIPT_CALL(ZelAudioManager, cpUnduckAudio), "value", "CarPlay ends the lowering, half a second later"},
+    {SCRIPT_CALL(ZelAudioManager, setCPConnected), "connected", "tells whether CarPlay is connected"},
+    {SCRIPT_CALL(ZelAudioManager, getCPConnected), "", "what setCPConnected() was told"},
+    {SCRIPT_CALL(ZelAudioManager, updateCPAAStatus), "status", "tells of CarPlay's or Android Auto's session"},
+    {SCRIPT_CALL(ZelAudioManager, setCpPhone), "on", "tells of a telephone call over CarPlay"},
+    {SCRIPT_CALL(ZelAudioManager, onCarplayAlertStart), "", "a CarPlay alert begins"},
+    {SCRIPT_CALL(ZelAudioManager, onCarplayAlertStop), "", "a CarPlay alert ends"},
+    {"mute, attenuation and reverse gear"},
+    {SCRIPT_CALL(ZelAudioManager, setAudioMute), "mute, count", "mutes for count times 50 ms, or unmutes"},
+    {SCRIPT_CALL(ZelAudioManager, deMute), "", "unmutes"},
+    {SCRIPT_CALL(ZelAudioManager, setMute), "mute", "mutes or unmutes for good"},
+    {SCRIPT_CALL(ZelAudioManager, isAttOn), "", "whether the attenuation is on"},
+    {SCRIPT_CALL(ZelAudioManager, triggerAtt), "", "switches the attenuation"},
+    {SCRIPT_CALL(ZelAudioManager, onRecvBackCar), "on", "reverse gear"},
+    {SCRIPT_CALL(ZelAudioManager, setHCconnect), "on", "tells whether HiCar is connected"},
+    {"equalizer"},
+    {SCRIPT_CALL(ZelAudioManager, getEqBaseData), "", "the eight presets: [{type, tag, gains}, …]"},
+    {SCRIPT_CALL(ZelAudioManager, customEq), "band", "a band of the custom curve, as stored"},
+    {SCRIPT_CALL(ZelAudioManager, eqType), "", "the equalizer type, 0 to 7; 7 is the custom curve"},
+    {SCRIPT_CALL(ZelAudioManager, setEqType), "type", "chooses an equalizer type"},
+    {SCRIPT_CALL(ZelAudioManager, eqTypePrev), "", "the type before"},
+    {SCRIPT_CALL(ZelAudioManager, eqTypeNext), "", "the type after"},
+    {"adjustCustomEq",
+     scriptCall<&adjustCustomEq>,
+     "value, band",
+     "a band, 0 to 15, of the custom curve; another throws a RangeError instead of stopping the process"},
+    {SCRIPT_CALL(ZelAudioManager, loudNess), "", "whether loudness is on"},
+    {SCRIPT_CALL(ZelAudioManager, setLoudNess), "on", "switches loudness, and stores it"},
+    {"microphone"},
+    {SCRIPT_CALL(ZelAudioManager, micInputValue), "", "the stored microphone volume"},
+    {SCRIPT_CALL(ZelAudioManager, setMicInputValue), "value", "sets and stores the microphone volume"},
+    {SCRIPT_CALL(ZelAudioManager, micTypeIsDefault), "", "whether the microphone is the default one"},
+    {SCRIPT_CALL(ZelAudioManager, setMicLeftRightSwitch), "sw", "chooses and stores the microphone's type"},
+    {"getMicAnalogGain", scriptCall<qOverload<>(&ZelAudioManager::getMicAnalogGain)>, "", "the stored gain in whole dB"},
+    {"getPlatformMicAnalogGain", scriptCall<qOverload<float *, float *>(&ZelAudioManager::getMicAnalogGain)>, "left, right", "the platform's gains in dB"},
+    {SCRIPT_CALL(ZelAudioManager, setMicAnalogGain), "left, right", "sets and stores the gains in dB; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(ZelAudioManager, getMicAnalogOpAndPga), "op, pga", "the amplifier's stage and programmable gain for the stored gain, in dB"},
+    {SCRIPT_CALL(ZelAudioManager, startMicGainCalibration), "", "starts the calibration; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(ZelAudioManager, setMicGainCalibration), "", "takes what the calibration found; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(ZelAudioManager, getMicCalibrationGain), "first, second", "what the calibration found"},
+    {SCRIPT_CALL(ZelAudioManager, setHandsfreeDelay), "delay", "sets and stores the delay for the echo cancelling; 0, -1 or the platform's code"},
+    {SCRIPT_CALL(ZelAudioManager, setDownlinkDelayEstimation), "", "starts the estimation of the downlink delay"},
+    {SCRIPT_CALL(ZelAudioManager, getDownlinkDelayEstimation), "delay", "the estimated delay"},
+    {SCRIPT_CALL(ZelAudioManager, setInputDestination), "tag, name", "feeds an input track to a destination, with the stored gain and delay"},
+};
+
+} // namespace
+
+const ScriptType &QmlAudioPolicy::scriptType()
 {
-    return call(&ZelAudioManager::currentAudioChannel);
-}
-
-void QmlAudioPolicy::setVolume(const QJSValue &type, const QJSValue &volume, const QJSValue &save)
-{
-    call(&ZelAudioManager::setVolume, {{"type", type}, {"volume", volume}, {"save", save}});
-}
-
-int QmlAudioPolicy::getVolume(const QJSValue &type)
-{
-    return call(&ZelAudioManager::getVolume, {{"type", type}});
-}
-
-void QmlAudioPolicy::saveVolume()
-{
-    call(&ZelAudioManager::saveVolume);
-}
-
-void QmlAudioPolicy::updateCurrentAudioVolume(const QJSValue &up)
-{
-    call(&ZelAudioManager::updateCurrentAudioVolume, {{"up", up}});
-}
-
-void QmlAudioPolicy::setVolResponse(const QJSValue &state, const QJSValue &on)
-{
-    call(&ZelAudioManager::setVolResponse, {{"state", state}, {"on", on}});
-}
-
-QVariantList QmlAudioPolicy::_getAllChannelsFromCurrentType(const QJSValue &type)
-{
-    ScriptArguments arguments(this);
-    const auto volumeType = ScriptCall::read<ZelAudioType>(arguments, {"type", type});
-    if (arguments.failed())
-        return {};
-    QList<AudioChannel> channels;
-    manager()._getAllChannelsFromCurrentType(channels, volumeType);
-    return {channels.cbegin(), channels.cend()};
-}
-
-// Ducking and phone projection ----------------------------------------------------------------------------------------------
-
-void QmlAudioPolicy::duck(const QJSValue &level)
-{
-    call(&ZelAudioManager::duck, {{"level", level}});
-}
-
-void QmlAudioPolicy::unDuck()
-{
-    call(&ZelAudioManager::unDuck);
-}
-
-void QmlAudioPolicy::aaDuckAudio(const QJSValue &first, const QJSValue &second)
-{
-    call(&ZelAudioManager::aaDuckAudio, {{"first", first}, {"second", second}});
-}
-
-void QmlAudioPolicy::aaUnduckAudio(const QJSValue &value)
-{
-    call(&ZelAudioManager::aaUnduckAudio, {{"value", value}});
-}
-
-void QmlAudioPolicy::clDuckAudio(const QJSValue &first, const QJSValue &second)
-{
-    call(&ZelAudioManager::clDuckAudio, {{"first", first}, {"second", second}});
-}
-
-void QmlAudioPolicy::clUnduckAudio(const QJSValue &value)
-{
-    call(&ZelAudioManager::clUnduckAudio, {{"value", value}});
-}
-
-void QmlAudioPolicy::cpDuckAudio(const QJSValue &value, const QJSValue &level)
-{
-    call(&ZelAudioManager::cpDuckAudio, {{"value", value}, {"level", level}});
-}
-
-void QmlAudioPolicy::cpUnduckAudio(const QJSValue &value)
-{
-    call(&ZelAudioManager::cpUnduckAudio, {{"value", value}});
-}
-
-void QmlAudioPolicy::setCPConnected(const QJSValue &connected)
-{
-    call(&ZelAudioManager::setCPConnected, {{"connected", connected}});
-}
-
-bool QmlAudioPolicy::getCPConnected()
-{
-    return call(&ZelAudioManager::getCPConnected);
-}
-
-void QmlAudioPolicy::updateCPAAStatus(const QJSValue &status)
-{
-    call(&ZelAudioManager::updateCPAAStatus, {{"status", status}});
-}
-
-void QmlAudioPolicy::setCpPhone(const QJSValue &on)
-{
-    call(&ZelAudioManager::setCpPhone, {{"on", on}});
-}
-
-void QmlAudioPolicy::onCarplayAlertStart()
-{
-    call(&ZelAudioManager::onCarplayAlertStart);
-}
-
-void QmlAudioPolicy::onCarplayAlertStop()
-{
-    call(&ZelAudioManager::onCarplayAlertStop);
-}
-
-// Mute, attenuation and reverse gear ----------------------------------------------------------------------------------------
-
-void QmlAudioPolicy::setAudioMute(const QJSValue &mute, const QJSValue &count)
-{
-    call(&ZelAudioManager::setAudioMute, {{"mute", mute}, {"count", count}});
-}
-
-void QmlAudioPolicy::deMute()
-{
-    call(&ZelAudioManager::deMute);
-}
-
-void QmlAudioPolicy::setMute(const QJSValue &mute)
-{
-    call(&ZelAudioManager::setMute, {{"mute", mute}});
-}
-
-bool QmlAudioPolicy::isAttOn()
-{
-    return call(&ZelAudioManager::isAttOn);
-}
-
-void QmlAudioPolicy::triggerAtt()
-{
-    call(&ZelAudioManager::triggerAtt);
-}
-
-void QmlAudioPolicy::onRecvBackCar(const QJSValue &on)
-{
-    call(&ZelAudioManager::onRecvBackCar, {{"on", on}});
-}
-
-void QmlAudioPolicy::setHCconnect(const QJSValue &on)
-{
-    call(&ZelAudioManager::setHCconnect, {{"on", on}});
-}
-
-// Equalizer -----------------------------------------------------------------------------------------------------------------
-
-QVariantList QmlAudioPolicy::getEqBaseData()
-{
-    return ScriptValues::equalizerPresets(call(&ZelAudioManager::getEqBaseData));
-}
-
-int QmlAudioPolicy::customEq(const QJSValue &band)
-{
-    return call(&ZelAudioManager::customEq, {{"band", band}});
-}
-
-int QmlAudioPolicy::eqType()
-{
-    return call(&ZelAudioManager::eqType);
-}
-
-void QmlAudioPolicy::setEqType(const QJSValue &type)
-{
-    call(&ZelAudioManager::setEqType, {{"type", type}});
-}
-
-void QmlAudioPolicy::eqTypePrev()
-{
-    call(&ZelAudioManager::eqTypePrev);
-}
-
-void QmlAudioPolicy::eqTypeNext()
-{
-    call(&ZelAudioManager::eqTypeNext);
-}
-
-void QmlAudioPolicy::adjustCustomEq(const QJSValue &value, const QJSValue &band)
-{
-    constexpr int lastBand = 15;
-    ScriptArguments arguments(this);
-    const auto step = ScriptCall::read<int>(arguments, {"value", value});
-    const auto index = static_cast<int>(arguments.failed() ? 0 : arguments.integer({"band", band}, 0, lastBand));
-    if (!arguments.failed()) {
-        manager().adjustCustomEq(step, index);
-        refresh();
-    }
-}
-
-bool QmlAudioPolicy::loudNess()
-{
-    return call(&ZelAudioManager::loudNess);
-}
-
-void QmlAudioPolicy::setLoudNess(const QJSValue &on)
-{
-    call(&ZelAudioManager::setLoudNess, {{"on", on}});
-}
-
-// Microphone ----------------------------------------------------------------------------------------------------------------
-
-int QmlAudioPolicy::micInputValue()
-{
-    return call(&ZelAudioManager::micInputValue);
-}
-
-void QmlAudioPolicy::setMicInputValue(const QJSValue &value)
-{
-    call(&ZelAudioManager::setMicInputValue, {{"value", value}});
-}
-
-bool QmlAudioPolicy::micTypeIsDefault()
-{
-    return call(&ZelAudioManager::micTypeIsDefault);
-}
-
-void QmlAudioPolicy::setMicLeftRightSwitch(const QJSValue &sw)
-{
-    call(&ZelAudioManager::setMicLeftRightSwitch, {{"sw", sw}});
-}
-
-double QmlAudioPolicy::getMicAnalogGain()
-{
-    return double(call(qOverload<>(&ZelAudioManager::getMicAnalogGain)));
-}
-
-QVariantMap QmlAudioPolicy::getPlatformMicAnalogGain()
-{
-    float left = 0;
-    float right = 0;
-    const int result = manager().getMicAnalogGain(&left, &right);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("left"), ScriptValues::decimal(left)}, {QStringLiteral("right"), ScriptValues::decimal(right)}};
-}
-
-int QmlAudioPolicy::setMicAnalogGain(const QJSValue &left, const QJSValue &right)
-{
-    return call(&ZelAudioManager::setMicAnalogGain, {{"left", left}, {"right", right}});
-}
-
-QVariantMap QmlAudioPolicy::getMicAnalogOpAndPga()
-{
-    float op = 0;
-    int pga = 0;
-    manager().getMicAnalogOpAndPga(op, pga);
-    return {{QStringLiteral("op"), ScriptValues::decimal(op)}, {QStringLiteral("pga"), pga}};
-}
-
-int QmlAudioPolicy::startMicGainCalibration()
-{
-    return call(&ZelAudioManager::startMicGainCalibration);
-}
-
-int QmlAudioPolicy::setMicGainCalibration()
-{
-    return call(&ZelAudioManager::setMicGainCalibration);
-}
-
-QVariantMap QmlAudioPolicy::getMicCalibrationGain()
-{
-    int first = 0;
-    const float second = manager().getMicCalibrationGain(&first);
-    return {{QStringLiteral("first"), first}, {QStringLiteral("second"), ScriptValues::decimal(second)}};
-}
-
-int QmlAudioPolicy::setHandsfreeDelay(const QJSValue &delay)
-{
-    return call(&ZelAudioManager::setHandsfreeDelay, {{"delay", delay}});
-}
-
-void QmlAudioPolicy::setDownlinkDelayEstimation()
-{
-    call(&ZelAudioManager::setDownlinkDelayEstimation);
-}
-
-QVariantMap QmlAudioPolicy::getDownlinkDelayEstimation()
-{
-    short delay = 0;
-    const int result = manager().getDownlinkDelayEstimation(&delay);
-    return {{QStringLiteral("result"), result}, {QStringLiteral("delay"), int(delay)}};
-}
-
-void QmlAudioPolicy::setInputDestination(const QJSValue &tag, const QJSValue &name)
-{
-    call(&ZelAudioManager::setInputDestination, {{"tag", tag}, {"name", name}});
+    static const ScriptType type(
+        "AudioPolicy",
+        operations,
+        {{"VolumeType", "", policynames::volumeTypes}, {"Status", "Status", policynames::statuses}, {"Channel", "Channel", policynames::channels}},
+        nullptr,
+        [](QObject &callee) { static_cast<QmlAudioPolicy &>(callee).refresh(); });
+    return type;
 }

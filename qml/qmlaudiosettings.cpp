@@ -1,19 +1,49 @@
 #include "qmlaudiosettings.h"
 
-#include "scriptcall.h"
-#include "scriptvalues.h"
 #include "settingsfile.h"
-
-#include <qzaudio/audiodatabase.h>
 
 using audio::AudioDataBase;
 
-QmlAudioSettings::QmlAudioSettings(QObject *parent)
-    : QObject(parent)
+template<>
+AudioDataBase &scriptTarget<AudioDataBase>(QObject &callee)
 {
+    return static_cast<QmlAudioSettings &>(callee).store();
 }
 
-QmlAudioSettings::~QmlAudioSettings() = default;
+namespace
+{
+
+constexpr ScriptRow operations[] = {
+    {"readers"},
+    {SCRIPT_CALL(AudioDataBase, data), "group, key, defaultValue, ScriptKind::Looks", "the stored value of group/key, or the default given", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getVolume), "type, ScriptKind::Looks", "the volume of a type, 0 to 25", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, eqType), "", "the equalizer type, 0 to 7", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, loudNess), "", "whether loudness is on", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, micType), "", "whether the microphone is the default one", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, micInputValue), "", "the microphone's volume", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getCustomEQ), "index, ScriptKind::Looks", "a band of the custom curve", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getAutoMicGain), "", "the automatic microphone gain in whole dB", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getHandsfreeDelay), "", "the delay for the echo cancelling", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getEqBaseData), "", "the eight presets: [{type, tag, gains}, …]", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getCurrentIndexInItem), "", "the place of the stored equalizer type in the order of the menu", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getCurrentIndexInDefault), "type, ScriptKind::Looks", "the place of an equalizer type among the presets", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getNextEqType), "up, ScriptKind::Looks", "the equalizer type before or after the stored one", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getAudioStatusInfo), "status, ScriptKind::Looks", "what a status stands for: {type, param}", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getStatusToSpName), "status, ScriptKind::Looks", "the platform's source of a status", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getChannelInfo), "channel, ScriptKind::Looks", "what a channel stands for: {type, spName}", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getGroupDefaultData),
+     "volumes, ScriptKind::Looks",
+     "the volumes that a step table begins with: {name: volume, …}",
+     ScriptKind::Looks},
+};
+
+} // namespace
+
+const ScriptType &QmlAudioSettings::scriptType()
+{
+    static const ScriptType type("AudioSettings", operations);
+    return type;
+}
 
 AudioDataBase &QmlAudioSettings::store()
 {
@@ -24,117 +54,4 @@ AudioDataBase &QmlAudioSettings::store()
         stamp = current;
     }
     return *dataBase;
-}
-
-QVariant QmlAudioSettings::data(const QJSValue &group, const QJSValue &key, const QJSValue &defaultValue)
-{
-    ScriptArguments arguments(this);
-    const auto groupName = ScriptCall::read<QString>(arguments, {"group", group});
-    const auto keyName = ScriptCall::read<QString>(arguments, {"key", key});
-    return arguments.failed() ? QVariant() : store().data(groupName, keyName, defaultValue.toVariant());
-}
-
-int QmlAudioSettings::getVolume(const QJSValue &type)
-{
-    ScriptArguments arguments(this);
-    const auto volumeType = ScriptCall::read<ZelAudioType>(arguments, {"type", type});
-    return arguments.failed() ? 0 : store().getVolume(volumeType);
-}
-
-int QmlAudioSettings::eqType()
-{
-    return store().eqType();
-}
-
-bool QmlAudioSettings::loudNess()
-{
-    return store().loudNess();
-}
-
-bool QmlAudioSettings::micType()
-{
-    return store().micType();
-}
-
-int QmlAudioSettings::micInputValue()
-{
-    return store().micInputValue();
-}
-
-int QmlAudioSettings::getCustomEQ(const QJSValue &index)
-{
-    ScriptArguments arguments(this);
-    const auto band = ScriptCall::read<int>(arguments, {"index", index});
-    return arguments.failed() ? 0 : store().getCustomEQ(band);
-}
-
-double QmlAudioSettings::getAutoMicGain()
-{
-    return double(store().getAutoMicGain());
-}
-
-int QmlAudioSettings::getHandsfreeDelay()
-{
-    return store().getHandsfreeDelay();
-}
-
-QVariantList QmlAudioSettings::getEqBaseData()
-{
-    return ScriptValues::equalizerPresets(store().getEqBaseData());
-}
-
-int QmlAudioSettings::getCurrentIndexInItem()
-{
-    return store().getCurrentIndexInItem();
-}
-
-int QmlAudioSettings::getCurrentIndexInDefault(const QJSValue &type)
-{
-    ScriptArguments arguments(this);
-    const auto equalizerType = ScriptCall::read<int>(arguments, {"type", type});
-    return arguments.failed() ? 0 : store().getCurrentIndexInDefault(equalizerType);
-}
-
-int QmlAudioSettings::getNextEqType(const QJSValue &up)
-{
-    ScriptArguments arguments(this);
-    const auto goUp = ScriptCall::read<bool>(arguments, {"up", up});
-    return arguments.failed() ? 0 : store().getNextEqType(goUp);
-}
-
-QVariantMap QmlAudioSettings::getAudioStatusInfo(const QJSValue &status)
-{
-    ScriptArguments arguments(this);
-    const auto audioStatus = ScriptCall::read<AudioStatus>(arguments, {"status", status});
-    if (arguments.failed())
-        return {};
-    const ZelAudioInfo info = store().getAudioStatusInfo(audioStatus);
-    return {{QStringLiteral("type"), int(info.type)}, {QStringLiteral("param"), info.param}};
-}
-
-QString QmlAudioSettings::getStatusToSpName(const QJSValue &status)
-{
-    ScriptArguments arguments(this);
-    const auto audioStatus = ScriptCall::read<AudioStatus>(arguments, {"status", status});
-    return arguments.failed() ? QString() : store().getStatusToSpName(audioStatus);
-}
-
-QVariantMap QmlAudioSettings::getChannelInfo(const QJSValue &channel)
-{
-    ScriptArguments arguments(this);
-    const auto audioChannel = ScriptCall::read<AudioChannel>(arguments, {"channel", channel});
-    if (arguments.failed())
-        return {};
-    const ZelAudioAChannelInfo info = store().getChannelInfo(audioChannel);
-    return {{QStringLiteral("type"), int(info.type)}, {QStringLiteral("spName"), info.spName}};
-}
-
-QVariantMap QmlAudioSettings::getGroupDefaultData()
-{
-    QHash<QString, uchar> volumes;
-    store().getGroupDefaultData(volumes);
-    QVariantMap object;
-    for (auto entry = volumes.cbegin(); entry != volumes.cend(); ++entry)
-        object.insert(entry.key(), int(entry.value()));
-    return object;
 }

@@ -1,109 +1,62 @@
 #include "qmlplatform.h"
 
 #include "platformarguments.h"
-#include "scriptcall.h"
-#include "scriptvalues.h"
 
 #include "platform.h"
 #include "tracks.h"
 
-#include <QtCore/QMap>
-#include <QtCore/QPair>
-
 #include <algorithm>
 
 using simulator::AudioChip;
+using simulator::Books;
+using simulator::Faults;
+using simulator::Journal;
 using simulator::Platform;
 
-namespace
-{
-
-AudioChip *chip()
-{
-    return Platform::instance()->chip();
-}
-
-template<typename Result, typename... Parameters>
-Result callChip(const QObject *callee, Result (AudioChip::*operation)(Parameters...), const ScriptArgument (&arguments)[sizeof...(Parameters)])
-{
-    return callFromScript(callee, &chip, operation, arguments);
-}
-
-/// By group and name.
-QMap<QPair<QString, QString>, QVariant> stateByName()
-{
-    QMap<QPair<QString, QString>, QVariant> values;
-    const auto table = chip()->stateTable();
-    for (const simulator::StateItem &item : table)
-        values.insert({item.group, item.name}, item.value);
-    return values;
-}
-
-template<typename Values>
-QVariantList toArray(const Values &values)
-{
-    QVariantList list;
-    for (const auto value : values)
-        list.append(QVariant::fromValue(double(value)));
-    return list;
-}
-
-QVariantList decimals(const float *values, int count)
-{
-    QVariantList list;
-    std::for_each(values, values + count, [&list](float value) { list.append(ScriptValues::decimal(value)); });
-    return list;
-}
-
-template<typename Number, std::size_t count>
-QVariantList numbers(const Number (&values)[count])
-{
-    QVariantList list;
-    for (const Number value : values)
-        list.append(int(value));
-    return list;
-}
-
-} // namespace
-
-template<typename Result, typename... Parameters>
-Result QmlPlatform::askChip(Result (AudioChip::*operation)(Parameters...) const, const ScriptArgument (&arguments)[sizeof...(Parameters)])
-{
-    PlatformArguments checked(this, sourcesInUse);
-    for (const ScriptArgument &argument : arguments)
-        checked.check(argument);
-    return checked.failed() ? Result() : callFromScript(this, &chip, operation, arguments);
-}
-
-QmlPlatform::QmlPlatform(QObject *parent)
+PlatformState::PlatformState(QObject *parent)
     : QObject(parent)
 {
     Platform *const platform = Platform::instance();
-    connect(platform, &Platform::reverseGearChanged, this, &QmlPlatform::reverseGearChanged);
-    connect(platform, &Platform::homeUiTypeChanged, this, &QmlPlatform::homeUiTypeChanged);
+    connect(platform, &Platform::reverseGearChanged, this, &PlatformState::reverseGearChanged);
+    connect(platform, &Platform::homeUiTypeChanged, this, &PlatformState::homeUiTypeChanged);
     const auto table = platform->chip()->stateTable();
     for (const simulator::StateItem &item : table)
-        learnSource(item.group, item.name, item.value);
-    connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::learnSource);
-    connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::stateChanged);
-    connect(platform->journal(), &simulator::Journal::appended, this, [this](const simulator::JournalEntry &entry) { Q_EMIT called(entry.call()); });
+        learn(item.group, item.name, item.value);
+    connect(platform->chip(), &AudioChip::changed, this, &PlatformState::learn);
+    connect(platform->chip(), &AudioChip::changed, this, &PlatformState::stateChanged);
+    connect(platform->chip(), &AudioChip::wasReset, this, &PlatformState::compareState);
+    connect(platform->journal(), &Journal::appended, this, [this](const simulator::JournalEntry &entry) { Q_EMIT called(entry.call()); });
     // Last, so that what the others brought is there when bindings look.
-    connect(platform->chip(), &AudioChip::changed, this, &QmlPlatform::liveChanged);
-    connect(platform->chip(), &AudioChip::wasReset, this, &QmlPlatform::liveChanged);
-    connect(platform->journal(), &simulator::Journal::appended, this, &QmlPlatform::liveChanged);
-    connect(platform->journal(), &simulator::Journal::cleared, this, &QmlPlatform::liveChanged);
-    connect(platform->faults(), &simulator::Faults::changed, this, &QmlPlatform::liveChanged);
-    connect(platform->books(), &simulator::Books::changed, this, &QmlPlatform::liveChanged);
-    connect(platform->books(), &simulator::Books::problemFound, this, &QmlPlatform::liveChanged);
+    connect(platform->chip(), &AudioChip::changed, this, &PlatformState::liveChanged);
+    connect(platform->chip(), &AudioChip::wasReset, this, &PlatformState::liveChanged);
+    connect(platform->journal(), &Journal::appended, this, &PlatformState::liveChanged);
+    connect(platform->journal(), &Journal::cleared, this, &PlatformState::liveChanged);
+    connect(platform->faults(), &Faults::changed, this, &PlatformState::liveChanged);
+    connect(platform->books(), &Books::changed, this, &PlatformState::liveChanged);
+    connect(platform->books(), &Books::problemFound, this, &PlatformState::liveChanged);
 }
 
-QObject *QmlPlatform::live()
+bool PlatformState::reverseGear() const
+{
+    return Platform::instance()->reverseGear();
+}
+
+int PlatformState::homeUiType() const
+{
+    return Platform::instance()->homeUiType();
+}
+
+QObject *PlatformState::live()
 {
     return this;
 }
 
-void QmlPlatform::learnSource(const QString &group, const QString &name, const QVariant &value)
+void PlatformState::learn(const QString &group, const QString &name, const QVariant &value)
 {
+    if (value.isValid())
+        known.insert({group, name}, value);
+    else
+        known.remove({group, name});
     const int blank = name.indexOf(QLatin1Char(' ')); // "main S+FilePlayer", of the volumes
     QString source;
     if (group == QLatin1String("volume") && simulator::isTrack(name.left(blank)))
@@ -111,42 +64,17 @@ void QmlPlatform::learnSource(const QString &group, const QString &name, const Q
     else if (group == QLatin1String("active source") || group == QLatin1String("output source") || group == QLatin1String("input destination"))
         source = value.toString();
     if (!source.isEmpty())
-        sourcesInUse.insert(source);
+        sources.insert(source);
 }
 
-// The car -------------------------------------------------------------------------------------------------------------------
-
-bool QmlPlatform::reverseGear() const
+void PlatformState::compareState()
 {
-    return Platform::instance()->reverseGear();
-}
-
-int QmlPlatform::homeUiType() const
-{
-    return Platform::instance()->homeUiType();
-}
-
-void QmlPlatform::setReverseGear(const QJSValue &engaged)
-{
-    callFromScript(this, &Platform::instance, &Platform::setReverseGear, {{"engaged", engaged}});
-}
-
-void QmlPlatform::setHomeUiType(const QJSValue &type)
-{
-    callFromScript(this, &Platform::instance, &Platform::setHomeUiType, {{"type", type}});
-}
-
-void QmlPlatform::setCallDuration(const QJSValue &milliseconds)
-{
-    callFromScript(this, &Platform::instance, &Platform::setCallDuration, {{"milliseconds", milliseconds}});
-}
-
-void QmlPlatform::reset()
-{
-    const auto before = stateByName();
-    Platform::instance()->reset();
-    // The chip tells only that all of it may be different.
-    const auto after = stateByName();
+    const auto before = known;
+    known.clear();
+    const auto table = Platform::instance()->chip()->stateTable();
+    for (const simulator::StateItem &item : table)
+        learn(item.group, item.name, item.value);
+    const auto after = known;
     for (auto item = after.cbegin(); item != after.cend(); ++item) {
         if (before.value(item.key()) != item.value())
             Q_EMIT stateChanged(item.key().first, item.key().second, item.value());
@@ -155,146 +83,80 @@ void QmlPlatform::reset()
         if (!after.contains(item.key()))
             Q_EMIT stateChanged(item.key().first, item.key().second, QVariant());
     }
-    Q_EMIT liveChanged();
 }
 
-// What can be heard ---------------------------------------------------------------------------------------------------------
-
-double QmlPlatform::effectiveGain(const QJSValue &track, const QJSValue &source, const QJSValue &channel)
+template<>
+Platform &scriptTarget<Platform>(QObject & /*callee*/)
 {
-    return askChip(&AudioChip::effectiveGain, {{"track", track}, {"source", source}, {"channel", channel}});
+    return *Platform::instance();
+}
+template<>
+AudioChip &scriptTarget<AudioChip>(QObject & /*callee*/)
+{
+    return *Platform::instance()->chip();
+}
+template<>
+Journal &scriptTarget<Journal>(QObject & /*callee*/)
+{
+    return *Platform::instance()->journal();
+}
+template<>
+Faults &scriptTarget<Faults>(QObject & /*callee*/)
+{
+    return *Platform::instance()->faults();
+}
+template<>
+Books &scriptTarget<Books>(QObject & /*callee*/)
+{
+    return *Platform::instance()->books();
+}
+/// Where an operation throws by itself.
+template<>
+QmlPlatform &scriptTarget<QmlPlatform>(QObject &callee)
+{
+    return static_cast<QmlPlatform &>(callee);
 }
 
-QVariantMap QmlPlatform::effectiveSound(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
+namespace
 {
-    const simulator::Sound sound = askChip(&AudioChip::effectiveSound, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
+
+// Records and other values of the simulator as objects ---------------------------------------------------------------------
+
+QVariantMap effectiveSound(AudioChip &chip, const QString &track, const QString &source, quint32 channel, int band)
+{
+    const simulator::Sound sound = chip.effectiveSound(track, source, channel, band);
     return {{QStringLiteral("gain"), sound.gain},
             {QStringLiteral("equalizer"), ScriptValues::decimal(float(sound.equalizer))},
             {QStringLiteral("delay"), ScriptValues::decimal(float(sound.delay))}};
 }
 
-double QmlPlatform::effectiveGainDb(const QJSValue &track, const QJSValue &source, const QJSValue &channel, const QJSValue &band)
+float equalizerGain(AudioChip &chip, quint32 channel, int band)
 {
-    return askChip(&AudioChip::effectiveGainDb, {{"track", track}, {"source", source}, {"channel", channel}, {"band", band}});
+    return float(chip.equalizerGain(channel, band));
 }
 
-int QmlPlatform::effectiveMainVolume()
+float speakerDelay(AudioChip &chip, quint32 channel)
 {
-    return chip()->effectiveMainVolume();
+    return float(chip.speakerDelay(channel));
 }
 
-double QmlPlatform::equalizerGain(const QJSValue &channel, const QJSValue &band)
+float dpsUserGain(AudioChip &chip)
 {
-    // The chip keeps floats.
-    return ScriptValues::decimal(float(askChip(&AudioChip::equalizerGain, {{"channel", channel}, {"band", band}})));
+    return float(chip.dpsUserGain());
 }
 
-// Volumes -------------------------------------------------------------------------------------------------------------------
-
-int QmlPlatform::masterVolume()
+QVariantMap lastEqParameter(AudioChip &chip)
 {
-    return chip()->masterVolume();
-}
-
-int QmlPlatform::trackVolume(const QJSValue &track, const QJSValue &source)
-{
-    return askChip(&AudioChip::trackVolume, {{"track", track}, {"source", source}});
-}
-
-int QmlPlatform::alternativeVolume()
-{
-    return chip()->alternativeVolume();
-}
-
-bool QmlPlatform::isMuted(const QJSValue &track)
-{
-    return askChip(&AudioChip::isMuted, {{"track", track}});
-}
-
-double QmlPlatform::duckingMode()
-{
-    return chip()->duckingMode();
-}
-
-int QmlPlatform::duckingGain()
-{
-    return chip()->duckingGain();
-}
-
-bool QmlPlatform::isDucked()
-{
-    return chip()->isDucked();
-}
-
-int QmlPlatform::channelGain(const QJSValue &channel)
-{
-    return askChip(&AudioChip::channelGain, {{"channel", channel}});
-}
-
-// Routing -------------------------------------------------------------------------------------------------------------------
-
-QString QmlPlatform::activeSource(const QJSValue &track)
-{
-    return askChip(&AudioChip::activeSource, {{"track", track}});
-}
-
-bool QmlPlatform::setActiveSource(const QJSValue &track, const QJSValue &source)
-{
-    // The source may be any: a name is known from then on.
-    PlatformArguments arguments(this, sourcesInUse);
-    arguments.check({"track", track});
-    return !arguments.failed() && callChip(this, &AudioChip::setActiveSource, {{"track", track}, {"source", source}});
-}
-
-QString QmlPlatform::outputSource(const QJSValue &track)
-{
-    return askChip(&AudioChip::outputSource, {{"track", track}});
-}
-
-int QmlPlatform::outputChannelMask(const QJSValue &track)
-{
-    return int(askChip(&AudioChip::outputChannelMask, {{"track", track}}));
-}
-
-int QmlPlatform::frontRearMode()
-{
-    return chip()->frontRearMode();
-}
-
-QString QmlPlatform::inputDestination(const QJSValue &track)
-{
-    return askChip(&AudioChip::inputDestination, {{"track", track}});
-}
-
-int QmlPlatform::inputSelectPin(const QJSValue &input)
-{
-    return askChip(&AudioChip::inputSelectPin, {{"input", input}});
-}
-
-int QmlPlatform::alternativeCount(const QJSValue &track)
-{
-    return askChip(&AudioChip::alternativeCount, {{"track", track}});
-}
-
-void QmlPlatform::setAlternativeCount(const QJSValue &count)
-{
-    callChip(this, &AudioChip::setAlternativeCount, {{"count", count}});
-}
-
-// Sound processing ----------------------------------------------------------------------------------------------------------
-
-QVariantMap QmlPlatform::lastEqParameter()
-{
-    const audio::audio_eq_parameter_t record = chip()->lastEqParameter();
+    const audio::audio_eq_parameter_t record = chip.lastEqParameter();
     return {{QStringLiteral("channel"), record.channel},
-            {QStringLiteral("frequency"), numbers(record.frequency)},
-            {QStringLiteral("gain"), decimals(record.gain, int(std::size(record.gain)))},
-            {QStringLiteral("type"), numbers(record.type)}};
+            {QStringLiteral("frequency"), ScriptValues::toScript(record.frequency)},
+            {QStringLiteral("gain"), ScriptValues::toScript(record.gain)},
+            {QStringLiteral("type"), ScriptValues::toScript(record.type)}};
 }
 
-QVariantMap QmlPlatform::lastExtEqParameter()
+QVariantMap lastExtEqParameter(AudioChip &chip)
 {
-    const audio::audio_ext_eq_parameter_t record = chip()->lastExtEqParameter();
+    const audio::audio_ext_eq_parameter_t record = chip.lastExtEqParameter();
     QVariantList frequencies;
     QVariantList gains;
     QVariantList qualities;
@@ -312,14 +174,9 @@ QVariantMap QmlPlatform::lastExtEqParameter()
             {QStringLiteral("type"), types}};
 }
 
-bool QmlPlatform::isLoudnessOn()
+QVariantMap filter(AudioChip &chip, quint32 channel)
 {
-    return chip()->isLoudnessOn();
-}
-
-QVariantMap QmlPlatform::filter(const QJSValue &channel)
-{
-    const auto record = askChip(&AudioChip::filter, {{"channel", channel}});
+    const auto record = chip.filter(channel);
     if (!record)
         return {};
     return {{QStringLiteral("channel"), record->channel},
@@ -331,205 +188,171 @@ QVariantMap QmlPlatform::filter(const QJSValue &channel)
             {QStringLiteral("value4"), int(record->value4)}};
 }
 
-double QmlPlatform::speakerDelay(const QJSValue &channel)
-{
-    return ScriptValues::decimal(float(askChip(&AudioChip::speakerDelay, {{"channel", channel}})));
-}
-
-bool QmlPlatform::isDpsEnabled()
-{
-    return chip()->isDpsEnabled();
-}
-
-double QmlPlatform::dpsUserGain()
-{
-    return ScriptValues::decimal(float(chip()->dpsUserGain()));
-}
-
-bool QmlPlatform::isStereoEnabled()
-{
-    return chip()->isStereoEnabled();
-}
-
-// Microphone and voice ------------------------------------------------------------------------------------------------------
-
-double QmlPlatform::micVolume()
-{
-    return chip()->micVolume();
-}
-
-QVariantList QmlPlatform::micPgaGain()
-{
-    return toArray(chip()->micPgaGain());
-}
-
-QVariantList QmlPlatform::micOpGain()
-{
-    return toArray(chip()->micOpGain());
-}
-
-QVariantList QmlPlatform::micAnalogGain()
-{
-    return toArray(chip()->micAnalogGain());
-}
-
-int QmlPlatform::calibration()
-{
-    return static_cast<int>(chip()->calibration());
-}
-
-QVariantList QmlPlatform::calibrationGains()
-{
-    return toArray(chip()->calibrationGains());
-}
-
-void QmlPlatform::setCalibrationGains(const QJSValue &first, const QJSValue &second)
-{
-    callChip(this, &AudioChip::setCalibrationGains, {{"first", first}, {"second", second}});
-}
-
-int QmlPlatform::downlinkDelay()
-{
-    return chip()->downlinkDelay();
-}
-
-void QmlPlatform::setDownlinkDelay(const QJSValue &delay)
-{
-    callChip(this, &AudioChip::setDownlinkDelay, {{"delay", delay}});
-}
-
-int QmlPlatform::handsfreeDelay()
-{
-    return chip()->handsfreeDelay();
-}
-
-bool QmlPlatform::isMicLeftRightSwapped()
-{
-    return chip()->isMicLeftRightSwapped();
-}
-
-int QmlPlatform::aecQuality()
-{
-    return chip()->aecQuality();
-}
-
-QVariantList QmlPlatform::microphoneTest()
-{
-    return toArray(chip()->microphoneTest());
-}
-
-void QmlPlatform::setMicrophoneTest(const QJSValue &values)
-{
-    std::array<quint16, 8> readings = {};
-    ScriptArguments arguments(this);
-    const auto given = ScriptCall::read<QList<quint16>>(arguments, {"values", values});
-    if (arguments.failed())
-        return;
-    if (given.size() != int(readings.size())) {
-        throwScriptError(this, QJSValue::RangeError, QStringLiteral("values must be eight numbers, not %1").arg(given.size()));
-        return;
-    }
-    std::copy(given.cbegin(), given.cend(), readings.begin());
-    chip()->setMicrophoneTest(readings);
-}
-
-QVariantList QmlPlatform::state()
+QVariantList state(AudioChip &chip)
 {
     QVariantList items;
-    const auto table = chip()->stateTable();
+    const auto table = chip.stateTable();
     for (const simulator::StateItem &item : table)
         items.append(QVariantMap{{QStringLiteral("group"), item.group}, {QStringLiteral("name"), item.name}, {QStringLiteral("value"), item.value}});
     return items;
 }
 
-// Journal -------------------------------------------------------------------------------------------------------------------
-
-QStringList QmlPlatform::journal()
+QStringList journal(Journal &journal)
 {
-    return Platform::instance()->journal()->calls();
+    return journal.calls();
 }
 
-QString QmlPlatform::journalText()
+// What refuses by itself ---------------------------------------------------------------------------------------------------
+
+void setMicrophoneTest(QmlPlatform &platform, const QList<quint16> &values)
 {
-    return Platform::instance()->journal()->toText();
+    std::array<quint16, 8> readings = {};
+    if (values.size() != int(readings.size())) {
+        throwScriptError(&platform, QJSValue::RangeError, QStringLiteral("values must be eight numbers, not %1").arg(values.size()));
+        return;
+    }
+    std::copy(values.cbegin(), values.cend(), readings.begin());
+    Platform::instance()->chip()->setMicrophoneTest(readings);
 }
 
-void QmlPlatform::clearJournal()
+void fail(QmlPlatform &platform, const QString &operation, int code)
 {
-    Platform::instance()->journal()->clear();
+    if (!Platform::instance()->faults()->fail(operation, code))
+        throwScriptError(&platform, QJSValue::RangeError, QStringLiteral("there is no operation %1 to fail with code %2").arg(operation).arg(code));
 }
 
-// Faults --------------------------------------------------------------------------------------------------------------------
-
-void QmlPlatform::fail(const QJSValue &operation, const QJSValue &code)
+void failOnce(QmlPlatform &platform, const QString &operation, int code, int n)
 {
-    ScriptArguments arguments(this);
-    const auto name = ScriptCall::read<QString>(arguments, {"operation", operation});
-    const auto result = ScriptCall::read<int>(arguments, {"code", code});
-    if (!arguments.failed() && !Platform::instance()->faults()->fail(name, result))
-        throwScriptError(this, QJSValue::RangeError, QStringLiteral("there is no operation %1 to fail with code %2").arg(name).arg(result));
-}
-
-void QmlPlatform::failOnce(const QJSValue &operation, const QJSValue &code, const QJSValue &n)
-{
-    ScriptArguments arguments(this);
-    const auto name = ScriptCall::read<QString>(arguments, {"operation", operation});
-    const auto result = ScriptCall::read<int>(arguments, {"code", code});
-    const auto call = ScriptCall::read<int>(arguments, {"n", n});
-    if (!arguments.failed() && !Platform::instance()->faults()->fail(name, result, call)) {
+    if (!Platform::instance()->faults()->fail(operation, code, n)) {
         throwScriptError(
-            this, QJSValue::RangeError, QStringLiteral("there is no call %1 of an operation %2 to fail with code %3").arg(call).arg(name).arg(result));
+            &platform, QJSValue::RangeError, QStringLiteral("there is no call %1 of an operation %2 to fail with code %3").arg(n).arg(operation).arg(code));
     }
 }
 
-void QmlPlatform::failFactory(const QJSValue &kind)
+void throwKindError(QmlPlatform &platform, const QString &kind)
 {
-    ScriptArguments arguments(this);
-    const auto name = ScriptCall::read<QString>(arguments, {"kind", kind});
-    if (!arguments.failed() && !Platform::instance()->faults()->failFactory(name))
-        throwScriptError(this, QJSValue::RangeError, QStringLiteral("kind must be App, Mixer, Source or Volume, not %1").arg(name));
+    throwScriptError(&platform, QJSValue::RangeError, QStringLiteral("kind must be App, Mixer, Source or Volume, not %1").arg(kind));
 }
 
-QStringList QmlPlatform::pendingFaults()
+void failFactory(QmlPlatform &platform, const QString &kind)
 {
-    return Platform::instance()->faults()->pending();
+    if (!Platform::instance()->faults()->failFactory(kind))
+        throwKindError(platform, kind);
 }
 
-void QmlPlatform::clearFaults()
+int objects(QmlPlatform &platform, const QString &kind, int (Books::*count)(simulator::ObjectKind) const)
 {
-    Platform::instance()->faults()->clear();
-}
-
-// Books ---------------------------------------------------------------------------------------------------------------------
-
-int QmlPlatform::objects(const QJSValue &kind, bool alive)
-{
-    ScriptArguments arguments(this);
-    const auto name = ScriptCall::read<QString>(arguments, {"kind", kind});
-    if (arguments.failed())
-        return 0;
-    const auto *const found = std::find_if(simulator::allObjectKinds.cbegin(), simulator::allObjectKinds.cend(), [&name](simulator::ObjectKind candidate) {
-        return name == simulator::objectKindName(candidate);
+    const auto *const found = std::find_if(simulator::allObjectKinds.cbegin(), simulator::allObjectKinds.cend(), [&kind](simulator::ObjectKind candidate) {
+        return kind == simulator::objectKindName(candidate);
     });
-    if (found == simulator::allObjectKinds.cend()) {
-        throwScriptError(this, QJSValue::RangeError, QStringLiteral("kind must be App, Mixer, Source or Volume, not %1").arg(name));
-        return 0;
+    if (found != simulator::allObjectKinds.cend())
+        return (Platform::instance()->books()->*count)(*found);
+    throwKindError(platform, kind);
+    return 0;
+}
+
+int alive(QmlPlatform &platform, const QString &kind)
+{
+    return objects(platform, kind, &Books::alive);
+}
+
+int made(QmlPlatform &platform, const QString &kind)
+{
+    return objects(platform, kind, &Books::made);
+}
+
+bool checkNames(QObject &callee, const ScriptOperation &operation, const QJSValue *given)
+{
+    // Whoever sets a source may name any: it is known from then on.
+    PlatformArguments arguments(&callee, static_cast<QmlPlatform &>(callee).sourcesInUse());
+    for (int i = 0; i < operation.call.count; ++i) {
+        if (operation.kind == ScriptKind::Looks || operation.names.at(i) == "track")
+            arguments.check({operation.names.at(i).constData(), given[i]});
     }
-    const simulator::Books *const books = Platform::instance()->books();
-    return alive ? books->alive(*found) : books->made(*found);
+    return !arguments.failed();
 }
 
-int QmlPlatform::alive(const QJSValue &kind)
-{
-    return objects(kind, true);
-}
+constexpr ScriptRow operations[] = {
+    {"the car"},
+    {SCRIPT_CALL(Platform, setReverseGear), "engaged", "reverse gear, as the MCU service reports it"},
+    {SCRIPT_CALL(Platform, setHomeUiType), "type", "the home screen; 7 has volume defaults of its own, from the next start on"},
+    {SCRIPT_CALL(Platform, setCallDuration), "milliseconds", "the time that each call on the platform takes"},
+    {SCRIPT_CALL(Platform, reset), "", "everything as at the start, books and faults too"},
+    {"what is heard"},
+    {SCRIPT_CALL(AudioChip, effectiveGain), "track, source, channel", "the level at a loudspeaker, 0 to 1, without equalizer", ScriptKind::Looks},
+    {"effectiveSound",
+     scriptCall<&effectiveSound>,
+     "track, source, channel, band",
+     "the level, 0 to 1, a band's equalizer in dB and the delay: {gain, equalizer, delay}",
+     ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, effectiveGainDb), "track, source, channel, band", "level and equalizer in dB", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, effectiveMainVolume), "", "the volume of what plays on the main track, lowered by ducking; 0 when muted", ScriptKind::Looks},
+    {"equalizerGain", scriptCall<&equalizerGain>, "channel, band", "a band of the curve set last, in dB", ScriptKind::Looks},
+    {"volumes"},
+    {SCRIPT_CALL(AudioChip, masterVolume), "", "the master volume, 0 to 100", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, trackVolume), "track, source", "the volume of a source, 0 to 148", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, alternativeVolume), "", "the volume set for all of the alternative track", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isMuted), "track", "whether a track is muted", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, duckingMode), "", "the ducking mode; 0 is off", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, duckingGain), "", "the gain that ducking lowers the main track to", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isDucked), "", "whether the ducking mode is not 0", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, channelGain), "channel", "a channel's gain in percent", ScriptKind::Looks},
+    {"routing"},
+    {SCRIPT_CALL(AudioChip, activeSource), "track", "what plays on a track", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, setActiveSource), "track, source", "as when a player starts or stops by itself"},
+    {SCRIPT_CALL(AudioChip, outputSource), "track", "what was routed to a track last", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, outputChannelMask), "track", "the loudspeakers of a track, as channel bits", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, frontRearMode), "", "0 front only, 1 front and rear", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, inputDestination), "track", "where an input track goes", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, inputSelectPin), "input", "the pin of an input, 1 or 2", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, alternativeCount), "track", "how many streams play on a track, as the platform counts them", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, setAlternativeCount), "count", "what the platform counts from now on"},
+    {"processing"},
+    {"lastEqParameter", scriptCall<&lastEqParameter>, "", "the short equalizer record set last", ScriptKind::Looks},
+    {"lastExtEqParameter", scriptCall<&lastExtEqParameter>, "", "the extended equalizer record set last", ScriptKind::Looks},
+    {"filter", scriptCall<&filter>, "channel", "the filter of a channel; {} where none was set", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isLoudnessOn), "", "whether loudness is on", ScriptKind::Looks},
+    {"speakerDelay", scriptCall<&speakerDelay>, "channel", "the delay of a channel", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isDpsEnabled), "", "whether DPS is on", ScriptKind::Looks},
+    {"dpsUserGain", scriptCall<&dpsUserGain>, "", "the gain of DPS", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isStereoEnabled), "", "whether stereo processing is on", ScriptKind::Looks},
+    {"microphone"},
+    {SCRIPT_CALL(AudioChip, micVolume), "", "the microphone's volume", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, micPgaGain), "", "the programmable gains", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, micOpGain), "", "the amplifier stages", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, micAnalogGain), "", "the analogue gains", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, calibration), "", "0 never started, 1 running, 2 applied", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, calibrationGains), "", "what a calibration finds", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, setCalibrationGains), "first, second", "what the next calibrations find"},
+    {SCRIPT_CALL(AudioChip, downlinkDelay), "", "what the estimation finds", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, setDownlinkDelay), "delay", "what the next estimations find"},
+    {SCRIPT_CALL(AudioChip, handsfreeDelay), "", "the delay for the echo cancelling", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, isMicLeftRightSwapped), "", "whether left and right input are swapped", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, aecQuality), "", "the quality of echo cancelling, 0 to 2", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, microphoneTest), "", "what the self-test reads", ScriptKind::Looks},
+    {"setMicrophoneTest", scriptCall<&setMicrophoneTest>, "values", "what the self-test reads from now on: eight numbers, 0 to 65535"},
+    {"all of it"},
+    {"state", scriptCall<&state>, "", "the whole state: [{group, name, value}, …]", ScriptKind::Looks},
+    {"journal"},
+    {"journal", scriptCall<&journal>, "", "every call so far: 'Volume.setTrackVolume(\"main\", \"S+FilePlayer\", 80) -> 0'", ScriptKind::Looks},
+    {"journalText", scriptCall<&Journal::toText>, "", "the same with times, objects, creates and destroys", ScriptKind::Looks},
+    {"clearJournal", scriptCall<&Journal::clear>, "", "forgets the calls so far", ScriptKind::Looks},
+    {"faults"},
+    {"fail", scriptCall<&fail>, "operation, code", "each call of an operation, \"Volume.setTrackVolume\", fails with a code from now on"},
+    {"failOnce", scriptCall<&failOnce>, "operation, code, n", "only the n-th call from now fails"},
+    {"failFactory", scriptCall<&failFactory>, "kind", "each \"App\", \"Mixer\", \"Source\" or \"Volume\" that is asked for is null"},
+    {"pendingFaults", scriptCall<&Faults::pending>, "", "the faults that are set", ScriptKind::Looks},
+    {"clearFaults", scriptCall<&Faults::clear>, "", "no more faults"},
+    {"books"},
+    {"alive", scriptCall<&alive>, "kind", "how many objects of a kind, \"Volume\", exist now", ScriptKind::Looks},
+    {"made", scriptCall<&made>, "kind", "how many objects of a kind were made", ScriptKind::Looks},
+    {SCRIPT_CALL(Books, problems), "", "double destroys and uses after destroy, in words", ScriptKind::Looks},
+};
 
-int QmlPlatform::made(const QJSValue &kind)
-{
-    return objects(kind, false);
-}
+} // namespace
 
-QStringList QmlPlatform::problems()
+const ScriptType &QmlPlatform::scriptType()
 {
-    return Platform::instance()->books()->problems();
+    static const ScriptType type("Platform", operations, {}, &checkNames);
+    return type;
 }

@@ -17,7 +17,7 @@ void throwScriptError(const QObject *callee, QJSValue::ErrorType type, const QSt
 }
 
 ScriptArguments::ScriptArguments(const QObject *callee)
-    : engine(qjsEngine(callee))
+    : object(callee)
 {
 }
 
@@ -26,16 +26,17 @@ void ScriptArguments::fail(QJSValue::ErrorType type, const ScriptArgument &argum
     if (thrown)
         return;
     thrown = true;
-    const QString message = QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString());
-    if (engine)
-        engine->throwError(type, message);
-    else
-        qWarning().noquote() << message;
+    throwScriptError(object, type, QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString()));
+}
+
+QString ScriptArguments::wholeNumber(qint64 minimum, qint64 maximum)
+{
+    return QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum);
 }
 
 qint64 ScriptArguments::integer(const ScriptArgument &argument, qint64 minimum, qint64 maximum)
 {
-    const QString wanted = QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum);
+    const QString wanted = wholeNumber(minimum, maximum);
     if (!argument.value.isNumber()) {
         fail(QJSValue::TypeError, argument, wanted);
         return 0;
@@ -52,7 +53,7 @@ qint64 ScriptArguments::integer(const ScriptArgument &argument, qint64 minimum, 
 void ScriptArguments::read(const ScriptArgument &argument, bool &out)
 {
     if (!argument.value.isBool()) {
-        fail(QJSValue::TypeError, argument, QStringLiteral("true or false"));
+        fail(QJSValue::TypeError, argument, accepted<bool>());
         return;
     }
     out = argument.value.toBool();
@@ -61,7 +62,7 @@ void ScriptArguments::read(const ScriptArgument &argument, bool &out)
 void ScriptArguments::read(const ScriptArgument &argument, float &out)
 {
     if (!argument.value.isNumber()) {
-        fail(QJSValue::TypeError, argument, QStringLiteral("a number"));
+        fail(QJSValue::TypeError, argument, accepted<float>());
         return;
     }
     const double number = argument.value.toNumber();
@@ -75,7 +76,7 @@ void ScriptArguments::read(const ScriptArgument &argument, float &out)
 void ScriptArguments::read(const ScriptArgument &argument, QString &out)
 {
     if (!argument.value.isString()) {
-        fail(QJSValue::TypeError, argument, QStringLiteral("a text"));
+        fail(QJSValue::TypeError, argument, accepted<QString>());
         return;
     }
     out = argument.value.toString();
@@ -90,10 +91,15 @@ void ScriptArguments::read(const ScriptArgument &argument, ScriptName &out)
     out = ScriptName(text.toUtf8());
 }
 
+void ScriptArguments::read(const ScriptArgument &argument, QVariant &out)
+{
+    out = argument.value.toVariant();
+}
+
 void ScriptArguments::read(const ScriptArgument &argument, QHash<QString, quint8> &out)
 {
     if (!argument.value.isObject()) {
-        fail(QJSValue::TypeError, argument, QStringLiteral("an object of names and numbers"));
+        fail(QJSValue::TypeError, argument, accepted<QHash<QString, quint8>>());
         return;
     }
     QJSValueIterator entry(argument.value);
@@ -107,11 +113,21 @@ void ScriptArguments::read(const ScriptArgument &argument, QHash<QString, quint8
     }
 }
 
+void ScriptArguments::read(const ScriptArgument &argument, audio::AudioControl::AudioFilter_t &out)
+{
+    readField(argument, "value1", out.value1);
+    readField(argument, "flag", out.flag);
+    readField(argument, "kind", out.kind);
+    readField(argument, "value2", out.value2);
+    readField(argument, "value3", out.value3);
+    readField(argument, "value4", out.value4);
+}
+
 quint32 ScriptArguments::length(const ScriptArgument &argument)
 {
     const QJSValue length = argument.value.isObject() ? argument.value.property(QStringLiteral("length")) : QJSValue();
     if (!length.isNumber()) {
-        fail(QJSValue::TypeError, argument, QStringLiteral("a list"));
+        fail(QJSValue::TypeError, argument, accepted<QList<int>>());
         return 0;
     }
     return length.toUInt();

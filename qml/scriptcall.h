@@ -1,17 +1,17 @@
 #ifndef SCRIPTCALL_H
 #define SCRIPTCALL_H
 
+#include <qzaudio/audiocontrol.h>
+
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QString>
+#include <QtCore/QVariant>
 #include <QtQml/QJSValue>
 
-#include <cstddef>
 #include <limits>
-#include <tuple>
 #include <type_traits>
-#include <utility>
 
 class QJSEngine;
 class QObject;
@@ -49,6 +49,13 @@ private:
     bool given = false;
 };
 
+/// A whole number that has to be in a range.
+template<int minimum, int maximum>
+struct ScriptRange
+{
+    int value = minimum;
+};
+
 /**
  * Reads the arguments of one call. The first one that does not fit throws in the engine that @p callee is used from.
  *
@@ -70,13 +77,20 @@ public:
     void read(const ScriptArgument &argument, float &out);
     void read(const ScriptArgument &argument, QString &out);
     void read(const ScriptArgument &argument, ScriptName &out);
+    void read(const ScriptArgument &argument, QVariant &out);
     void read(const ScriptArgument &argument, QHash<QString, quint8> &out);
+    void read(const ScriptArgument &argument, audio::AudioControl::AudioFilter_t &out);
 
     template<typename Number>
     std::enable_if_t<std::is_integral_v<Number> || std::is_enum_v<Number>> read(const ScriptArgument &argument, Number &out)
     {
-        using Limits = std::numeric_limits<typename IntegerOf<Number>::type>;
-        out = static_cast<Number>(integer(argument, Limits::min(), Limits::max()));
+        out = static_cast<Number>(integer(argument, Limits<Number>::min(), Limits<Number>::max()));
+    }
+
+    template<int minimum, int maximum>
+    void read(const ScriptArgument &argument, ScriptRange<minimum, maximum> &out)
+    {
+        out.value = int(integer(argument, minimum, maximum));
     }
 
     template<typename Element>
@@ -92,16 +106,28 @@ public:
         }
     }
 
-    /// Reads the field of an object under its own name.
-    template<typename Field>
-    void readField(const ScriptArgument &argument, const char *name, Field &out)
+    /// What read() takes: "a whole number from 0 to 255".
+    template<typename Value>
+    static QString accepted()
     {
-        // Looking at another value would take a thrown error back.
-        if (!thrown) {
-            const QJSValue value = field(argument, name);
-            if (!thrown)
-                read({name, value}, out);
-        }
+        if constexpr (IsRange<Value>::value)
+            return IsRange<Value>::text();
+        else if constexpr (std::is_same_v<Value, bool>)
+            return QStringLiteral("true or false");
+        else if constexpr (std::is_integral_v<Value> || std::is_enum_v<Value>)
+            return wholeNumber(Limits<Value>::min(), Limits<Value>::max());
+        else if constexpr (std::is_same_v<Value, float>)
+            return QStringLiteral("a number");
+        else if constexpr (std::is_same_v<Value, QString> || std::is_same_v<Value, ScriptName>)
+            return QStringLiteral("a text");
+        else if constexpr (std::is_same_v<Value, QVariant>)
+            return QStringLiteral("anything");
+        else if constexpr (std::is_same_v<Value, QHash<QString, quint8>>)
+            return QStringLiteral("an object of names and numbers");
+        else if constexpr (std::is_same_v<Value, audio::AudioControl::AudioFilter_t>)
+            return QStringLiteral("an object {value1, flag, kind, value2, value3, value4}");
+        else
+            return QStringLiteral("a list");
     }
 
 private:
@@ -115,68 +141,41 @@ private:
     {
         using type = std::underlying_type_t<Number>;
     };
+    template<typename Value>
+    struct IsRange : std::false_type
+    {
+    };
+    template<int minimum, int maximum>
+    struct IsRange<ScriptRange<minimum, maximum>> : std::true_type
+    {
+        static QString text() { return wholeNumber(minimum, maximum); }
+    };
+    template<typename Number>
+    using Limits = std::numeric_limits<typename IntegerOf<Number>::type>;
 
+    /// Reads the field of an object under its own name.
+    template<typename Field>
+    void readField(const ScriptArgument &argument, const char *name, Field &out)
+    {
+        // Looking at another value would take a thrown error back.
+        if (!thrown) {
+            const QJSValue value = field(argument, name);
+            if (!thrown)
+                read({name, value}, out);
+        }
+    }
+
+    static QString wholeNumber(qint64 minimum, qint64 maximum);
     quint32 length(const ScriptArgument &argument);
     QJSValue field(const ScriptArgument &argument, const char *name);
     static QByteArray elementName(const ScriptArgument &argument, quint32 index);
     void fail(QJSValue::ErrorType type, const ScriptArgument &argument, const QString &wanted);
 
-    QJSEngine *engine;
+    const QObject *const object;
     bool thrown = false;
 };
 
 /// Throws a JavaScript error in the engine that @p callee is used from; without one, warns.
 void throwScriptError(const QObject *callee, QJSValue::ErrorType type, const QString &message);
-
-namespace ScriptCall
-{
-template<typename Parameter>
-using Holder = std::conditional_t<std::is_same_v<Parameter, const char *>, ScriptName, std::decay_t<Parameter>>;
-
-template<typename Value>
-Value read(ScriptArguments &reader, const ScriptArgument &argument)
-{
-    Value value = {};
-    if (!reader.failed())
-        reader.read(argument, value);
-    return value;
-}
-
-/// @param operation a pointer to a member function of Result and Parameters, const or not
-template<typename Result, typename... Parameters, typename GetObject, typename Operation, std::size_t... Index>
-Result invoke(const QObject *callee, const GetObject &getObject, Operation operation, const ScriptArgument *arguments, std::index_sequence<Index...> /*unused*/)
-{
-    ScriptArguments reader(callee);
-    const std::tuple<Holder<Parameters>...> values{read<Holder<Parameters>>(reader, arguments[Index])...};
-    if (reader.failed())
-        return Result();
-    return (getObject()->*operation)(std::get<Index>(values)...);
-}
-} // namespace ScriptCall
-
-/**
- * Calls an operation of the library with what a script gave, read through the operation's own parameter types.
- *
- * @param getObject gives the object to call; not asked for when an argument does not fit, so that objects made on first use are not
- *        made by a mistaken call
- * @return the operation's result, or a default value when an argument did not fit (the script sees the error)
- */
-template<typename GetObject, typename Object, typename Result, typename... Parameters>
-Result callFromScript(const QObject *callee,
-                      const GetObject &getObject,
-                      Result (Object::*operation)(Parameters...),
-                      const ScriptArgument (&arguments)[sizeof...(Parameters)])
-{
-    return ScriptCall::invoke<Result, Parameters...>(callee, getObject, operation, arguments, std::index_sequence_for<Parameters...>());
-}
-
-template<typename GetObject, typename Object, typename Result, typename... Parameters>
-Result callFromScript(const QObject *callee,
-                      const GetObject &getObject,
-                      Result (Object::*operation)(Parameters...) const,
-                      const ScriptArgument (&arguments)[sizeof...(Parameters)])
-{
-    return ScriptCall::invoke<Result, Parameters...>(callee, getObject, operation, arguments, std::index_sequence_for<Parameters...>());
-}
 
 #endif

@@ -6,12 +6,10 @@
 
 #include <limits>
 
-QVariantList ScriptValues::array(const QList<int> &values)
+namespace ScriptValues
 {
-    return {values.cbegin(), values.cend()};
-}
 
-double ScriptValues::decimal(float value)
+double decimal(float value)
 {
     constexpr int fewestDigits = std::numeric_limits<float>::digits10;
     constexpr int enoughDigits = std::numeric_limits<float>::max_digits10;
@@ -23,15 +21,25 @@ double ScriptValues::decimal(float value)
     return double(value);
 }
 
-QVariantList ScriptValues::equalizerPresets(const EqBaseData *table)
+QVariant toScript(const EqBaseData *table)
 {
     constexpr int presetCount = 8;
     QVariantList presets;
     for (int i = 0; i < presetCount; ++i) {
-        QVariantList gains;
-        for (const float gain : table[i].gains)
-            gains.append(decimal(gain));
-        presets.append(QVariantMap{{QStringLiteral("type"), table[i].type}, {QStringLiteral("tag"), table[i].tag}, {QStringLiteral("gains"), gains}});
+        presets.append(
+            QVariantMap{{QStringLiteral("type"), table[i].type}, {QStringLiteral("tag"), table[i].tag}, {QStringLiteral("gains"), toScript(table[i].gains)}});
     }
     return presets;
 }
+
+QVariant toScript(const ZelAudioInfo &info)
+{
+    return QVariantMap{{QStringLiteral("type"), int(info.type)}, {QStringLiteral("param"), info.param}};
+}
+
+QVariant toScript(const ZelAudioAChannelInfo &info)
+{
+    return QVariantMap{{QStringLiteral("type"), int(info.type)}, {QStringLiteral("spName"), info.spName}};
+}
+
+} // namespace ScriptValues

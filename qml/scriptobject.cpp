@@ -1,0 +1,99 @@
+#include "scriptobject.h"
+
+#include <QtCore/QScopeGuard>
+#include <QtCore/QVarLengthArray>
+
+#include <private/qmetaobjectbuilder_p.h>
+
+QByteArrayList ScriptOperation::inputs() const
+{
+    QByteArrayList list;
+    for (int i = 0; i < call.count; ++i) {
+        if (!call.parameters[i].isOutput)
+            list.append(names.at(i));
+    }
+    return list;
+}
+
+QString ScriptOperation::signature() const
+{
+    return QLatin1String(name) + QLatin1Char('(') + QLatin1String(inputs().join(", ")) + QLatin1Char(')');
+}
+
+QString ScriptOperation::resultFields() const
+{
+    QByteArrayList fields;
+    if (call.givesResult)
+        fields.append(resultName);
+    for (int i = 0; i < call.count; ++i) {
+        if (call.parameters[i].isOutput)
+            fields.append(names.at(i));
+    }
+    return fields.size() < 2 ? QString() : QLatin1Char('{') + QLatin1String(fields.join(", ")) + QLatin1Char('}');
+}
+
+void ScriptType::read(const ScriptRow *table, std::size_t size)
+{
+    QString group;
+    for (const ScriptRow *row = table; row != table + size; ++row) {
+        if (row->call.run == nullptr) {
+            group = QLatin1String(row->name);
+            continue;
+        }
+        QByteArrayList names = QByteArray(row->names).replace(", ", ",").split(',');
+        names.removeAll(QByteArray());
+        Q_ASSERT_X(names.size() == row->call.count || names.size() == row->call.count + 1, row->name, "each parameter has a name");
+        const QByteArray resultName = names.size() > row->call.count ? names.takeLast() : QByteArray("result");
+        callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group});
+    }
+}
+
+QMetaObject ScriptType::extend(const QMetaObject &base) const
+{
+    QMetaObjectBuilder builder;
+    builder.setClassName(QByteArray("Qml") + typeName);
+    builder.setSuperClass(&base);
+    for (const ScriptEnumeration &enumeration : enumerators) {
+        QMetaEnumBuilder keys = builder.addEnumerator(enumeration.name);
+        for (std::size_t i = 0; i < enumeration.count; ++i)
+            keys.addKey(QByteArray(enumeration.prefix) + enumeration.numbers[i].name, enumeration.numbers[i].number);
+    }
+    for (const ScriptOperation &operation : callable) {
+        const QByteArrayList names = operation.inputs();
+        QByteArrayList types;
+        for (int i = 0; i < names.size(); ++i)
+            types.append("QJSValue");
+        const bool givesNothing = qstrcmp(operation.call.resultType, "void") == 0;
+        QMetaMethodBuilder method = builder.addMethod(operation.name + '(' + types.join(',') + ')', givesNothing ? "void" : "QVariant");
+        method.setParameterNames(names);
+    }
+    // What the copy points to lives as long as the process, as that of any class does.
+    return *builder.toMetaObject();
+}
+
+int ScriptType::metacall(QObject &callee, QMetaObject::Call call, int id, void **arguments) const
+{
+    if (id < 0 || (call != QMetaObject::InvokeMetaMethod && call != QMetaObject::RegisterMethodArgumentMetaType))
+        return id;
+    if (id >= callable.size())
+        return id - callable.size();
+    if (call == QMetaObject::RegisterMethodArgumentMetaType) {
+        *static_cast<int *>(arguments[0]) = qRegisterMetaType<QJSValue>();
+        return -1;
+    }
+    const ScriptOperation &operation = callable.at(id);
+    QVarLengthArray<QJSValue> given;
+    const int inputs = operation.inputs().size();
+    for (int i = 0; i < inputs; ++i)
+        given.append(*static_cast<const QJSValue *>(arguments[i + 1]));
+    const auto afterwards = qScopeGuard([this, &callee] {
+        if (after)
+            after(callee);
+    });
+    if (check && !check(callee, operation, given.constData()))
+        return -1;
+    const QVariant result = operation.call.run(callee, operation, given.constData());
+    if (arguments[0] && result.isValid())
+        *static_cast<QVariant *>(arguments[0]) = result;
+    return -1;
+}
