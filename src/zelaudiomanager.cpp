@@ -1,6 +1,7 @@
 #include <qzaudio/zelaudiomanager.h>
 
 #include "logging.h"
+#include "situationtables.h"
 #include "zelaudiomanagertables.h"
 
 #include <mcuservice.h>
@@ -39,7 +40,7 @@ quint8 lowByte(int value)
 QList<AudioChannel> channelsOfType(audio::AudioDataBase &dataBase, ZelAudioType type)
 {
     QList<AudioChannel> channels;
-    for (int number = 0; number <= tables::highestChannel; ++number) {
+    for (int number = 0; number <= situations::highestChannel; ++number) {
         const auto channel = static_cast<AudioChannel>(number);
         if (dataBase.getChannelInfo(channel).type == type)
             channels.append(channel);
@@ -147,7 +148,7 @@ void ZelAudioManager::_handleVolumeTypeChanged(AudioStatus status)
         channel = AudioChannelCarPlayMedia;
     }
     QString name = dataBase->getStatusToSpName(status);
-    if (name == QLatin1String("S+none_APP")) {
+    if (name == QLatin1String(situations::noSource)) {
         if (channel == AudioChannelNone) {
             traceDebug() << "Use the main sound channel temporarily";
             channel = AudioChannelAuxIn;
@@ -170,8 +171,10 @@ void ZelAudioManager::updateAudioChannel(AudioChannel channel)
             setEqType(tables::storedEqualizerType);
             firstEqTimer.start();
         }
-    } else if (std::find(std::begin(tables::equalizerResettingChannels), std::end(tables::equalizerResettingChannels), channel)
-               != std::end(tables::equalizerResettingChannels)) {
+        return;
+    }
+    const situations::Channel *const row = situations::rowOf(channel);
+    if (row && row->resetsEqualizer) {
         traceDebug() << "reset eq";
         setEqType(tables::storedEqualizerType);
     }
@@ -252,14 +255,14 @@ AudioControl::AudioTag ZelAudioManager::currentTag()
 void ZelAudioManager::updateCurrentAudioVolume(bool up)
 {
     traceDebug() << up;
-    const auto key = std::find_if(
-        std::begin(tables::volumeKeyRows), std::end(tables::volumeKeyRows), [this](const tables::VolumeKeyRow &row) { return row.status == currentStatus; });
-    ZelAudioType type = ZelAudioTypeMedia;
-    if (key != std::end(tables::volumeKeyRows))
-        type = key->type;
-    else if (dataBase->getChannelInfo(currentChannel).type != ZelAudioTypeMedia)
-        return;
-    if (currentChannel == tables::hiCarChannel)
+    const situations::Status *const row = situations::rowOf(currentStatus);
+    ZelAudioType type = row ? row->keyType : situations::asTheChannelSays;
+    if (type == situations::asTheChannelSays) {
+        type = dataBase->getChannelInfo(currentChannel).type;
+        if (type != ZelAudioTypeMedia)
+            return;
+    }
+    if (currentChannel == situations::hiCarChannel)
         type = ZelAudioTypeHiCarCall;
     // In 64 bits: a number edited into the file may be the largest there is.
     const qint64 wanted = qint64(getVolume(type)) + (up ? 1 : -1);

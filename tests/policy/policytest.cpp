@@ -3,6 +3,7 @@
 #include <books.h>
 #include <faults.h>
 #include <journal.h>
+#include <situationexpectations.h>
 #include <valuetext.h>
 
 #include <qzaudio/audiocontrol.h>
@@ -59,6 +60,17 @@ QStringList calls::fresh(const QString &call)
 QStringList calls::streamVolume(const QString &platformSource, int volume)
 {
     return fresh(QStringLiteral("Volume.setTrackVolume(\"main\", \"%1\", %2) -> 0").arg(platformSource).arg(volume));
+}
+
+QStringList calls::volumeOfType(int type, int plain, int boosted)
+{
+    QStringList calls;
+    const QList<int> channels = expectation::channelsOfType(type);
+    for (const int channel : channels) {
+        const expectation::Source &source = expectation::channel(channel).source;
+        calls += streamVolume(QLatin1String(source.platformName), source.boosted ? boosted : plain);
+    }
+    return calls;
 }
 
 QStringList calls::equalizer(const Curve &gains)
