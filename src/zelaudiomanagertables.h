@@ -8,7 +8,6 @@ namespace tables
 
 constexpr int highestVolume = 25;
 constexpr unsigned int platformVolumeFactor = 4;
-constexpr int platformVolumeMask = 252;
 
 constexpr int deferredVolumeMs = 500;
 constexpr int customEqualizerRepeatMs = 500;
