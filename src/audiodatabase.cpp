@@ -2,11 +2,11 @@
 
 #include "audiodatabasetables.h"
 #include "logging.h"
-#include "flashfile.h"
 #include "settingsstorage.h"
 #include "settingstext.h"
 #include "situationtables.h"
 
+#include <settingsfile.h>
 #include <settingsprovider.h>
 
 #include <QtCore/QFile>
@@ -52,7 +52,7 @@ int wholeNumber(const QVariant &value)
 void complain(const logging::CodeLocation &at, const QStringList &complaints)
 {
     for (const QString &complaint : complaints)
-        logging::logCritical(at, qUtf8Printable(flashfile::path()), qUtf8Printable(complaint));
+        logging::logCritical(at, qUtf8Printable(SettingsFile::path()), qUtf8Printable(complaint));
 }
 
 } // namespace
@@ -121,17 +121,17 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
     QStringList complaints;
     settingsstorage::save(SettingsText::path(group, key), value, complaints);
     complain(QZAUDIO_HERE, complaints);
-    if (!QFile::exists(flashfile::path()))
-        traceCritical() << qUtf8Printable(flashfile::path()) << "file not exists!!!";
+    if (!QFile::exists(SettingsFile::path()))
+        traceCritical() << qUtf8Printable(SettingsFile::path()) << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
 {
-    const bool removed = QFile::remove(flashfile::path());
+    const bool removed = QFile::remove(SettingsFile::path());
     if (removed)
         settingsstorage::forgetWaiting();
     else
-        traceCritical() << "clear" << qUtf8Printable(flashfile::path()) << "fail!!!";
+        traceCritical() << "clear" << qUtf8Printable(SettingsFile::path()) << "fail!!!";
     return removed;
 }
 
