@@ -101,6 +101,8 @@ void PolicyTest::initTestCase()
 void PolicyTest::init()
 {
     QFile::remove(settingsPath());
+    // QSettings keeps what it read by the file's size and time, in which this test's file may equal the last test's: let it see none.
+    QSettings(settingsPath(), QSettings::IniFormat).sync();
     platform->reset();
     log = std::make_unique<LogRecorder>();
     audio::AudioControl::getInstance()->setMute(false);
