@@ -1,18 +1,7 @@
 #include "volumesource.h"
 
 #include <qzaudio/zelaudiomanager.h>
-
-#include <QtCore/QFileInfo>
-
-namespace
-{
-
-QFileInfo settingsFile()
-{
-    return QFileInfo(QStringLiteral("/media/flash/nvm/audioData.db"));
-}
-
-} // namespace
+#include <settingsfile.h>
 
 VolumeSource::VolumeSource(QObject *parent)
     : QObject(parent)
@@ -50,16 +39,16 @@ void VolumeSource::start()
     // Whoever stores a volume, this process's manager or another one's, puts a new file in the old one's place: the folder is
     // what to watch. The manager has made it by now.
     m_store = new audio::AudioDataBase(this);
-    m_fileTime = settingsFile().lastModified();
-    m_folder.addPath(settingsFile().path());
+    m_stamp = SettingsFile::stamp();
+    m_folder.addPath(SettingsFile::folder());
 }
 
 void VolumeSource::onFolderChanged()
 {
-    const QDateTime time = settingsFile().lastModified();
-    if (time == m_fileTime)
+    const QByteArray stamp = SettingsFile::stamp();
+    if (stamp == m_stamp)
         return; // a lock file or a temporary file came or went
-    m_fileTime = time;
+    m_stamp = stamp;
     const int stored = m_store->data(QStringLiteral("Volume"), QString::number(ZelAudioTypeMedia), m_level).toInt();
     if (stored == m_level)
         return;

@@ -3,7 +3,7 @@
 
 #include <qzaudio/audiodatabase.h>
 
-#include <QtCore/QDateTime>
+#include <QtCore/QByteArray>
 #include <QtCore/QFileSystemWatcher>
 #include <QtCore/QObject>
 
@@ -50,7 +50,7 @@ private:
     ZelAudioManager *m_manager = nullptr; // a child
     audio::AudioDataBase *m_store = nullptr; // a child
     QFileSystemWatcher m_folder;
-    QDateTime m_fileTime;
+    QByteArray m_stamp; // of the settings file
     int m_level = 0;
 };
 

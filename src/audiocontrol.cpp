@@ -3,6 +3,7 @@
 #include "audiocontrol_p.h"
 #include "audiocontroltables.h"
 #include "logging.h"
+#include "lowbyte.h"
 #include "platformobject.h"
 
 namespace audio
@@ -18,26 +19,13 @@ using SPAudioSetting::Volume;
 namespace
 {
 
+// Meant so, for every kind of object.
+constexpr const char *notMade = "Create audio source failed.";
+
 /// The platform is never handed a null name.
 const char *orEmpty(const char *name)
 {
     return name ? name : "";
-}
-
-/**
- * Gives the result of one call on a platform object made for it, -1 with the log line that all of these share.
- *
- * What the operation says of itself, which may be nothing, is logged only once there is an object.
- */
-template<typename Object, typename Message, typename Operation, typename... Arguments>
-int callFresh(const logging::CodeLocation &at, const Message &said, Operation operation, Arguments &&...arguments)
-{
-    const PlatformObject<Object> object;
-    if (!isMade(object, "Create audio source failed.", at)) // meant so, for every kind of object
-        return -1;
-    if constexpr (std::tuple_size_v<Message> != 0)
-        std::apply([&at](const auto &...items) { logging::logInfo(at, items...); }, said);
-    return object.call(operation, arguments...);
 }
 
 /// Copies one gain to each band. False, with an error line, at the first gain outside -12..12 dB; NaN counts as outside.
@@ -71,11 +59,11 @@ public:
         : m_tag(tag)
         , m_qtName(qtName)
     {
-        QString spName;
-        d->tagNameFromQtToSp(tag, spName);
-        track = spName.toLocal8Bit();
-        d->trackNameFromQtToSp(QString::fromUtf8(qtName), spName);
-        name = spName.toLocal8Bit();
+        QString trackName;
+        d->tagNameFromQtToSp(tag, trackName);
+        track = trackName.toLocal8Bit();
+        d->trackNameFromQtToSp(QString::fromUtf8(qtName), source);
+        name = source.toLocal8Bit();
     }
 
     /// Logs both names, the second in its role.
@@ -97,7 +85,8 @@ public:
     bool areKnown() const { return !track.isEmpty() && !name.isEmpty(); }
 
     QByteArray track; ///< empty for a tag that there is not
-    QByteArray name; ///< empty for a name that there is not
+    QString source; ///< empty for a name that there is not
+    QByteArray name; ///< the source, as the platform is handed it
 
 private:
     AudioControl::AudioTag m_tag;
@@ -180,12 +169,10 @@ void AudioControl::setStreamVolume(AudioTag tag, const char *name, quint8 volume
     names.log("src", QZAUDIO_HERE);
     if (!names.areKnown())
         return;
-    const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "create volume " << name << " err";
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume ", name, " err");
+    if (!platform)
         return;
-    }
-    const quint8 value = d->increaseVolume(QString::fromLocal8Bit(names.name), volume);
+    const quint8 value = d->increaseVolume(names.source, volume);
     const int result = platform->setTrackVolume(names.track.constData(), names.name.constData(), value);
     logOutcome(QZAUDIO_HERE, result, message("set stream", name, value), message("set stream", name, "err", result));
 }
@@ -195,11 +182,9 @@ quint8 AudioControl::getStreamVolume(AudioTag tag, const char *name)
     const PlatformNames names(d, tag, name);
     if (!names.areKnown())
         return 0;
-    const PlatformObject<Volume> platform;
-    if (!platform) {
-        facadeError() << "create volume " << names.track << names.name << "err";
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume ", names.track, names.name, "err");
+    if (!platform)
         return 0;
-    }
     quint8 value = 0;
     const int result = platform->getTrackVolume(names.track.constData(), names.name.constData(), &value);
     logOutcome(QZAUDIO_HERE, result, message("get stream", names.track, names.name, value), message("get stream", names.track, names.name, "err", result));
@@ -263,8 +248,8 @@ int AudioControl::setAlterVolume(quint8 volume, bool hicarCall)
         facadeError() << "input volume val more than " << highest;
         return -1;
     }
-    const PlatformObject<Volume> platform;
-    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "Create volume failed.");
+    if (!platform)
         return -1;
     const quint8 value = AudioControlPrivate::boosted(volume);
     if (hicarCall)
@@ -276,7 +261,7 @@ int AudioControl::setAlterVolume(quint8 volume, bool hicarCall)
 
 int AudioControl::setAlterStepVolume(quint8 step, bool hicarCall)
 {
-    const int result = setAlterVolume(static_cast<quint8>(d->platformValueOfStep(step)), hicarCall);
+    const int result = setAlterVolume(lowByte(d->platformValueOfStep(step)), hicarCall);
     if (result == 0 && hicarCall) // meant so: never the case
         d->alterStepVolume = step;
     return result;
@@ -289,7 +274,7 @@ int AudioControl::setMasterStepVolume(quint8 step)
         return -1;
     }
     d->masterStepInited = true;
-    const int result = setMasterVolume(static_cast<quint8>(d->platformValueOfStep(step)));
+    const int result = setMasterVolume(lowByte(d->platformValueOfStep(step)));
     if (result == 0)
         d->masterStepVolume = step;
     return result;
@@ -416,7 +401,7 @@ void AudioControl::setOutputSource(const char *track, const char *source)
     facadeInfo() << "set audio stream output source" << track << source;
     traceDebug() << track << "tag";
     traceDebug() << source << "src";
-    const int result = PlatformObject<Source>().call(&Source::setOutputSource, orEmpty(track), orEmpty(source));
+    const int result = callPlatform(PlatformObject<Source>(), &Source::setOutputSource, orEmpty(track), orEmpty(source));
     // Meant so: these texts speak of the front seat for every stream.
     logOutcome(QZAUDIO_HERE, result, message("Set Front seat audio stream success."), message("Set Front seat audio stream error", result));
     if (result != 0)
@@ -489,7 +474,7 @@ void AudioControl::setAuxinChannel(AudioInChannel channel)
 {
     const int pin = d->getSPAudioADCSelectPin(channel);
     facadeInfo() << "set setAuxinChannel " << channel << pin;
-    const int result = PlatformObject<Source>().call(&Source::setInputSelectPin, tables::auxiliaryInputPort, pin);
+    const int result = callPlatform(PlatformObject<Source>(), &Source::setInputSelectPin, tables::auxiliaryInputPort, pin);
     logOutcome(QZAUDIO_HERE, result, message("set auxin pin success", pin), message("Set auxin pin error", result));
 }
 
@@ -497,7 +482,7 @@ AudioControl::AudioInChannel AudioControl::getAuxinChannel()
 {
     facadeInfo() << "get AuxinChannel ";
     unsigned char pin = 0;
-    const int result = PlatformObject<Source>().call(&Source::getInputSelectPin, tables::auxiliaryInputPort, &pin);
+    const int result = callPlatform(PlatformObject<Source>(), &Source::getInputSelectPin, tables::auxiliaryInputPort, &pin);
     logOutcome(QZAUDIO_HERE, result, message("get auxin pin success", pin), message("get auxin pin error", result));
     return result == 0 ? d->getAudioInChannel(static_cast<audio_input_select_pin_e>(pin)) : static_cast<AudioInChannel>(0);
 }
@@ -505,21 +490,21 @@ AudioControl::AudioInChannel AudioControl::getAuxinChannel()
 void AudioControl::setI2SINChannel(AudioInChannel)
 {
     constexpr int pin = tables::i2sInputPin; // meant so, whatever the argument
-    const int result = PlatformObject<Source>().call(&Source::setInputSelectPin, tables::i2sInputPort, pin);
+    const int result = callPlatform(PlatformObject<Source>(), &Source::setInputSelectPin, tables::i2sInputPort, pin);
     logOutcome(QZAUDIO_HERE, result, message("set I2SIN success", pin), message("Set I2SIN pin error", result));
 }
 
 void AudioControl::setMainAudioDunkingMode(unsigned int mode)
 {
     facadeInfo() << "setMainAudioDunkingMode" << mode;
-    const int result = PlatformObject<Volume>().call(&Volume::setDuckingMode, mode);
+    const int result = callPlatform(PlatformObject<Volume>(), &Volume::setDuckingMode, mode);
     logOutcome(QZAUDIO_HERE, result, message("Set Front seat audio stream success."), message("Set Front seat audio stream error", result));
 }
 
 void AudioControl::setMainAudioDunkingTargetGain(unsigned char gain)
 {
     facadeInfo() << "setMainAudioDunkingMode" << gain; // meant so: the mode's text
-    const int result = PlatformObject<Volume>().call(&Volume::setDuckingTargetGain, gain);
+    const int result = callPlatform(PlatformObject<Volume>(), &Volume::setDuckingTargetGain, gain);
     logOutcome(QZAUDIO_HERE, result, message("Set Front seat audio stream success."), message("Set Front seat audio stream error", result));
 }
 
@@ -538,19 +523,19 @@ void AudioControl::setMicroPhoneVolume(int volume)
 
 int AudioControl::getMicAnalogGain(float *first, float *second)
 {
-    return callFresh<Volume>(QZAUDIO_HERE, message(), &Volume::getMicAnalogGain, first, second);
+    return callPlatform(PlatformObject<Volume>(QZAUDIO_HERE, notMade), &Volume::getMicAnalogGain, first, second);
 }
 
 int AudioControl::setMicAnalogGain(float first, float second)
 {
     facadeInfo() << first << second;
-    return callFresh<Volume>(QZAUDIO_HERE, message(), &Volume::setMicAnalogGain, first, second);
+    return callPlatform(PlatformObject<Volume>(QZAUDIO_HERE, notMade), &Volume::setMicAnalogGain, first, second);
 }
 
 int AudioControl::setMicOpAndPga(float op, float pga)
 {
-    const PlatformObject<Volume> volume;
-    if (!isMade(volume, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Volume> volume(QZAUDIO_HERE, notMade);
+    if (!volume)
         return -1;
     volume->setMicOpGain(0, op, op);
     volume->setMicPgaGain(0, pga, pga);
@@ -559,18 +544,26 @@ int AudioControl::setMicOpAndPga(float op, float pga)
 
 int AudioControl::startMicGainCalibration()
 {
-    return callFresh<Volume>(QZAUDIO_HERE, message("startMicGainCalibration"), &Volume::startMicGainCalibration);
+    const PlatformObject<Volume> volume(QZAUDIO_HERE, notMade);
+    if (!volume)
+        return -1;
+    facadeInfo() << "startMicGainCalibration";
+    return volume->startMicGainCalibration();
 }
 
 int AudioControl::setMicGainCalibration()
 {
-    return callFresh<Volume>(QZAUDIO_HERE, message("setMicGainCalibration"), &Volume::setMicGainCalibration);
+    const PlatformObject<Volume> volume(QZAUDIO_HERE, notMade);
+    if (!volume)
+        return -1;
+    facadeInfo() << "setMicGainCalibration";
+    return volume->setMicGainCalibration();
 }
 
 int AudioControl::getMicCalibrationGain(int *first, int *second)
 {
-    const PlatformObject<Volume> volume;
-    if (!isMade(volume, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Volume> volume(QZAUDIO_HERE, notMade);
+    if (!volume)
         return -1;
     int gains[2] = {};
     const int result = volume->getMicCalibrationGain(&gains[0], &gains[1]);
@@ -581,18 +574,26 @@ int AudioControl::getMicCalibrationGain(int *first, int *second)
 
 void AudioControl::setDownlinkDelayEstimation()
 {
-    callFresh<App>(QZAUDIO_HERE, message("setDownlinkDelayEstimation"), &App::startDownlinkDelayEstimation);
+    const PlatformObject<App> app(QZAUDIO_HERE, notMade);
+    if (!app)
+        return;
+    facadeInfo() << "setDownlinkDelayEstimation";
+    app->startDownlinkDelayEstimation();
 }
 
 int AudioControl::getDownlinkDelayEstimation(short *delay)
 {
-    return callFresh<App>(QZAUDIO_HERE, message("getDownlinkDelayEstimation"), &App::getDownlinkDelayEstimation, delay);
+    const PlatformObject<App> app(QZAUDIO_HERE, notMade);
+    if (!app)
+        return -1;
+    facadeInfo() << "getDownlinkDelayEstimation";
+    return app->getDownlinkDelayEstimation(delay);
 }
 
 int AudioControl::setHandsfreeDelay(int delay)
 {
-    const PlatformObject<Source> source;
-    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Source> source(QZAUDIO_HERE, notMade);
+    if (!source)
         return -1;
     facadeInfo() << "set setHandsfreeDelay" << delay;
     const int result = source->setHandsfreeDelay(delay);
@@ -622,8 +623,8 @@ void AudioControl::getMicrophoneTest(QList<int> &out)
 
 void AudioControl::setMicLeftRightSwitch(bool swap)
 {
-    const PlatformObject<Source> source;
-    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Source> source(QZAUDIO_HERE, notMade);
+    if (!source)
         return;
     const int result = source->setMicLeftRightSwitch(swap);
     logOutcome(QZAUDIO_HERE, result, message("ADC left right switch success"), message("ADC left right switch failed.ret:", result));

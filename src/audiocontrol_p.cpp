@@ -2,6 +2,7 @@
 
 #include "audiocontroltables.h"
 #include "logging.h"
+#include "lowbyte.h"
 #include "platformobject.h"
 
 #include <QtCore/QtGlobal>
@@ -19,11 +20,6 @@ using SPAudioSetting::Volume;
 
 namespace
 {
-
-quint8 lowByte(int value)
-{
-    return static_cast<quint8>(value);
-}
 
 const char *platformTrack(AudioControl::AudioTag tag)
 {
@@ -77,11 +73,9 @@ int sendExtendedRecord(audio_ext_eq_parameter_t &parameter, const logging::CodeL
 {
     int result = 0;
     {
-        const PlatformObject<App> app;
-        if (!app) {
-            logging::logError(at, "Create App failed.");
+        const PlatformObject<App> app(at, "Create App failed.");
+        if (!app)
             return 0; // meant so: the caller is not told
-        }
         result = app->setExtEqParameter(parameter);
     }
     logOutcome(at, result, message("set eq channel", parameter.channel), message("set eq error", result));
@@ -168,8 +162,8 @@ QHash<QString, quint8> &AudioControlPrivate::stepVolumes(AudioControl::AudioTag 
 
 void AudioControlPrivate::initTracksVolumes(AudioControl::AudioTag tag, const QHash<QString, quint8> &volumes)
 {
-    const PlatformObject<Volume> platform;
-    if (!isMade(platform, "create volume err", QZAUDIO_HERE))
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume err");
+    if (!platform)
         return;
     const QStringList groupKeys = groups.keys();
     const char *track = platformTrack(tag);
@@ -237,8 +231,8 @@ QString AudioControlPrivate::groupOf(const QString &source, QStringList &members
 
 int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool up, QString &name, quint8 &step)
 {
-    const PlatformObject<Source> source;
-    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Source> source(QZAUDIO_HERE, "Create audio source failed.");
+    if (!source)
         return -1;
     QString active = activeSource(source, tag);
     if (active.isEmpty()) {
@@ -265,8 +259,8 @@ int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool u
         return 1;
     const int next = up ? current + 1 : current - 1;
 
-    const PlatformObject<Volume> platform;
-    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "Create volume failed.");
+    if (!platform)
         return -1;
     const char *track = platformTrack(tag);
     const int value = platformValueOfStep(next);
@@ -288,8 +282,8 @@ int AudioControlPrivate::changeCurTrackVolume(AudioControl::AudioTag tag, bool u
 
 int AudioControlPrivate::getAlterNumber(QString &track)
 {
-    const PlatformObject<Source> source;
-    if (!isMade(source, "Create audio source failed.", QZAUDIO_HERE))
+    const PlatformObject<Source> source(QZAUDIO_HERE, "Create audio source failed.");
+    if (!source)
         return -1;
     return source->queryAlterNumber(track.toLocal8Bit().constData());
 }
@@ -299,8 +293,8 @@ int AudioControlPrivate::changeAlterVolume(bool up, quint8 cur, quint8 &out)
     if (up ? cur >= stepRange : cur == 0)
         return 1;
     const int next = up ? cur + 1 : cur - 1;
-    const PlatformObject<Volume> platform;
-    if (!isMade(platform, "Create volume failed.", QZAUDIO_HERE))
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "Create volume failed.");
+    if (!platform)
         return -1;
     const int value = platformValueOfStep(next);
     const int result = platform->setAlterTrackVolume(lowByte(value));

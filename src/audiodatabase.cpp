@@ -2,10 +2,11 @@
 
 #include "audiodatabasetables.h"
 #include "logging.h"
-#include "flashfile.h"
 #include "settingsstorage.h"
 #include "settingstext.h"
+#include "situationtables.h"
 
+#include <settingsfile.h>
 #include <settingsprovider.h>
 
 #include <QtCore/QFile>
@@ -51,7 +52,7 @@ int wholeNumber(const QVariant &value)
 void complain(const logging::CodeLocation &at, const QStringList &complaints)
 {
     for (const QString &complaint : complaints)
-        logging::logCritical(at, qUtf8Printable(flashfile::path()), qUtf8Printable(complaint));
+        logging::logCritical(at, qUtf8Printable(SettingsFile::path()), qUtf8Printable(complaint));
 }
 
 } // namespace
@@ -85,12 +86,12 @@ void AudioDataBase::_initMaps()
     std::copy(std::begin(tables::equalizerPresets), std::end(tables::equalizerPresets), std::begin(eqBase));
     for (int band = 0; band < tables::equalizerBandCount; ++band)
         customEq[band] = data(equalizerGroup(), QStringLiteral("Custom%1").arg(band), 0).toInt();
-    for (const tables::StatusRow &row : tables::statusRows)
-        statusInfo.insert(static_cast<AudioStatus>(row.status), {static_cast<ZelAudioType>(row.type), row.param});
-    for (const tables::ChannelRow &row : tables::channelRows)
-        channelInfo.insert(static_cast<AudioChannel>(row.channel), {static_cast<ZelAudioType>(row.type), QString::fromLatin1(row.spName)});
-    for (const tables::StatusRow &row : tables::statusRows)
-        statusSpName.insert(static_cast<AudioStatus>(row.status), QString::fromLatin1(row.spName));
+    for (const situations::Status &row : situations::statuses)
+        statusInfo.insert(row.status, {row.type, row.tag});
+    for (const situations::Channel &row : situations::channels)
+        channelInfo.insert(row.channel, {row.type, QString::fromLatin1(row.source)});
+    for (const situations::Status &row : situations::statuses)
+        statusSpName.insert(row.status, QString::fromLatin1(row.source));
 }
 
 void AudioDataBase::_initVolume()
@@ -120,17 +121,17 @@ void AudioDataBase::save(QString group, QString key, QVariant value)
     QStringList complaints;
     settingsstorage::save(SettingsText::path(group, key), value, complaints);
     complain(QZAUDIO_HERE, complaints);
-    if (!QFile::exists(flashfile::path()))
-        traceCritical() << qUtf8Printable(flashfile::path()) << "file not exists!!!";
+    if (!QFile::exists(SettingsFile::path()))
+        traceCritical() << qUtf8Printable(SettingsFile::path()) << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
 {
-    const bool removed = QFile::remove(flashfile::path());
+    const bool removed = QFile::remove(SettingsFile::path());
     if (removed)
         settingsstorage::forgetWaiting();
     else
-        traceCritical() << "clear" << qUtf8Printable(flashfile::path()) << "fail!!!";
+        traceCritical() << "clear" << qUtf8Printable(SettingsFile::path()) << "fail!!!";
     return removed;
 }
 
@@ -292,18 +293,18 @@ ZelAudioInfo AudioDataBase::getAudioStatusInfo(AudioStatus status)
 
 QString AudioDataBase::getStatusToSpName(AudioStatus status)
 {
-    return statusSpName.value(status, QString::fromLatin1(tables::noSource));
+    return statusSpName.value(status, QString::fromLatin1(situations::noSource));
 }
 
 ZelAudioAChannelInfo AudioDataBase::getChannelInfo(AudioChannel channel)
 {
-    return channelInfo.value(channel, {ZelAudioTypeMedia, QString::fromLatin1(tables::noSource)});
+    return channelInfo.value(channel, {ZelAudioTypeMedia, QString::fromLatin1(situations::noSource)});
 }
 
 void AudioDataBase::getGroupDefaultData(QHash<QString, uchar> &out)
 {
     out.clear();
-    for (const tables::StreamRow &row : tables::streamRows)
+    for (const situations::Stream &row : situations::streams)
         out.insert(QString::fromLatin1(row.name), static_cast<uchar>(volumes[row.type])); // its low 8 bits
 }
 

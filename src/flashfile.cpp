@@ -110,7 +110,7 @@ Failure synchronizeFolder(const QString &path)
 Failure giveSecondName(const QString &temporaryPath)
 {
     const QByteArray temporary = QFile::encodeName(temporaryPath);
-    if (::link(QFile::encodeName(flashfile::path()).constData(), temporary.constData()) != 0)
+    if (::link(QFile::encodeName(SettingsFile::path()).constData(), temporary.constData()) != 0)
         return failureOf("link");
     if (::rename(temporary.constData(), QFile::encodeName(flashfile::damagedPath()).constData()) == 0)
         return synchronizeFolder(flashfile::damagedPath());
@@ -138,19 +138,9 @@ Failure failureOf(const char *systemCall)
     return QString::fromLatin1(systemCall) + QLatin1String(": ") + qt_error_string(error);
 }
 
-QString flashfile::path()
-{
-    return QStringLiteral("/media/flash/nvm/audioData.db");
-}
-
 QString flashfile::damagedPath()
 {
-    return path() + QLatin1String(".damaged");
-}
-
-QString flashfile::folder()
-{
-    return QStringLiteral("/media/flash/nvm");
+    return SettingsFile::path() + QLatin1String(".damaged");
 }
 
 flashfile::Content flashfile::read(const QString &path)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <settingsfile.h>
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
@@ -27,11 +29,8 @@ namespace flashfile
 /// Larger files are no settings files: only so many bytes of them are read.
 constexpr int maximumSize = 1024 * 1024;
 
-/// "/media/flash/nvm/audioData.db"
-QString path();
 /// Where a damaged file is kept, the latest one: "/media/flash/nvm/audioData.db.damaged"
 QString damagedPath();
-QString folder();
 
 struct Content
 {
@@ -43,7 +42,7 @@ struct Content
 };
 
 /// Never waits, whatever lies in the file's place.
-Content read(const QString &path = flashfile::path());
+Content read(const QString &path = SettingsFile::path());
 
 struct Replacement
 {

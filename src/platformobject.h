@@ -13,11 +13,14 @@ namespace audio
  * Calls an operation of a platform object; a null object counts as the call failing with -1, and no call is made.
  *
  *     callPlatform(volume, &SPAudioSetting::Volume::muteTrack, "main", 0)
+ *     callPlatform(PlatformObject<SPAudioSetting::Volume>(), &SPAudioSetting::Volume::setDuckingMode, mode)
+ *
+ * @param object one that is kept, or a PlatformObject
  */
-template<typename Object, typename... Parameters, typename... Arguments>
-int callPlatform(Object *object, int (Object::*operation)(Parameters...), Arguments &&...arguments)
+template<typename Object, typename Operation, typename... Arguments>
+int callPlatform(const Object &object, Operation operation, Arguments &&...arguments)
 {
-    return object ? (object->*operation)(arguments...) : -1;
+    return object ? ((*object).*operation)(arguments...) : -1;
 }
 
 /// A platform object made for one operation of the facade and destroyed on every path out of it. May be null: test it.
@@ -26,6 +29,16 @@ class PlatformObject
 {
 public:
     PlatformObject() { create(m_object); }
+
+    /// Where there is no object, an error line of the operation says so.
+    template<typename... Failure>
+    explicit PlatformObject(const logging::CodeLocation &at, const Failure &...failure)
+        : PlatformObject()
+    {
+        if (!m_object)
+            logging::logError(at, failure...);
+    }
+
     ~PlatformObject()
     {
         if (m_object)
@@ -34,13 +47,7 @@ public:
 
     explicit operator bool() const { return m_object; }
     Object *operator->() const { return m_object; }
-
-    /// As callPlatform().
-    template<typename Operation, typename... Arguments>
-    int call(Operation operation, Arguments &&...arguments) const
-    {
-        return callPlatform(m_object, operation, arguments...);
-    }
+    Object &operator*() const { return *m_object; }
 
 private:
     Q_DISABLE_COPY(PlatformObject)
@@ -52,14 +59,5 @@ private:
 
     Object *m_object = nullptr;
 };
-
-/// Whether there is an object; without one an error line says so with the operation's text.
-template<typename Object>
-bool isMade(const PlatformObject<Object> &object, const char *failure, const logging::CodeLocation &at)
-{
-    if (!object)
-        logging::logError(at, failure);
-    return bool(object);
-}
 
 } // namespace audio

@@ -33,12 +33,12 @@ constexpr int mostTries = 100; // without waiting, where lock files come and go
 
 QByteArray lockPath()
 {
-    return QFile::encodeName(flashfile::path() + QLatin1String(".lock"));
+    return QFile::encodeName(SettingsFile::path() + QLatin1String(".lock"));
 }
 
 QString temporaryPrefix()
 {
-    return flashfile::path() + QLatin1String(".new-");
+    return SettingsFile::path() + QLatin1String(".new-");
 }
 
 /// QSettings' own while it removes a stale lock; a dead process's would stop QSettings for 30 seconds.
@@ -53,7 +53,7 @@ QStringList temporaryFiles()
     const QString prefix = QFileInfo(temporaryPrefix()).fileName();
     QStringList paths;
     // Without a filter for names: those are regular expressions, which do not work any more where static objects are destroyed.
-    const QFileInfoList files = QDir(flashfile::folder()).entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden);
+    const QFileInfoList files = QDir(SettingsFile::folder()).entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden);
     for (const QFileInfo &file : files) {
         bool isNumber = false;
         file.fileName().midRef(prefix.size()).toULongLong(&isNumber);
@@ -182,7 +182,7 @@ SettingsLock::Attempt SettingsLock::create()
             return Attempt::Busy;
         const Failure failure = failureOf("open the lock file");
         const bool isFolderMissing = errno == ENOENT && std::exchange(m_mayMakeFolder, false);
-        return isFolderMissing && QDir().mkpath(flashfile::folder()) ? Attempt::Again : fail(failure);
+        return isFolderMissing && QDir().mkpath(SettingsFile::folder()) ? Attempt::Again : fail(failure);
     }
     // Where the file system has no kernel locks, the file alone has to do, as it does for QSettings.
     if (!tryKernelLock(m_file.number()) && errno == EWOULDBLOCK)
@@ -195,7 +195,7 @@ SettingsLock::Attempt SettingsLock::create()
     heldDescriptor = m_file.number();
     m_temporaryPath = temporaryPrefix() + QString::number(status.st_ino);
     struct stat64 folder = {};
-    if (::stat64(QFile::encodeName(flashfile::folder()).constData(), &folder) == 0) {
+    if (::stat64(QFile::encodeName(SettingsFile::folder()).constData(), &folder) == 0) {
         const mode_t mode = lockModeOf(folder);
         // Best effort, both: without it others wait until this one goes.
         if ((mode & S_IRGRP) && folder.st_gid != status.st_gid && ::fchown(m_file.number(), static_cast<uid_t>(-1), folder.st_gid) != 0)

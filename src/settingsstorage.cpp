@@ -176,7 +176,7 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
     if (!path.isEmpty())
         text.setValue(path, value);
     const flashfile::Replacement replacement
-        = flashfile::replace(flashfile::path(), text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
+        = flashfile::replace(SettingsFile::path(), text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
     attempt.isOvertaken = replacement.isOvertaken;
     if (replacement.isDone)
         tellSuccess(waiting, replacement.failure, complaints);

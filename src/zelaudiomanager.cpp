@@ -1,6 +1,8 @@
 #include <qzaudio/zelaudiomanager.h>
 
 #include "logging.h"
+#include "lowbyte.h"
+#include "situationtables.h"
 #include "zelaudiomanagertables.h"
 
 #include <mcuservice.h>
@@ -14,6 +16,7 @@
 #include <memory>
 
 using audio::AudioControl;
+using audio::lowByte;
 
 namespace
 {
@@ -30,19 +33,21 @@ int platformVolume(int volume)
     return static_cast<int>(static_cast<unsigned int>(volume) * tables::platformVolumeFactor);
 }
 
-quint8 lowByte(int value)
+struct ChannelOfType
 {
-    return static_cast<quint8>(value);
-}
+    AudioChannel channel;
+    QString source;
+};
 
 /// The channels whose volume is of this type, in ascending order.
-QList<AudioChannel> channelsOfType(audio::AudioDataBase &dataBase, ZelAudioType type)
+QList<ChannelOfType> channelsOfType(audio::AudioDataBase &dataBase, ZelAudioType type)
 {
-    QList<AudioChannel> channels;
-    for (int number = 0; number <= tables::highestChannel; ++number) {
+    QList<ChannelOfType> channels;
+    for (int number = 0; number <= situations::highestChannel; ++number) {
         const auto channel = static_cast<AudioChannel>(number);
-        if (dataBase.getChannelInfo(channel).type == type)
-            channels.append(channel);
+        const ZelAudioAChannelInfo info = dataBase.getChannelInfo(channel);
+        if (info.type == type)
+            channels.append({channel, info.spName});
     }
     return channels;
 }
@@ -147,7 +152,7 @@ void ZelAudioManager::_handleVolumeTypeChanged(AudioStatus status)
         channel = AudioChannelCarPlayMedia;
     }
     QString name = dataBase->getStatusToSpName(status);
-    if (name == QLatin1String("S+none_APP")) {
+    if (name == QLatin1String(situations::noSource)) {
         if (channel == AudioChannelNone) {
             traceDebug() << "Use the main sound channel temporarily";
             channel = AudioChannelAuxIn;
@@ -155,7 +160,7 @@ void ZelAudioManager::_handleVolumeTypeChanged(AudioStatus status)
         name = dataBase->getChannelInfo(channel).spName;
     }
     const auto tag = static_cast<AudioControl::AudioTag>(info.param);
-    control->setStreamVolume(tag, name.toLocal8Bit().constData(), lowByte(volume & tables::platformVolumeMask));
+    control->setStreamVolume(tag, name.toUtf8().constData(), lowByte(volume));
     traceDebug() << "Auto adjust volume when audio status changed" << tag << name << volume;
 }
 
@@ -163,15 +168,17 @@ void ZelAudioManager::updateAudioChannel(AudioChannel channel)
 {
     traceDebug() << "Update Audio Channel" << channel;
     currentChannel = channel;
-    control->setOutputSource(AudioControl::Main, dataBase->getChannelInfo(channel).spName.toLocal8Bit().constData());
+    control->setOutputSource(AudioControl::Main, dataBase->getChannelInfo(channel).spName.toUtf8().constData());
     if (!firstChannelSeen) {
         if (channel != AudioChannelNone) {
             firstChannelSeen = true;
             setEqType(tables::storedEqualizerType);
             firstEqTimer.start();
         }
-    } else if (std::find(std::begin(tables::equalizerResettingChannels), std::end(tables::equalizerResettingChannels), channel)
-               != std::end(tables::equalizerResettingChannels)) {
+        return;
+    }
+    const situations::Channel *const row = situations::rowOf(channel);
+    if (row && row->resetsEqualizer) {
         traceDebug() << "reset eq";
         setEqType(tables::storedEqualizerType);
     }
@@ -209,10 +216,10 @@ void ZelAudioManager::_handleChannelVolumeChanged(ZelAudioType type, int volume)
         control->setAlterStepVolume(lowByte(volume), type == ZelAudioTypeHiCarCall);
         return;
     }
-    const QList<AudioChannel> channels = channelsOfType(*dataBase, type);
+    const QList<ChannelOfType> channels = channelsOfType(*dataBase, type);
     const AudioControl::AudioTag tag = currentTag();
-    for (const AudioChannel channel : channels)
-        control->setStreamVolume(tag, dataBase->getChannelInfo(channel).spName.toLocal8Bit().constData(), lowByte(platformVolume(volume)));
+    for (const ChannelOfType &channel : channels)
+        control->setStreamVolume(tag, channel.source.toUtf8().constData(), lowByte(platformVolume(volume)));
     if (channels.size() <= 1)
         return;
     if (!pendingVolumeTypes.contains(type))
@@ -228,11 +235,10 @@ void ZelAudioManager::_delaysetVolume()
     for (int i = 0; i < pendingVolumeTypes.size(); ++i) {
         const ZelAudioType type = pendingVolumeTypes.at(i);
         const int volume = platformVolume(dataBase->getVolume(type));
-        const QList<AudioChannel> channels = channelsOfType(*dataBase, type);
-        for (const AudioChannel channel : channels) {
-            const QString name = dataBase->getChannelInfo(channel).spName;
-            traceDebug() << name << channel << volume;
-            control->setStreamVolume(currentTag(), name.toLocal8Bit().constData(), lowByte(volume & tables::platformVolumeMask));
+        const QList<ChannelOfType> channels = channelsOfType(*dataBase, type);
+        for (const ChannelOfType &channel : channels) {
+            traceDebug() << channel.source << channel.channel << volume;
+            control->setStreamVolume(currentTag(), channel.source.toUtf8().constData(), lowByte(volume));
         }
         pendingVolumeTypes.removeFirst();
     }
@@ -241,7 +247,10 @@ void ZelAudioManager::_delaysetVolume()
 void ZelAudioManager::_getAllChannelsFromCurrentType(QList<AudioChannel> &channels, ZelAudioType type)
 {
     traceDebug();
-    channels = channelsOfType(*dataBase, type);
+    channels.clear();
+    const QList<ChannelOfType> found = channelsOfType(*dataBase, type);
+    for (const ChannelOfType &channel : found)
+        channels.append(channel.channel);
 }
 
 AudioControl::AudioTag ZelAudioManager::currentTag()
@@ -252,14 +261,14 @@ AudioControl::AudioTag ZelAudioManager::currentTag()
 void ZelAudioManager::updateCurrentAudioVolume(bool up)
 {
     traceDebug() << up;
-    const auto key = std::find_if(
-        std::begin(tables::volumeKeyRows), std::end(tables::volumeKeyRows), [this](const tables::VolumeKeyRow &row) { return row.status == currentStatus; });
-    ZelAudioType type = ZelAudioTypeMedia;
-    if (key != std::end(tables::volumeKeyRows))
-        type = key->type;
-    else if (dataBase->getChannelInfo(currentChannel).type != ZelAudioTypeMedia)
-        return;
-    if (currentChannel == tables::hiCarChannel)
+    const situations::Status *const row = situations::rowOf(currentStatus);
+    ZelAudioType type = row ? row->keyType : situations::asTheChannelSays;
+    if (type == situations::asTheChannelSays) {
+        type = dataBase->getChannelInfo(currentChannel).type;
+        if (type != ZelAudioTypeMedia)
+            return;
+    }
+    if (currentChannel == situations::hiCarChannel)
         type = ZelAudioTypeHiCarCall;
     // In 64 bits: a number edited into the file may be the largest there is.
     const qint64 wanted = qint64(getVolume(type)) + (up ? 1 : -1);

@@ -8,9 +8,6 @@ namespace tables
 
 constexpr int highestVolume = 25;
 constexpr unsigned int platformVolumeFactor = 4;
-constexpr int platformVolumeMask = 252;
-constexpr int highestChannel = 19;
-constexpr int hiCarChannel = 18; ///< has no entry in the channel table
 
 constexpr int deferredVolumeMs = 500;
 constexpr int customEqualizerRepeatMs = 500;
@@ -34,32 +31,6 @@ constexpr ZelAudioType volumeTypesPushedAtStart[] = {
     ZelAudioTypeTelephony,
     ZelAudioTypeRing,
     ZelAudioTypeSpeech,
-};
-
-/// Channels that get the equalizer set again whenever they are reported.
-constexpr AudioChannel equalizerResettingChannels[] = {
-    AudioChannelFilePlayer,
-    AudioChannelCarPlayMedia,
-    AudioChannelAndroidAuto,
-    AudioChannelCarLife,
-};
-
-struct VolumeKeyRow
-{
-    int status;
-    ZelAudioType type;
-};
-
-/// What the volume keys work on in a status of its own; in every other status the channel decides.
-constexpr VolumeKeyRow volumeKeyRows[] = {
-    {10, ZelAudioTypePrompt},
-    {14, ZelAudioTypePrompt},
-    {18, ZelAudioTypePrompt},
-    {2, ZelAudioTypeTelephony},
-    {3, ZelAudioTypeTelephony},
-    {6, ZelAudioTypeTelephony},
-    {1, ZelAudioTypeRing},
-    {5, ZelAudioTypeRing},
 };
 
 /// Analogue stages of the microphone amplifier in dB, ascending.

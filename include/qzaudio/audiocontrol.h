@@ -17,8 +17,8 @@ class AudioControlPrivate;
 /**
  * The control facade: every request on the platform's audio-setting library goes through this class.
  *
- * It translates the system's Qt-side source names ("S+FilePlayer_APP") and stream tags into the platform's source and track
- * names, checks ranges, makes the platform calls and logs their outcome. Nothing is retried and nothing is stored on flash.
+ * It translates the system's Qt-side source names ("S+FilePlayer_APP", UTF-8) and stream tags into the platform's names (local 8-bit),
+ * checks ranges, makes the platform calls and logs their outcome. Nothing is retried and nothing is stored on flash.
  *
  * Threads: no member is locked and the first getInstance() is not guarded. Use the object from one thread, the one that the
  * policy manager lives on.

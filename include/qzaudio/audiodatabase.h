@@ -102,9 +102,9 @@ public:
     /// The type of the next preset up or down, round the end. Changes nothing.
     int getNextEqType(bool up);
 
-    /// What a status means; {0, 0} outside 0..19.
+    /// What a status means; {0, 0} for a number that is none.
     ZelAudioInfo getAudioStatusInfo(AudioStatus status);
-    /// The source name of a status; "S+none_APP" outside 0..19.
+    /// The source name of a status; "S+none_APP" for a number that is none.
     QString getStatusToSpName(AudioStatus status);
     /// What a channel is; {0, "S+none_APP"} for a channel without an entry.
     ZelAudioAChannelInfo getChannelInfo(AudioChannel channel);

@@ -61,13 +61,13 @@ public:
     // Status, channel and volume --------------------------------------------------------------------------------------------
 
     /**
-     * Reports what sounds now (0 to 19) and applies its stored volume.
+     * Reports what sounds now and applies its stored volume.
      *
      * The current status again applies nothing. Every call, that one too, stops the timer of a CarPlay prompt (see cpDuckAudio()).
      */
     void updateAudioStatus(AudioStatus status);
     /**
-     * Routes the channel (0 to 19) to the main track. No volume is written.
+     * Routes the channel to the main track. No volume is written.
      *
      * The first channel other than 0 in the life of the process also applies the stored equalizer type, and once more after 2000 ms.
      * From then on channels 3, 5, 10 and 17 apply it on every report. Each of these rewrites the settings file.

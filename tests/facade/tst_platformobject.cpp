@@ -21,25 +21,25 @@ namespace
 struct Volumes
 {
     using Object = Volume;
-    static int call(const PlatformObject<Volume> &object) { return object.call(&Volume::setMasterVolume, static_cast<unsigned char>(40)); }
+    static int call(const PlatformObject<Volume> &object) { return callPlatform(object, &Volume::setMasterVolume, static_cast<unsigned char>(40)); }
     static constexpr const char *text = "Volume.setMasterVolume(40) -> 0";
 };
 struct Sources
 {
     using Object = Source;
-    static int call(const PlatformObject<Source> &object) { return object.call(&Source::setHandsfreeDelay, 5); }
+    static int call(const PlatformObject<Source> &object) { return callPlatform(object, &Source::setHandsfreeDelay, 5); }
     static constexpr const char *text = "Source.setHandsfreeDelay(5) -> 0";
 };
 struct Mixers
 {
     using Object = Mixer;
-    static int call(const PlatformObject<Mixer> &object) { return object.call(&Mixer::setFrontRearMode, 0); }
+    static int call(const PlatformObject<Mixer> &object) { return callPlatform(object, &Mixer::setFrontRearMode, 0); }
     static constexpr const char *text = "Mixer.setFrontRearMode(0) -> 0";
 };
 struct Apps
 {
     using Object = App;
-    static int call(const PlatformObject<App> &object) { return object.call(&App::enableDps); }
+    static int call(const PlatformObject<App> &object) { return callPlatform(object, &App::enableDps); }
     static constexpr const char *text = "App.enableDps() -> 0";
 };
 
@@ -60,6 +60,7 @@ private Q_SLOTS:
     void endsInTheOppositeOrder();
     void passesTheResultOn();
     void countsANullObjectAsAFailure();
+    void saysThatThereIsNone();
 
 private:
     void addKinds();
@@ -177,7 +178,7 @@ void PlatformObjectTest::endsInTheOppositeOrder()
 void PlatformObjectTest::passesTheResultOn()
 {
     QVERIFY(platform->faults()->fail("Volume.muteTrack"_s, 7));
-    QCOMPARE(PlatformObject<Volume>().call(&Volume::muteTrack, "main", 0), 7);
+    QCOMPARE(callPlatform(PlatformObject<Volume>(), &Volume::muteTrack, "main", 0), 7);
     QCOMPARE(callPlatform(inner->volume, &Volume::muteTrack, "main", 0), 7);
     unsigned char volume = 0;
     platform->chip()->setMasterVolume(42);
@@ -194,6 +195,20 @@ void PlatformObjectTest::countsANullObjectAsAFailure()
     Volume *const none = nullptr;
     QCOMPARE(callPlatform(none, &Volume::muteTrack, "main", 0), -1);
     QCOMPARE(takeCallsAndLifetimes(), QStringList());
+}
+
+void PlatformObjectTest::saysThatThereIsNone()
+{
+    const logging::CodeLocation place = {"file.cpp", 12, "void operation()"};
+    {
+        const PlatformObject<Volume> object(place, "no volume for", "main");
+        QVERIFY(bool(object));
+    }
+    QCOMPARE(log->takeTexts(), QStringList());
+    QVERIFY(platform->faults()->failFactory("Volume"_s));
+    const PlatformObject<Volume> object(place, "no volume for", "main");
+    QVERIFY(!object);
+    QCOMPARE(log->takeTexts(), QStringList{"[QT] [Error] [Audiocontrol] line: LINE no volume for main"_s});
 }
 
 QTEST_APPLESS_MAIN(PlatformObjectTest)

@@ -1,6 +1,7 @@
 #include <audiocontroltables.h>
 #include <audiodatabasetables.h>
 #include <policynames.h>
+#include <situationtables.h>
 #include <zelaudiomanagertables.h>
 
 #include <QtCore/QFile>
@@ -27,11 +28,10 @@ namespace
 namespace policy = ::tables;
 namespace store = audio::tables;
 
-constexpr int columnCount = 20; ///< statuses and channels run from 0 to 19
-
-static_assert(std::size(policynames::statuses) == std::size(store::statusRows), "each status has a name");
-static_assert(std::size(policynames::channels) == columnCount, "each channel has a name");
+static_assert(std::size(policynames::statuses) == std::size(situations::statuses), "each status has a name");
+static_assert(std::size(policynames::channels) == situations::highestChannel + 1, "each channel has a name");
 static_assert(std::size(policynames::volumeTypes) == store::volumeTypeCount, "each volume type has a name");
+static_assert(situations::highestStatus == 19 && situations::highestChannel == 19, "headers and documents say \"0 to 19\"");
 
 QString typeText(int type)
 {
@@ -64,7 +64,7 @@ QStringList head(const QStringList &cells)
 
 bool isNoSource(const char *qtName)
 {
-    return std::strcmp(qtName, store::noSource) == 0;
+    return std::strcmp(qtName, situations::noSource) == 0;
 }
 
 /// The platform's name of a source, and whether its volume is boosted.
@@ -82,27 +82,18 @@ QString sourceText(const char *qtName)
     return codeText(name->spName) + QLatin1String(boosted ? ", boosted" : "");
 }
 
-/// A channel as the store knows it: the last row of its number counts, none is media without a source.
-store::ChannelRow channelRow(int channel)
+/// A channel as the store knows it.
+situations::Channel channelRow(int number)
 {
-    store::ChannelRow found = {channel, ZelAudioTypeMedia, store::noSource};
-    for (const store::ChannelRow &candidate : store::channelRows) {
-        if (candidate.channel == channel)
-            found = candidate;
-    }
-    return found;
-}
-
-bool setsEqualizer(int channel)
-{
-    return std::find(std::begin(policy::equalizerResettingChannels), std::end(policy::equalizerResettingChannels), channel)
-        != std::end(policy::equalizerResettingChannels);
+    const auto channel = static_cast<AudioChannel>(number);
+    const situations::Channel *const row = situations::rowOf(channel);
+    return row ? *row : situations::Channel{channel, ZelAudioTypeMedia, situations::noSource, false};
 }
 
 QList<int> channelsOfType(int type)
 {
     QList<int> channels;
-    for (int channel = 0; channel <= policy::highestChannel; ++channel) {
+    for (int channel = 0; channel <= situations::highestChannel; ++channel) {
         if (channelRow(channel).type == type)
             channels.append(channel);
     }
@@ -122,21 +113,18 @@ QStringList statusTable()
                               QStringLiteral("Volume applied"),
                               QStringLiteral("To the source"),
                               QStringLiteral("Volume keys work on")});
-    for (const store::StatusRow &status : store::statusRows) {
-        const auto *key = std::find_if(std::begin(policy::volumeKeyRows), std::end(policy::volumeKeyRows), [&status](const policy::VolumeKeyRow &candidate) {
-            return candidate.status == status.status;
-        });
+    for (const situations::Status &status : situations::statuses) {
         lines += row(nameCells(policynames::statuses[status.status])
                      + QStringList{typeText(status.type),
-                                   isNoSource(status.spName) ? QStringLiteral("of the channel") : sourceText(status.spName),
-                                   key == std::end(policy::volumeKeyRows) ? QStringLiteral("as the channel says") : typeText(key->type)});
+                                   isNoSource(status.source) ? QStringLiteral("of the channel") : sourceText(status.source),
+                                   status.keyType == situations::asTheChannelSays ? QStringLiteral("as the channel says") : typeText(status.keyType)});
     }
     return lines;
 }
 
 QString keyText(int channel)
 {
-    if (channel == policy::hiCarChannel)
+    if (channel == situations::hiCarChannel)
         return typeText(ZelAudioTypeHiCarCall) + QLatin1String(", in every status");
     return channelRow(channel).type == ZelAudioTypeMedia ? typeText(ZelAudioTypeMedia) : QStringLiteral("nothing");
 }
@@ -150,12 +138,12 @@ QStringList channelTable()
                               QStringLiteral("Volume type"),
                               QStringLiteral("Volume keys work on"),
                               QStringLiteral("Sets the equalizer")});
-    for (int channel = 0; channel < columnCount; ++channel) {
-        const store::ChannelRow info = channelRow(channel);
+    for (int channel = 0; channel <= situations::highestChannel; ++channel) {
+        const situations::Channel info = channelRow(channel);
         lines += row(
             nameCells(policynames::channels[channel])
             + QStringList{
-                sourceText(info.spName), typeText(info.type), keyText(channel), setsEqualizer(channel) ? QStringLiteral("each time") : QStringLiteral("no")});
+                sourceText(info.source), typeText(info.type), keyText(channel), info.resetsEqualizer ? QStringLiteral("each time") : QStringLiteral("no")});
     }
     return lines;
 }

@@ -3,6 +3,7 @@
 #include <books.h>
 #include <faults.h>
 #include <journal.h>
+#include <situationexpectations.h>
 #include <valuetext.h>
 
 #include <qzaudio/audiocontrol.h>
@@ -61,6 +62,17 @@ QStringList calls::streamVolume(const QString &platformSource, int volume)
     return fresh(QStringLiteral("Volume.setTrackVolume(\"main\", \"%1\", %2) -> 0").arg(platformSource).arg(volume));
 }
 
+QStringList calls::volumeOfType(int type, int plain, int boosted)
+{
+    QStringList calls;
+    const QList<int> channels = expectation::channelsOfType(type);
+    for (const int channel : channels) {
+        const expectation::Source &source = expectation::channel(channel).source;
+        calls += streamVolume(QLatin1String(source.platformName), source.boosted ? boosted : plain);
+    }
+    return calls;
+}
+
 QStringList calls::equalizer(const Curve &gains)
 {
     QStringList texts;
@@ -89,6 +101,8 @@ void PolicyTest::initTestCase()
 void PolicyTest::init()
 {
     QFile::remove(settingsPath());
+    // QSettings keeps what it read by the file's size and time, in which this test's file may equal the last test's: let it see none.
+    QSettings(settingsPath(), QSettings::IniFormat).sync();
     platform->reset();
     log = std::make_unique<LogRecorder>();
     audio::AudioControl::getInstance()->setMute(false);

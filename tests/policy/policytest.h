@@ -27,6 +27,8 @@ using Curve = std::array<float, 16>;
 QStringList fresh(const QString &call);
 /// A stream volume of the main track, on a Volume made for it.
 QStringList streamVolume(const QString &platformSource, int volume);
+/// A volume for all channels of a type, as it reaches plain sources and boosted ones.
+QStringList volumeOfType(int type, int plain, int boosted);
 /// A curve in the equalizer, on an App made for it.
 QStringList equalizer(const Curve &gains);
 Curve curveOf(float everyBand);

@@ -232,8 +232,15 @@ void tst_ZelAudioManager_Mute::reverseGearOutWithinOneSecond()
     clock->advance(999);
     manager->onRecvBackCar(false);
     QCOMPARE(takeCalls(), ducked);
-    clock->advance(500);
+    // As after an unduck: an alert would show in the status only.
+    clock->advance(1);
+    QCOMPARE(int(managerstate::currentStatus(*manager)), 0);
+    clock->advance(498);
+    QCOMPARE(takeCalls(), QStringList());
+    QCOMPARE(int(managerstate::currentStatus(*manager)), 0);
+    clock->advance(1);
     QCOMPARE(takeCalls(), calls::streamVolume(QStringLiteral("BT_AUDIO_Track"), 80) + restored);
+    QCOMPARE(int(managerstate::currentStatus(*manager)), 11);
 }
 
 void tst_ZelAudioManager_Mute::reverseGearComesFromTheMcuService()

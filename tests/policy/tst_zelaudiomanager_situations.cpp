@@ -1,21 +1,23 @@
 #include "policytest.h"
 
 #include <books.h>
+#include <situationexpectations.h>
 
 #include <QtCore/QLoggingCategory>
 
 #include <array>
 
 /*
- * Every status with every channel and every volume type, against tables written out here.
+ * Every status with every channel and every volume type.
  */
 
 namespace
 {
 
-constexpr int statusCount = 20;
-constexpr int channelCount = 20;
-constexpr int typeCount = 6;
+using expectation::channelCount;
+using expectation::Source;
+using expectation::statusCount;
+using expectation::typeCount;
 
 /// What the platform is sent for a stored volume, by type: × 4, and × 1.5 for a boosted source.
 struct Level
@@ -34,112 +36,24 @@ constexpr std::array<Level, typeCount> levels = {{
     {19, 76, 114},
 }};
 
-struct Source
-{
-    const char *name;
-    bool boosted;
-};
-
-struct StatusRow
-{
-    int type;
-    Source source; ///< null: that of the channel
-    int keyType; ///< what the volume keys work on; -1: what the channel says
-};
-
-constexpr Source ofTheChannel = {nullptr, false};
-constexpr int asTheChannel = -1;
-
-constexpr std::array<StatusRow, statusCount> statuses = {{
-    {0, ofTheChannel, asTheChannel}, // 0
-    {3, {"S+BtPcmPhone", true}, 3}, // 1
-    {2, {"S+BtPcmPhone", true}, 2}, // 2
-    {2, {"S+BtPcmPhone", true}, 2}, // 3
-    {0, {"S+BtPcmPhone", true}, asTheChannel}, // 4
-    {3, {"S+CarPlayAlert", true}, 3}, // 5
-    {2, {"S+CarPlayTelephony", true}, 2}, // 6
-    {0, ofTheChannel, asTheChannel}, // 7
-    {4, {"S+CarPlaySpeech", true}, asTheChannel}, // 8
-    {0, {"S+CarPlaySpeech", true}, asTheChannel}, // 9
-    {1, ofTheChannel, 1}, // 10
-    {0, ofTheChannel, asTheChannel}, // 11
-    {4, {"S+AndroidAuto", false}, asTheChannel}, // 12
-    {0, {"S+AndroidAuto", false}, asTheChannel}, // 13
-    {1, {"S+AndroidAuto", false}, 1}, // 14
-    {0, {"S+AndroidAuto", false}, asTheChannel}, // 15
-    {4, {"S+CarLife", false}, asTheChannel}, // 16
-    {0, {"S+CarLife", false}, asTheChannel}, // 17
-    {1, {"S+CarLife", false}, 1}, // 18
-    {0, {"S+CarLife", false}, asTheChannel}, // 19
-}};
-
-constexpr int none = -1; ///< the keys do nothing
-
-struct ChannelRow
-{
-    Source source;
-    int keyType; ///< what the volume keys work on where the status leaves it to the channel
-};
-
-constexpr std::array<ChannelRow, channelCount> channels = {{
-    {{"S+none", false}, none}, // 0
-    {{"S+none", false}, 0}, // 1
-    {{"BT_AUDIO_Track", false}, 0}, // 2
-    {{"S+FilePlayer", false}, 0}, // 3
-    {{"S+IosMirror", false}, 0}, // 4
-    {{"S+CarPlayMedia", false}, 0}, // 5
-    {{"S+CarPlayAlert", true}, none}, // 6
-    {{"S+CarPlayTelephony", true}, none}, // 7
-    {{"S+CarPlaySpeech", true}, none}, // 8
-    {{"S+CarPlayDefault", false}, 0}, // 9
-    {{"S+AndroidAuto", false}, 0}, // 10
-    {{"S+BtRingtone", true}, none}, // 11
-    {{"S+BtPcmPhone", true}, none}, // 12
-    {{"S+DiscPlayer", false}, 0}, // 13
-    {{"S+none", false}, 0}, // 14
-    {{"S+AuxIn", true}, 0}, // 15
-    {{"S+none", false}, 0}, // 16
-    {{"S+CarLife", false}, 0}, // 17
-    {{"S+none", false}, 5}, // 18, HiCar
-    {{"S+AirPlayMedia", false}, 0}, // 19
-}};
-
-/// The sources that setVolume() goes to, by type, in the order of their channels. Null: the alternative track.
-const std::array<QList<Source>, typeCount> sourcesOfTypes = {{
-    {{"S+none", false},
-     {"BT_AUDIO_Track", false},
-     {"S+FilePlayer", false},
-     {"S+IosMirror", false},
-     {"S+CarPlayMedia", false},
-     {"S+CarPlayDefault", false},
-     {"S+AndroidAuto", false},
-     {"S+DiscPlayer", false},
-     {"S+none", false},
-     {"S+AuxIn", true},
-     {"S+none", false},
-     {"S+CarLife", false},
-     {"S+none", false},
-     {"S+AirPlayMedia", false}},
-    {},
-    {{"S+CarPlayTelephony", true}, {"S+BtPcmPhone", true}},
-    {{"S+CarPlayAlert", true}, {"S+BtRingtone", true}},
-    {{"S+CarPlaySpeech", true}},
-    {},
-}};
-
 constexpr std::array<bool, typeCount> isWrittenAgain = {true, false, true, true, false, false};
 
 QString streamVolume(const Source &source, const Level &level)
 {
-    return QStringLiteral("Volume.setTrackVolume(\"main\", \"%1\", %2) -> 0").arg(QLatin1String(source.name)).arg(source.boosted ? level.boosted : level.plain);
+    return QStringLiteral("Volume.setTrackVolume(\"main\", \"%1\", %2) -> 0")
+        .arg(QLatin1String(source.platformName))
+        .arg(source.boosted ? level.boosted : level.plain);
 }
 
 /// The calls of setVolume() for a type at a level.
 QStringList callsOfType(int type, const Level &level)
 {
     QStringList expected;
-    for (const Source &source : sourcesOfTypes[static_cast<std::size_t>(type)])
-        expected += streamVolume(source, level);
+    if (type != 1 && type != 5) {
+        const QList<int> channels = expectation::channelsOfType(type);
+        for (const int channel : channels)
+            expected += streamVolume(expectation::channel(channel).source, level);
+    }
     if (type == 5)
         expected += QStringLiteral("Volume.setTrackVolume(\"main\", \"hicar_voice_callmodemspeaker10\", %1) -> 0").arg(level.boosted);
     if (type == 1 || type == 5)
@@ -243,14 +157,12 @@ void tst_ZelAudioManager_Situations::updateAudioStatus()
         manager->updateAudioStatus(static_cast<AudioStatus>(status));
         managerstate::cpDucking(*manager) = false;
 
-        const StatusRow &row = statuses[static_cast<std::size_t>(status)];
+        const expectation::Status &row = expectation::status(status);
         Source source = row.source;
-        if (source.name == nullptr)
-            source = channels[static_cast<std::size_t>(channel)].source;
-        if (row.source.name == nullptr && channel == 0)
-            source = {"S+AuxIn", true};
+        if (expectation::isNone(source))
+            source = channel == 0 ? expectation::auxIn : expectation::channel(channel).source;
         if (status == 11 && channel == 7)
-            source = {"S+CarPlayMedia", false};
+            source = expectation::carPlayMedia;
         QStringList expected = {streamVolume(source, levels[static_cast<std::size_t>(row.type)])};
         if (status == 10 && !ducking)
             expected.clear();
@@ -318,16 +230,16 @@ void tst_ZelAudioManager_Situations::updateCurrentAudioVolume()
     }};
     QFETCH(int, status);
     QFETCH(int, channel);
-    int type = statuses[static_cast<std::size_t>(status)].keyType;
-    if (type == asTheChannel)
-        type = channels[static_cast<std::size_t>(channel)].keyType;
+    int type = expectation::status(status).keyType;
+    if (type == expectation::asTheChannel)
+        type = expectation::channel(channel).keyType;
     if (channel == 18)
         type = 5;
 
     enter(status, channel);
     for (const bool up : {true, false}) {
         manager->updateCurrentAudioVolume(up);
-        if (type == none) {
+        if (type == expectation::none) {
             QCOMPARE(takePlainCalls(), QStringList());
             QCOMPARE(takeVolumeChanges(), QList<VolumeChange>());
             continue;

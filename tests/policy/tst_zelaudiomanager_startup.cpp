@@ -1,6 +1,8 @@
 #include "childprocess.h"
 #include "policytest.h"
 
+#include <situationexpectations.h>
+
 #include <qzaudio/audiocontrol.h>
 
 #include <QtCore/QMetaMethod>
@@ -23,6 +25,12 @@ struct StartVolumes
     int telephony;
     int ring;
     int speech;
+
+    int of(const expectation::Stream &stream) const
+    {
+        const int plain[] = {media, prompt, telephony, ring, speech};
+        return stream.type == 0 && stream.source.boosted ? auxIn : plain[stream.type];
+    }
 };
 
 QString trackVolume(const char *source, int volume)
@@ -33,46 +41,17 @@ QString trackVolume(const char *source, int volume)
 /// What every source of the main track is given first. Their order is that of a hash.
 QStringList stepVolumes(const StartVolumes &volumes)
 {
-    return {
-        trackVolume("BT_AUDIO_Track", volumes.media),
-        trackVolume("S+AirPlayMedia", volumes.media),
-        trackVolume("S+AndroidAuto", volumes.media), // its own
-        trackVolume("S+AndroidAuto", volumes.media), // as a member of the file player's group
-        trackVolume("S+AuxIn", volumes.auxIn),
-        trackVolume("S+BtPcmPhone", volumes.telephony),
-        trackVolume("S+BtRingtone", volumes.ring),
-        trackVolume("S+CarLife", volumes.media),
-        trackVolume("S+CarPlayAlert", volumes.ring),
-        trackVolume("S+CarPlayDefault", volumes.media),
-        trackVolume("S+CarPlayMedia", volumes.media),
-        trackVolume("S+CarPlaySpeech", volumes.speech),
-        trackVolume("S+CarPlayTelephony", volumes.telephony),
-        trackVolume("S+DiscPlayer", volumes.media),
-        trackVolume("S+FilePlayer", volumes.media),
-        trackVolume("S+IPod", volumes.media),
-        trackVolume("S+IosMirror", volumes.media),
-        trackVolume("S+Mic", volumes.media),
-        trackVolume("S+WebLink", volumes.media),
-    };
+    QStringList lines = {trackVolume("S+AndroidAuto", volumes.media)}; // as a member of the file player's group, and once more as itself
+    for (const expectation::Stream &stream : expectation::streams)
+        lines += trackVolume(stream.source.platformName, volumes.of(stream));
+    lines.sort();
+    return lines;
 }
 
 /// What the volume types 0 to 4 are given at the end, by type.
 QStringList pushedMedia(const StartVolumes &volumes)
 {
-    return calls::streamVolume(QStringLiteral("S+none"), volumes.media) // channel 1
-        + calls::streamVolume(QStringLiteral("BT_AUDIO_Track"), volumes.media) // 2
-        + calls::streamVolume(QStringLiteral("S+FilePlayer"), volumes.media) // 3
-        + calls::streamVolume(QStringLiteral("S+IosMirror"), volumes.media) // 4
-        + calls::streamVolume(QStringLiteral("S+CarPlayMedia"), volumes.media) // 5
-        + calls::streamVolume(QStringLiteral("S+CarPlayDefault"), volumes.media) // 9
-        + calls::streamVolume(QStringLiteral("S+AndroidAuto"), volumes.media) // 10
-        + calls::streamVolume(QStringLiteral("S+DiscPlayer"), volumes.media) // 13
-        + calls::streamVolume(QStringLiteral("S+none"), volumes.media) // 14
-        + calls::streamVolume(QStringLiteral("S+AuxIn"), volumes.auxIn) // 15
-        + calls::streamVolume(QStringLiteral("S+none"), volumes.media) // 16
-        + calls::streamVolume(QStringLiteral("S+CarLife"), volumes.media) // 17
-        + calls::streamVolume(QStringLiteral("S+none"), volumes.media) // 18
-        + calls::streamVolume(QStringLiteral("S+AirPlayMedia"), volumes.media); // 19
+    return calls::volumeOfType(0, volumes.media, volumes.auxIn);
 }
 
 QStringList pushedPrompt(const StartVolumes &volumes)
@@ -80,21 +59,20 @@ QStringList pushedPrompt(const StartVolumes &volumes)
     return calls::fresh(QStringLiteral("Volume.setAlterTrackVolume(%1) -> 0").arg(volumes.prompt));
 }
 
+// All of these sources are boosted.
 QStringList pushedTelephony(const StartVolumes &volumes)
 {
-    return calls::streamVolume(QStringLiteral("S+CarPlayTelephony"), volumes.telephony) // channel 7
-        + calls::streamVolume(QStringLiteral("S+BtPcmPhone"), volumes.telephony); // 12
+    return calls::volumeOfType(2, -1, volumes.telephony);
 }
 
 QStringList pushedRing(const StartVolumes &volumes)
 {
-    return calls::streamVolume(QStringLiteral("S+CarPlayAlert"), volumes.ring) // channel 6
-        + calls::streamVolume(QStringLiteral("S+BtRingtone"), volumes.ring); // 11
+    return calls::volumeOfType(3, -1, volumes.ring);
 }
 
 QStringList pushedSpeech(const StartVolumes &volumes)
 {
-    return calls::streamVolume(QStringLiteral("S+CarPlaySpeech"), volumes.speech); // channel 8
+    return calls::volumeOfType(4, -1, volumes.speech);
 }
 
 QStringList pushedVolumes(const StartVolumes &volumes)

@@ -1,5 +1,7 @@
 #include "policytest.h"
 
+#include <situationexpectations.h>
+
 #include <limits>
 
 class tst_ZelAudioManager_Status : public PolicyTest
@@ -124,25 +126,16 @@ void tst_ZelAudioManager_Status::restoreDuringCarPlayCallUsesMedia()
 
 void tst_ZelAudioManager_Status::channel_data()
 {
-    struct Row
-    {
-        const char *source;
-        int channel;
-        bool setsEqualizer;
-    };
-    constexpr Row rows[] = {
-        {"S+none", 0, false},          {"S+none", 1, false},           {"BT_AUDIO_Track", 2, false}, {"S+FilePlayer", 3, true},
-        {"S+IosMirror", 4, false},     {"S+CarPlayMedia", 5, true},    {"S+CarPlayAlert", 6, false}, {"S+CarPlayTelephony", 7, false},
-        {"S+CarPlaySpeech", 8, false}, {"S+CarPlayDefault", 9, false}, {"S+AndroidAuto", 10, true},  {"S+BtRingtone", 11, false},
-        {"S+BtPcmPhone", 12, false},   {"S+DiscPlayer", 13, false},    {"S+none", 14, false},        {"S+AuxIn", 15, false},
-        {"S+none", 16, false},         {"S+CarLife", 17, true},        {"S+none", 18, false},        {"S+AirPlayMedia", 19, false},
-        {"S+none", 20, false},         {"S+none", -1, false},
-    };
     QTest::addColumn<int>("channel");
     QTest::addColumn<QString>("source");
     QTest::addColumn<bool>("setsEqualizer");
-    for (const Row &row : rows)
-        QTest::addRow("channel %d", row.channel) << row.channel << QString::fromLatin1(row.source) << row.setsEqualizer;
+    const auto add = [](int channel, const expectation::Source &source, bool setsEqualizer) {
+        QTest::addRow("channel %d", channel) << channel << QString::fromLatin1(source.platformName) << setsEqualizer;
+    };
+    for (int channel = 0; channel < expectation::channelCount; ++channel)
+        add(channel, expectation::channel(channel).source, expectation::channel(channel).setsEqualizer);
+    add(expectation::channelCount, expectation::noSource, false);
+    add(-1, expectation::noSource, false);
 }
 
 void tst_ZelAudioManager_Status::channel()

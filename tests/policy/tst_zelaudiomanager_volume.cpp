@@ -1,5 +1,7 @@
 #include "policytest.h"
 
+#include <situationexpectations.h>
+
 #include <limits>
 
 Q_DECLARE_METATYPE(ZelAudioType)
@@ -9,30 +11,18 @@ namespace
 
 QStringList mediaCalls(int volume, int auxIn)
 {
-    QStringList expected;
-    for (const char *source :
-         {"S+none", "BT_AUDIO_Track", "S+FilePlayer", "S+IosMirror", "S+CarPlayMedia", "S+CarPlayDefault", "S+AndroidAuto", "S+DiscPlayer"})
-        expected += calls::streamVolume(QLatin1String(source), volume);
-    expected += calls::streamVolume(QStringLiteral("S+none"), volume);
-    expected += calls::streamVolume(QStringLiteral("S+AuxIn"), auxIn);
-    for (const char *source : {"S+none", "S+CarLife", "S+none", "S+AirPlayMedia"})
-        expected += calls::streamVolume(QLatin1String(source), volume);
-    return expected;
+    return calls::volumeOfType(0, volume, auxIn);
 }
 
-QStringList twoCalls(const char *first, const char *second, int volume)
-{
-    return calls::streamVolume(QLatin1String(first), volume) + calls::streamVolume(QLatin1String(second), volume);
-}
-
+/// All of their sources are boosted.
 QStringList telephonyCalls(int volume)
 {
-    return twoCalls("S+CarPlayTelephony", "S+BtPcmPhone", volume);
+    return calls::volumeOfType(2, -1, volume);
 }
 
 QStringList ringCalls(int volume)
 {
-    return twoCalls("S+CarPlayAlert", "S+BtRingtone", volume);
+    return calls::volumeOfType(3, -1, volume);
 }
 
 } // namespace
@@ -340,12 +330,9 @@ void tst_ZelAudioManager_Volume::channelsOfType_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QList<int>>("expected");
-    QTest::newRow("media") << 0 << QList<int>{1, 2, 3, 4, 5, 9, 10, 13, 14, 15, 16, 17, 18, 19};
-    QTest::newRow("prompt") << 1 << QList<int>{0};
-    QTest::newRow("telephony") << 2 << QList<int>{7, 12};
-    QTest::newRow("ring") << 3 << QList<int>{6, 11};
-    QTest::newRow("speech") << 4 << QList<int>{8};
-    QTest::newRow("HiCar call") << 5 << QList<int>();
+    const char *const names[] = {"media", "prompt", "telephony", "ring", "speech", "HiCar call"};
+    for (int type = 0; type < expectation::typeCount; ++type)
+        QTest::newRow(names[type]) << type << expectation::channelsOfType(type);
     QTest::newRow("no type") << 6 << QList<int>();
     QTest::newRow("a negative type") << -1 << QList<int>();
 }

@@ -3,6 +3,7 @@
 #include "storetest.h"
 
 #include <qzaudio/audiodatabase.h>
+#include <settingsfile.h>
 
 #include <QtTest/QtTest>
 
@@ -78,6 +79,7 @@ private Q_SLOTS:
     void valuesOfEveryType();
     void dataWithoutKey();
     void clearRemovesTheFile();
+    void withFlashGivesTheFolder();
     void clearWithoutFile();
     void logOfConstruction_data();
     void logOfConstruction();
@@ -553,6 +555,16 @@ void AudioDataBaseTest::othersAreSilent()
     store.getVolume(ZelAudioTypeMedia);
     store.getNextEqType(true);
     QCOMPARE(log->takeTexts(), QStringList());
+}
+
+/// The script says by itself where it puts a flash.
+void AudioDataBaseTest::withFlashGivesTheFolder()
+{
+    QCOMPARE(SettingsFile::folder(), flash::folder());
+    QCOMPARE(SettingsFile::path(), flash::settingsFile());
+    QFile script(QStringLiteral(WITH_FLASH));
+    QVERIFY(script.open(QIODevice::ReadOnly));
+    QVERIFY(script.readAll().contains("\nflash=" + SettingsFile::folder().toUtf8() + '\n'));
 }
 
 QTEST_GUILESS_MAIN(AudioDataBaseTest)

@@ -1,10 +1,13 @@
 #include "flash.h"
 #include "storetest.h"
 
+#include <situationexpectations.h>
+
 #include <qzaudio/audiodatabase.h>
 
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -12,56 +15,6 @@ using audio::AudioDataBase;
 
 namespace
 {
-
-struct Meaning
-{
-    int type;
-    const char *name;
-};
-
-// By status 0 to 19.
-const std::array<Meaning, 20> statuses = {{
-    {0, "S+none_APP"},
-    {3, "S+BtPcmPhone"},
-    {2, "S+BtPcmPhone"},
-    {2, "S+BtPcmPhone"},
-    {0, "S+BtPcmPhone"},
-    {3, "S+CarPlayAlert_APP"},
-    {2, "S+CarPlayTelephony_APP"},
-    {0, "S+none_APP"},
-    {4, "S+CarPlaySpeech_APP"},
-    {0, "S+CarPlaySpeech_APP"},
-    {1, "S+none_APP"},
-    {0, "S+none_APP"},
-    {4, "S+AndroidAuto_APP"},
-    {0, "S+AndroidAuto_APP"},
-    {1, "S+AndroidAuto_APP"},
-    {0, "S+AndroidAuto_APP"},
-    {4, "S+CarLife_APP"},
-    {0, "S+CarLife_APP"},
-    {1, "S+CarLife_APP"},
-    {0, "S+CarLife_APP"},
-}};
-
-// By channel 0 to 19; 1, 14, 16 and 18 are not assigned.
-const std::array<Meaning, 20> channels = {{
-    {1, "S+none_APP"},         {0, "S+none_APP"},         {0, "BT_AUDIO_Track"},         {0, "S+FilePlayer_APP"},    {0, "S+IosMirror_APP"},
-    {0, "S+CarPlayMedia_APP"}, {3, "S+CarPlayAlert_APP"}, {2, "S+CarPlayTelephony_APP"}, {4, "S+CarPlaySpeech_APP"}, {0, "S+CarPlayDefault_APP"},
-    {0, "S+AndroidAuto_APP"},  {3, "S+BtRingtone_APP"},   {2, "S+BtPcmPhone"},           {0, "S+DiscPlayer_APP"},    {0, "S+none_APP"},
-    {0, "S+AuxIn_APP"},        {0, "S+none_APP"},         {0, "S+CarLife_APP"},          {0, "S+none_APP"},          {0, "s+AirPlayMedia_APP"},
-}};
-
-// By volume type.
-const std::array<QStringList, 6> streams = {{
-    QStringLiteral("S+FilePlayer_APP S+DiscPlayer_APP BT_AUDIO_Track S+AuxIn_APP S+Mic_APP S+CarPlayMedia_APP S+CarPlayDefault_APP S+AndroidAuto_APP "
-                   "S+IPod_APP S+CarLife_APP S+WebLink_APP s+AirPlayMedia_APP S+IosMirror_APP")
-        .split(QLatin1Char(' ')),
-    {},
-    {QStringLiteral("S+BtPcmPhone"), QStringLiteral("S+CarPlayTelephony_APP")},
-    {QStringLiteral("S+BtRingtone_APP"), QStringLiteral("S+CarPlayAlert_APP")},
-    {QStringLiteral("S+CarPlaySpeech_APP")},
-    {},
-}};
 
 struct Preset
 {
@@ -81,12 +34,13 @@ const std::array<Preset, 8> presets = {{
     {201, "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
 }};
 
-const std::array<int, 6> outside = {-1, 20, 25, 256, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
+const std::array<int, 6> outside
+    = {-1, std::max(expectation::statusCount, expectation::channelCount), 25, 256, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
 
 QList<int> channelsOfType(AudioDataBase &store, int type)
 {
     QList<int> found;
-    for (int channel = 0; channel < 20; ++channel) {
+    for (int channel = 0; channel < expectation::channelCount; ++channel) {
         if (store.getChannelInfo(static_cast<AudioChannel>(channel)).type == type)
             found.append(channel);
     }
@@ -118,32 +72,29 @@ private Q_SLOTS:
 void AudioDataBaseTablesTest::statusTable()
 {
     AudioDataBase store;
-    for (size_t status = 0; status < statuses.size(); ++status) {
+    for (int status = 0; status < expectation::statusCount; ++status) {
         const auto key = static_cast<AudioStatus>(status);
-        QCOMPARE(int(store.getAudioStatusInfo(key).type), statuses[status].type);
+        QCOMPARE(int(store.getAudioStatusInfo(key).type), expectation::status(status).type);
         QCOMPARE(store.getAudioStatusInfo(key).param, 0);
-        QCOMPARE(store.getStatusToSpName(key), QString::fromLatin1(statuses[status].name));
+        QCOMPARE(store.getStatusToSpName(key), QString::fromLatin1(expectation::status(status).source.name));
     }
 }
 
 void AudioDataBaseTablesTest::channelTable()
 {
     AudioDataBase store;
-    for (size_t channel = 0; channel < channels.size(); ++channel) {
+    for (int channel = 0; channel < expectation::channelCount; ++channel) {
         const ZelAudioAChannelInfo info = store.getChannelInfo(static_cast<AudioChannel>(channel));
-        QCOMPARE(int(info.type), channels[channel].type);
-        QCOMPARE(info.spName, QString::fromLatin1(channels[channel].name));
+        QCOMPARE(int(info.type), expectation::channel(channel).type);
+        QCOMPARE(info.spName, QString::fromLatin1(expectation::channel(channel).source.name));
     }
 }
 
 void AudioDataBaseTablesTest::channelsByType()
 {
     AudioDataBase store;
-    QCOMPARE(channelsOfType(store, 1), QList<int>{0});
-    QCOMPARE(channelsOfType(store, 2), (QList<int>{7, 12}));
-    QCOMPARE(channelsOfType(store, 3), (QList<int>{6, 11}));
-    QCOMPARE(channelsOfType(store, 4), QList<int>{8});
-    QCOMPARE(channelsOfType(store, 5), QList<int>());
+    for (int type = 0; type < expectation::typeCount; ++type)
+        QCOMPARE(channelsOfType(store, type), expectation::channelsOfType(type));
 }
 
 void AudioDataBaseTablesTest::unknownStatusesAndChannels()
@@ -170,11 +121,10 @@ void AudioDataBaseTablesTest::streamVolumes()
 {
     AudioDataBase store;
     QHash<QString, uchar> expected;
-    for (int type = 0; type < 6; ++type) {
+    for (int type = 0; type < expectation::typeCount; ++type)
         store.setVolume(static_cast<ZelAudioType>(type), type + 1, false);
-        for (const QString &stream : streams[static_cast<size_t>(type)])
-            expected.insert(stream, static_cast<uchar>(type + 1));
-    }
+    for (const expectation::Stream &stream : expectation::streams)
+        expected.insert(QString::fromLatin1(stream.source.name), static_cast<uchar>(stream.type + 1));
     QCOMPARE(expected.size(), 18);
     QHash<QString, uchar> volumes{{QStringLiteral("Foreign"), 1}, {QStringLiteral("S+FilePlayer_APP"), 99}};
     store.getGroupDefaultData(volumes);

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QString>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+/**
+ * The settings file as seen without reading it.
+ *
+ * The one header of this folder that the daemon, the QML modules and the bench include, too. It is no part of the library's interface.
+ */
+namespace SettingsFile
+{
+
+/// The one place on the unit's flash; see audio::AudioDataBase.
+inline QString path()
+{
+    return QStringLiteral("/media/flash/nvm/audioData.db");
+}
+
+inline QString folder()
+{
+    return QFileInfo(path()).path();
+}
+
+/// Whether its folder is there and may be written to. The store makes the folder where it can.
+inline bool canBeSaved()
+{
+    return access(QFile::encodeName(folder()).constData(), W_OK | X_OK) == 0;
+}
+
+/**
+ * Tells two states of a file apart: another text after each rewrite, "" while there is no file.
+ *
+ * A rewrite puts a new file in the old one's place, so it shows even when size and time stay the same.
+ */
+inline QByteArray stamp(const QString &file = path())
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(file).constData(), &status) != 0)
+        return {};
+    return QByteArray::number(quint64(status.st_ino)) + ' ' + QByteArray::number(qint64(status.st_size)) + ' '
+        + QByteArray::number(qint64(status.st_mtim.tv_sec)) + '.' + QByteArray::number(qint64(status.st_mtim.tv_nsec));
+}
+
+} // namespace SettingsFile
