@@ -3,11 +3,19 @@
 #include "console.h"
 #include "exitstatus.h"
 
-QString Command::exitStatuses()
+QVector<Command::Ending> Command::endings() const
 {
-    return QStringLiteral("Exit status: 0 success; 1 an expectation or a script failed, the audio service denied or refused a "
-                          "request, or a settings file cannot be read; 2 a mistake on the command line, a scenario that cannot be "
-                          "read, or output that cannot be written; 3 the bus or the audio service does not answer; 130 interrupted.\n");
+    return {};
+}
+
+Command::Completions Command::completions(const QStringList & /*before*/) const
+{
+    return {};
+}
+
+const HelpTopics *Command::helpTopics() const
+{
+    return nullptr;
 }
 
 bool Command::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const

@@ -3,22 +3,41 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-/// One command of the bench, such as "play": what it is called, what it takes and what it does.
+class HelpTopics;
+
+/**
+ * One command of the bench, such as "play": what it is called, what it takes and what it does.
+ *
+ * Command line, help, shell completion and the check of the manual page know no more of it than it tells here.
+ */
 class Command
 {
 public:
     struct Option
     {
         QString name;
-        QString value; ///< name of the value, empty for a switch
+        QString value; ///< name of the value, empty for a switch; FILE and DIR are what shells take them for
         QString help; ///< empty for what is not meant for people
         QChar letter = {}; ///< its short name; null for none
+        QStringList values = {}; ///< words that the value can be
     };
 
-    /// What the bench ends with, whatever the command; for its help.
-    static QString exitStatuses();
+    /// A status to end with, and when.
+    struct Ending
+    {
+        int status;
+        QString when;
+    };
+
+    /// What a word can be that is still to be typed.
+    struct Completions
+    {
+        QStringList words;
+        QString paths; ///< FILE or DIR where it can be such a path, too; else empty
+    };
 
     virtual ~Command() = default;
 
@@ -31,6 +50,12 @@ public:
     /// What a user should know beyond the options: paragraphs, which the help breaks to the terminal's width, and lists, whose lines begin
     /// with blanks and stand as they are.
     virtual QString details() const = 0;
+    /// What it ends with besides what every command does (HelpText::endings()).
+    virtual QVector<Ending> endings() const;
+    /// What an argument can be that follows those @p before.
+    virtual Completions completions(const QStringList &before) const;
+    /// What "help" tells besides the commands; null for nothing. The command's own.
+    virtual const HelpTopics *helpTopics() const;
 
     /// Whether timers are to run on virtual time. Asked before the application object is made.
     virtual bool wantsVirtualTime(const QCommandLineParser &parsed) const;

@@ -1,13 +1,10 @@
 #ifndef COMMANDLINE_H
 #define COMMANDLINE_H
 
-#include "command.h"
+#include "commandlist.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
-
-#include <memory>
-#include <vector>
 
 /**
  * The command line: finds the command, checks its options, and answers --help and --version.
@@ -17,7 +14,7 @@
 class CommandLine
 {
 public:
-    explicit CommandLine(std::vector<std::unique_ptr<Command>> knownCommands);
+    explicit CommandLine(CommandList given);
 
     struct Parsed
     {
@@ -33,14 +30,11 @@ public:
      */
     Parsed parse(const QStringList &arguments, QCommandLineParser &options) const;
 
-private:
-    Parsed help(const QStringList &arguments) const;
-    Command *find(const QString &name) const;
-    QString overview() const;
-    static QString helpOf(const Command &command);
-    static Parsed complain(const QString &message);
+    /// Says what is wrong with a command line of which the command is not known. Gives the exit status for it.
+    static int complain(const QString &message);
 
-    std::vector<std::unique_ptr<Command>> commands;
+private:
+    CommandList commands;
 };
 
 #endif

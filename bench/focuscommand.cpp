@@ -10,6 +10,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtDBus/QDBusConnection>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace
@@ -31,13 +33,42 @@ constexpr Hint hints[] = {
     {"exclusive", AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE},
 };
 
+struct Action
+{
+    const char *name;
+    bool needsClient;
+    void (*start)(FocusClient &client, const QString &clientId, int stream, int hint);
+};
+
+constexpr Action actions[] = {
+    {"request", true, [](FocusClient &client, const QString &id, int stream, int hint) { client.request(id, stream, hint); }},
+    {"abandon", true, [](FocusClient &client, const QString &id, int /*stream*/, int /*hint*/) { client.abandon(id); }},
+    {"current", false, [](FocusClient &client, const QString & /*id*/, int /*stream*/, int /*hint*/) { client.current(); }},
+    {"monitor", false, [](FocusClient &client, const QString & /*id*/, int /*stream*/, int /*hint*/) { client.monitor(); }},
+};
+
+/// What is called so in one of the tables, null for nothing.
+template<typename Table>
+auto findIn(const Table &table, const QString &name)
+{
+    const auto found = std::find_if(std::cbegin(table), std::cend(table), [&name](const auto &each) { return name == QLatin1String(each.name); });
+    return found == std::cend(table) ? nullptr : found;
+}
+
+template<typename Table>
+QStringList namesIn(const Table &table)
+{
+    QStringList names;
+    for (const auto &each : table)
+        names.append(QLatin1String(each.name));
+    return names;
+}
+
 /// A hint by name, or any number: what is no hint is the service's to deny.
 std::optional<int> hintOf(const QString &text)
 {
-    for (const Hint &hint : hints) {
-        if (text == QLatin1String(hint.name))
-            return hint.value;
-    }
+    if (const Hint *const hint = findIn(hints, text))
+        return hint->value;
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     return isNumber ? std::optional<int>(number) : std::nullopt;
@@ -92,7 +123,7 @@ QString FocusCommand::arguments() const
 QVector<Command::Option> FocusCommand::options() const
 {
     return {
-        {QStringLiteral("hint"), QStringLiteral("HINT"), QStringLiteral("gain (the default), transient, may-duck, exclusive or a number")},
+        {QStringLiteral("hint"), QStringLiteral("HINT"), QStringLiteral("gain (the default), transient, may-duck, exclusive or a number"), {}, namesIn(hints)},
         {QStringLiteral("stream"), QStringLiteral("NUMBER"), QStringLiteral("stream type of the request, 3 by default")},
         {QStringLiteral("session"), {}, QStringLiteral("the session bus (the default)")},
         {QStringLiteral("system"), {}, QStringLiteral("the system bus")},
@@ -118,15 +149,28 @@ QString FocusCommand::details() const
                           "qzaudio-focusd &. In the tree \"./run focus\" does both.\n");
 }
 
+QVector<Command::Ending> FocusCommand::endings() const
+{
+    return {
+        {Failed, QStringLiteral("the audio service denied or refused a request")},
+        {ServiceUnreachable, QStringLiteral("the bus or the audio service does not answer")},
+    };
+}
+
+Command::Completions FocusCommand::completions(const QStringList &before) const
+{
+    return {before.isEmpty() ? namesIn(actions) : QStringList(), {}};
+}
+
 int FocusCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList words = parsed.positionalArguments().mid(1);
-    const QString action = words.value(0);
-    const bool needsClient = action == QLatin1String("request") || action == QLatin1String("abandon");
-    if (!needsClient && action != QLatin1String("current") && action != QLatin1String("monitor"))
-        return complain(action.isEmpty() ? QStringLiteral("focus needs an action") : QStringLiteral("unknown action %1").arg(action));
-    if (words.size() != (needsClient ? 2 : 1))
-        return complain(needsClient ? QStringLiteral("%1 takes one client").arg(action) : QStringLiteral("%1 takes no client").arg(action));
+    const QString name = words.value(0);
+    const Action *const action = findIn(actions, name);
+    if (!action)
+        return complain(name.isEmpty() ? QStringLiteral("focus needs an action") : QStringLiteral("unknown action %1").arg(name));
+    if (words.size() != (action->needsClient ? 2 : 1))
+        return complain(action->needsClient ? QStringLiteral("%1 takes one client").arg(name) : QStringLiteral("%1 takes no client").arg(name));
     const int buses = int(parsed.isSet(QStringLiteral("session"))) + int(parsed.isSet(QStringLiteral("system"))) + int(parsed.isSet(QStringLiteral("address")));
     if (buses > 1)
         return complain(QStringLiteral("--session, --system and --address do not go together"));
@@ -145,13 +189,6 @@ int FocusCommand::run(const QCommandLineParser &parsed)
     if (!connection.isConnected())
         return complainWithoutBus(parsed, connection.lastError().message());
     FocusClient client(valueOr(QStringLiteral("service"), QLatin1String(defaultService)), path, connection, adviceWithoutService(parsed));
-    if (action == QLatin1String("request"))
-        client.request(words.value(1), stream, *hint);
-    else if (action == QLatin1String("abandon"))
-        client.abandon(words.value(1));
-    else if (action == QLatin1String("current"))
-        client.current();
-    else
-        client.monitor();
+    action->start(client, words.value(1), stream, *hint);
     return QCoreApplication::exec();
 }

@@ -1,9 +1,6 @@
 #include "commandline.h"
 #include "console.h"
 #include "exitstatus.h"
-#include "focuscommand.h"
-#include "playcommand.h"
-#include "settingscommand.h"
 
 #include "virtualclock.h"
 
@@ -29,11 +26,7 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
-    std::vector<std::unique_ptr<Command>> commands;
-    commands.push_back(std::make_unique<PlayCommand>());
-    commands.push_back(std::make_unique<SettingsCommand>());
-    commands.push_back(std::make_unique<FocusCommand>());
-    const CommandLine commandLine(std::move(commands));
+    const CommandLine commandLine(knownCommands());
 
     QCommandLineParser options;
     const CommandLine::Parsed parsed = commandLine.parse(arguments, options);

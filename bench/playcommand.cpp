@@ -40,15 +40,35 @@ int fail(const QString &file, const QString &problem)
     return UsageError;
 }
 
+struct ColorWord
+{
+    const char *name;
+    Console::Colors colors;
+};
+
+constexpr ColorWord colorWords[] = {
+    {"auto", Console::Colors::Auto},
+    {"always", Console::Colors::Always},
+    {"never", Console::Colors::Never},
+};
+
 std::optional<Console::Colors> colorsOf(const QString &text)
 {
-    if (text.isEmpty() || text == QLatin1String("auto"))
+    if (text.isEmpty())
         return Console::Colors::Auto;
-    if (text == QLatin1String("always"))
-        return Console::Colors::Always;
-    if (text == QLatin1String("never"))
-        return Console::Colors::Never;
+    for (const ColorWord &word : colorWords) {
+        if (text == QLatin1String(word.name))
+            return word.colors;
+    }
     return {};
+}
+
+QStringList namesOfColors()
+{
+    QStringList names;
+    for (const ColorWord &word : colorWords)
+        names.append(QLatin1String(word.name));
+    return names;
 }
 
 /// The value of an option that is a whole number of @p least or more; empty where it is none.
@@ -131,7 +151,7 @@ QVector<Command::Option> PlayCommand::options() const
         {QStringLiteral("realtime"), {}, QStringLiteral("wait for real; otherwise time is virtual and takes none")},
         {QStringLiteral("flash"), QStringLiteral("DIR"), QStringLiteral("keep the settings in this folder")},
         {QStringLiteral("junit"), QStringLiteral("FILE"), QStringLiteral("write the results for a CI server; - is the standard output")},
-        {QStringLiteral("color"), QStringLiteral("WHEN"), QStringLiteral("auto (on a terminal), always or never")},
+        {QStringLiteral("color"), QStringLiteral("WHEN"), QStringLiteral("auto (on a terminal), always or never"), {}, namesOfColors()},
         {QStringLiteral("in-process"), {}, QStringLiteral("play one in this process, on the flash as it is: for debuggers and emulators")},
         {QStringLiteral("results-to"), QStringLiteral("DESCRIPTOR"), {}},
     };
@@ -157,6 +177,23 @@ QString PlayCommand::details() const
                           "\n"
                           "A failed expectation does not stop the scenario; an error does.\n")
         .arg(QFileInfo(SettingsFile::path()).path());
+}
+
+QVector<Command::Ending> PlayCommand::endings() const
+{
+    return {
+        {Failed, QStringLiteral("an expectation or a script failed")},
+        {UsageError, QStringLiteral("a scenario that cannot be read")},
+    };
+}
+
+Command::Completions PlayCommand::completions(const QStringList & /*before*/) const
+{
+    QStringList names;
+    const QStringList files = ScenarioFiles::inFolder(ScenarioFiles::installedFolder());
+    for (const QString &file : files)
+        names.append(QFileInfo(file).completeBaseName());
+    return {names, QStringLiteral("FILE")};
 }
 
 bool PlayCommand::wantsVirtualTime(const QCommandLineParser &parsed) const

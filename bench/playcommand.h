@@ -18,6 +18,8 @@ public:
     QString arguments() const override;
     QVector<Option> options() const override;
     QString details() const override;
+    QVector<Ending> endings() const override;
+    Completions completions(const QStringList &before) const override;
     bool wantsVirtualTime(const QCommandLineParser &parsed) const override;
     int run(const QCommandLineParser &parsed) override;
 

@@ -141,6 +141,16 @@ QString SettingsCommand::details() const
         .arg(SettingsText::unreadable());
 }
 
+QVector<Command::Ending> SettingsCommand::endings() const
+{
+    return {{Failed, QStringLiteral("a settings file cannot be read")}};
+}
+
+Command::Completions SettingsCommand::completions(const QStringList &before) const
+{
+    return {{}, before.isEmpty() ? QStringLiteral("FILE") : QString()};
+}
+
 int SettingsCommand::run(const QCommandLineParser &parsed)
 {
     const QStringList files = parsed.positionalArguments().mid(1);

@@ -106,6 +106,12 @@ if(QZAUDIO_WITH_QML)
         FILES_MATCHING PATTERN "*.js"
     )
     install(PROGRAMS tools/with-flash DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME qzaudio-with-flash COMPONENT tools)
+    # Where the package bash-completion looks for it.
+    install(FILES packaging/qzaudio-bench.bash-completion
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME qzaudio-bench
+        COMPONENT tools
+    )
     qzaudio_install_manual(qzaudio-bench)
     qzaudio_install_manual(qzaudio-with-flash)
 endif()

@@ -35,6 +35,14 @@ void BenchCommandLineTest::answers_data()
     row("play --help", "Usage: qzaudio-bench play [OPTION]... SCENARIO...");
     row("play --help --nonsense", "Usage: qzaudio-bench play [OPTION]... SCENARIO...");
     row("settings --help", "Usage: qzaudio-bench settings [OPTION]... [FILE]");
+    row("help help", "Usage: qzaudio-bench help [OPTION]... [COMMAND]");
+    row("help --help", "Usage: qzaudio-bench help [OPTION]... [COMMAND]");
+    row("help --commands", "play\n");
+    row("help --exit-statuses focus",
+        "0 success\n1 the audio service denied or refused a request\n2 a mistake on the command line\n2 output that cannot be written\n"
+        "3 the bus or the audio service does not answer\n130 interrupted\n");
+    row("help --complete -- focus request me --hint g", "\ngain\n");
+    row("help --complete -- play power-c", "FILE\npower-cycle\n");
     row("focus -h", "Usage: qzaudio-bench focus [OPTION]... ACTION [CLIENT]");
 }
 
@@ -69,10 +77,13 @@ void BenchCommandLineTest::helpFitsTheWidth()
     QFETCH(int, width);
 
     int widest = 0;
-    for (const char *const command : {"", "play", "settings", "focus"}) {
+    QStringList commands = program::lines(BenchProcess({QStringLiteral("help"), QStringLiteral("--commands")}).output);
+    QVERIFY(commands.size() > 1);
+    commands.prepend(QString());
+    for (const QString &command : qAsConst(commands)) {
         QStringList arguments(QStringLiteral("help"));
-        if (*command)
-            arguments.append(QLatin1String(command));
+        if (!command.isEmpty())
+            arguments.append(command);
         const BenchProcess bench(arguments, {}, {{QStringLiteral("COLUMNS"), QString::number(columns)}});
         QCOMPARE(bench.exitCode, 0);
         const QStringList lines = program::lines(bench.output);
@@ -94,6 +105,13 @@ void BenchCommandLineTest::mistakes_data()
         = [](const char *arguments, const char *complaint) { QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(complaint); };
     row("", "a command is missing; see qzaudio-bench --help");
     row("fly", "unknown command fly; see qzaudio-bench --help");
+    row("pla", "unknown command pla; the nearest is play; see qzaudio-bench --help");
+    row("help stetings", "unknown command stetings; the nearest is settings; see qzaudio-bench --help");
+    row("help play settings", "help takes one command; see qzaudio-bench help --help");
+    row("help --commands play", "--commands takes no command; see qzaudio-bench help --help");
+    row("help --commands --complete", "the options of help do not go together; see qzaudio-bench help --help");
+    row("help --exit-statuses", "--exit-statuses needs a command; see qzaudio-bench help --help");
+    row("help --exit-statuses fly", "unknown command fly; see qzaudio-bench --help");
     row("help fly", "unknown command fly; see qzaudio-bench --help");
     row("--fast", "unknown option --fast; see qzaudio-bench --help");
     row("play --fast", "unknown option 'fast'; see qzaudio-bench play --help");

@@ -13,7 +13,7 @@ mkdir -p "$work/original/bench/scenarios" "$work/original/tools"
 cd "$work"
 cp "$project/run" "$project/CMakePresets.json" original
 cp "$project"/tools/{configure,install-packages,packages} original/tools
-touch original/bench/scenarios/{commute,mute}.js
+touch original/bench/scenarios/{commute,mute}.js original/bench/{play,settings,help}command.h
 cat >original/CMakeLists.txt <<'END'
 cmake_minimum_required(VERSION 3.16)
 project(QzAudio LANGUAGES CXX)

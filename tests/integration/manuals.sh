@@ -1,6 +1,6 @@
 #!/bin/sh
 # The manual pages tell every option that the programs' help tells, and no other, and they and the changelog are of the programs'
-# version.
+# version. Of the bench's commands, which it is asked for, each has its section, with its own options, and its exit statuses.
 #
 # Usage: manuals.sh PROJECT BIN
 # shellcheck disable=SC2086 # an emulator's command is several words
@@ -25,23 +25,74 @@ has_version()
     done
 }
 
-# compare PROGRAM HELP
-compare()
+fail()
 {
-    # Roff writes a minus sign as \-.
-    page=$(sed 's/\\-/-/g' "$project/packaging/$1.1" | options_in)
-    help=$(printf '%s\n' "$2" | options_in)
-    [ "$help" ] || { echo "$1 tells no option" && exit 1; }
-    [ "$page" = "$help" ] || {
-        printf '%s: its manual page has the options\n%s\nand its help has\n%s\n' "$1" "$page" "$help"
-        exit 1
-    }
+    printf '%s\n' "$@"
+    exit 1
 }
 
-help_of_bench=$(for command in '' play settings focus; do ${EMULATOR:-} "$bin/qzaudio-bench" $command --help; done)
-compare qzaudio-bench "$help_of_bench"
-compare qzaudio-focusd "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
-compare qzaudio-with-flash "$("$bin/qzaudio-with-flash" --help)"
+# compare WHAT TEXT HELP: text and help tell the same options
+compare()
+{
+    text=$(printf '%s\n' "$2" | options_in)
+    help=$(printf '%s\n' "$3" | options_in)
+    [ "$help" ] || fail "the help of $1 tells no option"
+    [ "$text" = "$help" ] || fail "$1: the manual page has the options" "$text" "and the help has" "$help"
+}
+
+# page PROGRAM: its text; roff writes a minus sign as \-
+page()
+{
+    sed 's/\\-/-/g' "$project/packaging/$1.1"
+}
+
+# section TITLE: of the bench's page
+section()
+{
+    page qzaudio-bench | awk -v title=".SH $1" '/^\.SH / { inside = $0 == title; next } inside'
+}
+
+bench()
+{
+    ${EMULATOR:-} "$bin/qzaudio-bench" "$@"
+}
+
+commands=$(bench help --commands)
+[ "$commands" ] || fail "qzaudio-bench tells no command"
+# The entries of the section, each in one line: "130 143: interrupted by ..."
+endings=$(section 'EXIT STATUS' | awk '
+    $0 == ".TP" { if (entry) print entry; entry = ""; next }
+    entry == "" { gsub(/[^0-9]+/, " "); sub(/^ /, ""); sub(/ $/, ""); entry = $0 ":"; next }
+    { entry = entry " " tolower($0) }
+    END { print entry }
+')
+told=
+help_of_bench=$(bench --help)
+for command in $commands; do
+    title=$(printf '%s\n' "$command" | tr '[:lower:]' '[:upper:]')
+    text=$(section "$title")
+    [ "$text" ] || fail "qzaudio-bench $command has no section in the manual page"
+    page qzaudio-bench | grep -qx ".B qzaudio-bench $command" || fail "qzaudio-bench $command is not in the synopsis of the manual page"
+    help=$(bench "$command" --help)
+    # Told once for all commands.
+    compare "qzaudio-bench $command" "$text --help" "$help"
+    help_of_bench="$help_of_bench $help"
+
+    statuses=$(bench help --exit-statuses "$command")
+    [ "$statuses" ] || fail "qzaudio-bench $command tells no exit status"
+    told="$told
+$statuses"
+done
+printf '%s\n' "$told" | sed '/^$/d' | while read -r status when; do
+    printf '%s\n' "$endings" | grep -E "^([0-9]+ )*$status( [0-9]+)*: " | grep -qF "$when" ||
+        fail "the manual page of qzaudio-bench does not tell exit status $status: $when"
+done
+printf '%s\n' "$endings" | while IFS=: read -r numbers _; do
+    printf '%s\n' "$told" | grep -q "^${numbers%% *} " || fail "the manual page tells exit status $numbers, which no command has"
+done
+compare qzaudio-bench "$(page qzaudio-bench)" "$help_of_bench"
+compare qzaudio-focusd "$(page qzaudio-focusd)" "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
+compare qzaudio-with-flash "$(page qzaudio-with-flash)" "$("$bin/qzaudio-with-flash" --help)"
 for program in qzaudio-bench qzaudio-focusd; do
     version=$(${EMULATOR:-} "$bin/$program" --version)
     has_version $program "${version##* }"
