@@ -37,11 +37,6 @@ void PolicyTimers::watch(ZelAudioManager *manager)
     }
 }
 
-QString PolicyTimers::current() const
-{
-    return known && !running.isEmpty() ? entries.at(running.last()).purpose : QString();
-}
-
 bool PolicyTimers::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Timer) {

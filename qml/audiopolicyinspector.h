@@ -32,7 +32,6 @@ public:
     int equalizerType() const;
     /// The sixteen bands of the custom curve as stored: twice what adjustCustomEq() was given.
     QList<int> customCurve() const;
-    bool ducking() const;
     /// The six timers, in the order of their declaration.
     QVector<Timer> timers() const;
 

@@ -1,22 +1,18 @@
 #pragma once
 
+#include <memberaccess.h>
 #include <qzaudio/audiofocuscontrol.h>
 
 #include <QtCore/QStringList>
 
-/*
- * A way to the stack inside AudioFocusControl. Its operations never bring one client twice into the stack, and never a corrupt
- * entry; what they do with such stacks can only be tested from here.
- */
+OPEN_MEMBER(AudioFocusControl, focusStack, QStack<FocusRequester>)
 
-QStack<FocusRequester> &focusStackOf(AudioFocusControl &control);
-
-template<QStack<FocusRequester> AudioFocusControl::*member>
-struct FocusStackAccess
+/// The operations never bring one client twice into the stack, and never a corrupt entry; what they do with such stacks can only be
+/// tested from here.
+inline QStack<FocusRequester> &focusStackOf(AudioFocusControl &control)
 {
-    // An explicit instantiation may name private members, and a friend defined in it can be called from anywhere.
-    friend QStack<FocusRequester> &focusStackOf(AudioFocusControl &control) { return control.*member; }
-};
+    return control.*memberOf(focusStack_Member());
+}
 
 /// The stack from bottom to top, each entry as "ID STREAM HINT LOSS".
 inline QStringList stackTexts(AudioFocusControl &control)
