@@ -16,7 +16,7 @@ PolicyTimers::PolicyTimers(QObject *parent)
 
 void PolicyTimers::watch(ZelAudioManager *manager)
 {
-    if (manager == nullptr || manager == known)
+    if (!manager || manager == known)
         return;
     if (known) {
         for (const Entry &entry : qAsConst(entries)) {

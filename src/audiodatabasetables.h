@@ -1,4 +1,5 @@
-#pragma once
+#ifndef AUDIODATABASETABLES_H
+#define AUDIODATABASETABLES_H
 
 #include <qzaudio/audiotypes.h>
 
@@ -167,3 +168,5 @@ constexpr StreamRow streamRows[] = {
 
 } // namespace tables
 } // namespace audio
+
+#endif

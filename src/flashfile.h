@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FLASHFILE_H
+#define FLASHFILE_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -69,3 +70,5 @@ Failure keepDamaged(const Content &damaged, const QString &temporaryPath);
 } // namespace flashfile
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef PLATFORMOBJECT_H
+#define PLATFORMOBJECT_H
 
 #include "logging.h"
 
@@ -63,3 +64,5 @@ bool isMade(const PlatformObject<Object> &object, const char *failure, const log
 }
 
 } // namespace audio
+
+#endif

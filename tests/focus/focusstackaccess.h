@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FOCUSSTACKACCESS_H
+#define FOCUSSTACKACCESS_H
 
 #include <memberaccess.h>
 #include <qzaudio/audiofocuscontrol.h>
@@ -22,3 +23,5 @@ inline QStringList stackTexts(AudioFocusControl &control)
         texts.append(QStringLiteral("%1 %2 %3 %4").arg(entry.clientId).arg(entry.streamType).arg(entry.durationHint).arg(entry.focusLossReceived));
     return texts;
 }
+
+#endif

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-class tst_ZelAudioManager_Status : public PolicyTest
+class ZelAudioManagerStatusTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ private Q_SLOTS:
     void channelLogs();
 };
 
-void tst_ZelAudioManager_Status::status_data()
+void ZelAudioManagerStatusTest::status_data()
 {
     QTest::addColumn<int>("volume");
     QTest::addColumn<QStringList>("expected");
@@ -38,7 +38,7 @@ void tst_ZelAudioManager_Status::status_data()
     QTest::newRow("the smallest number is silence") << std::numeric_limits<int>::min() << filePlayer(0);
 }
 
-void tst_ZelAudioManager_Status::status()
+void ZelAudioManagerStatusTest::status()
 {
     QFETCH(int, volume);
     QFETCH(QStringList, expected);
@@ -50,7 +50,7 @@ void tst_ZelAudioManager_Status::status()
     QCOMPARE(takeCalls(), expected);
 }
 
-void tst_ZelAudioManager_Status::statusLogs()
+void ZelAudioManagerStatusTest::statusLogs()
 {
     start();
     manager->updateAudioStatus(static_cast<AudioStatus>(2));
@@ -63,7 +63,7 @@ void tst_ZelAudioManager_Status::statusLogs()
     QCOMPARE(takeCalls(), calls::streamVolume(QStringLiteral("S+BtPcmPhone"), 120));
 }
 
-void tst_ZelAudioManager_Status::repeatedStatusOnlyStopsTheCarPlayAlert()
+void ZelAudioManagerStatusTest::repeatedStatusOnlyStopsTheCarPlayAlert()
 {
     start();
     manager->updateAudioStatus(AudioStatusCarPlaySpeech);
@@ -77,7 +77,7 @@ void tst_ZelAudioManager_Status::repeatedStatusOnlyStopsTheCarPlayAlert()
     QCOMPARE(int(managerstate::currentStatus(*manager)), 8);
 }
 
-void tst_ZelAudioManager_Status::carPlayDuckStatusWithoutDuckWritesNothing()
+void ZelAudioManagerStatusTest::carPlayDuckStatusWithoutDuckWritesNothing()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarPlayMedia);
@@ -99,7 +99,7 @@ void tst_ZelAudioManager_Status::carPlayDuckStatusWithoutDuckWritesNothing()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Status::statusWithoutChannelUsesAuxIn()
+void ZelAudioManagerStatusTest::statusWithoutChannelUsesAuxIn()
 {
     start();
     manager->updateAudioStatus(static_cast<AudioStatus>(7));
@@ -109,7 +109,7 @@ void tst_ZelAudioManager_Status::statusWithoutChannelUsesAuxIn()
     QCOMPARE(manager->currentAudioChannel(), 0);
 }
 
-void tst_ZelAudioManager_Status::restoreDuringCarPlayCallUsesMedia()
+void ZelAudioManagerStatusTest::restoreDuringCarPlayCallUsesMedia()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarPlayTelephony);
@@ -122,7 +122,7 @@ void tst_ZelAudioManager_Status::restoreDuringCarPlayCallUsesMedia()
     QCOMPARE(manager->currentAudioChannel(), 7);
 }
 
-void tst_ZelAudioManager_Status::channel_data()
+void ZelAudioManagerStatusTest::channel_data()
 {
     struct Row
     {
@@ -145,7 +145,7 @@ void tst_ZelAudioManager_Status::channel_data()
         QTest::addRow("channel %d", row.channel) << row.channel << QString::fromLatin1(row.source) << row.setsEqualizer;
 }
 
-void tst_ZelAudioManager_Status::channel()
+void ZelAudioManagerStatusTest::channel()
 {
     QFETCH(int, channel);
     QFETCH(QString, source);
@@ -163,7 +163,7 @@ void tst_ZelAudioManager_Status::channel()
     QCOMPARE(takeCalls(), expected);
 }
 
-void tst_ZelAudioManager_Status::channelLogs()
+void ZelAudioManagerStatusTest::channelLogs()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarLife);
@@ -174,6 +174,6 @@ void tst_ZelAudioManager_Status::channelLogs()
     QCOMPARE(takeManagerLines(), QStringList{QStringLiteral("[DBG] THREAD int ZelAudioManager::currentAudioChannel() LINE -- 17")});
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Status)
+POLICY_TEST_MAIN(ZelAudioManagerStatusTest)
 
 #include "tst_zelaudiomanager_status.moc"

@@ -37,7 +37,7 @@ QStringList ringCalls(int volume)
 
 } // namespace
 
-class tst_ZelAudioManager_Volume : public PolicyTest
+class ZelAudioManagerVolumeTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -63,7 +63,7 @@ private Q_SLOTS:
     void onlyLogged();
 };
 
-void tst_ZelAudioManager_Volume::setVolume_data()
+void ZelAudioManagerVolumeTest::setVolume_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("volume");
@@ -88,7 +88,7 @@ void tst_ZelAudioManager_Volume::setVolume_data()
     QTest::newRow("an alternative volume above 25 is refused") << 1 << 26 << QStringList();
 }
 
-void tst_ZelAudioManager_Volume::setVolume()
+void ZelAudioManagerVolumeTest::setVolume()
 {
     QFETCH(int, type);
     QFETCH(int, volume);
@@ -100,7 +100,7 @@ void tst_ZelAudioManager_Volume::setVolume()
              QStringLiteral("[DBG] THREAD void ZelAudioManager::setVolume(ZelAudioType, int, bool) LINE -- %1 %2 false 0").arg(type).arg(volume));
 }
 
-void tst_ZelAudioManager_Volume::setVolumeStores_data()
+void ZelAudioManagerVolumeTest::setVolumeStores_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<bool>("save");
@@ -110,7 +110,7 @@ void tst_ZelAudioManager_Volume::setVolumeStores_data()
     }
 }
 
-void tst_ZelAudioManager_Volume::setVolumeStores()
+void ZelAudioManagerVolumeTest::setVolumeStores()
 {
     QFETCH(int, type);
     QFETCH(bool, save);
@@ -125,7 +125,7 @@ void tst_ZelAudioManager_Volume::setVolumeStores()
     QCOMPARE(storedLines(), after);
 }
 
-void tst_ZelAudioManager_Volume::saveVolumeWritesAllSix()
+void ZelAudioManagerVolumeTest::saveVolumeWritesAllSix()
 {
     start();
     for (int type = 0; type < 6; ++type)
@@ -141,7 +141,7 @@ void tst_ZelAudioManager_Volume::saveVolumeWritesAllSix()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::deferredWrite()
+void ZelAudioManagerVolumeTest::deferredWrite()
 {
     start();
     manager->setVolume(ZelAudioTypeTelephony, 10, false);
@@ -160,7 +160,7 @@ void tst_ZelAudioManager_Volume::deferredWrite()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::deferredWriteIsRestarted()
+void ZelAudioManagerVolumeTest::deferredWriteIsRestarted()
 {
     start();
     manager->setVolume(ZelAudioTypeTelephony, 10, false);
@@ -180,7 +180,7 @@ void tst_ZelAudioManager_Volume::deferredWriteIsRestarted()
     QVERIFY(!managerstate::delayVolumeTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Volume::deferredWriteSendsWhatIsStoredThen()
+void ZelAudioManagerVolumeTest::deferredWriteSendsWhatIsStoredThen()
 {
     start();
     manager->setVolume(ZelAudioTypeRing, 10, false);
@@ -194,7 +194,7 @@ void tst_ZelAudioManager_Volume::deferredWriteSendsWhatIsStoredThen()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending_data()
+void ZelAudioManagerVolumeTest::singleChannelTypesAreNeverPending_data()
 {
     QTest::addColumn<int>("type");
     QTest::newRow("prompts, the alternative track") << 1;
@@ -204,7 +204,7 @@ void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending_data()
     QTest::newRow("a negative type") << -3;
 }
 
-void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending()
+void ZelAudioManagerVolumeTest::singleChannelTypesAreNeverPending()
 {
     QFETCH(int, type);
     start();
@@ -216,7 +216,7 @@ void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::pendingTypesDrain_data()
+void ZelAudioManagerVolumeTest::pendingTypesDrain_data()
 {
     // Each type is one letter; only a, c and d can become pending through setVolume().
     const QList<ZelAudioType> a = {ZelAudioTypeMedia};
@@ -244,7 +244,7 @@ void tst_ZelAudioManager_Volume::pendingTypesDrain_data()
     QTest::newRow("a type without channels is written nowhere") << f << QStringList() << QList<ZelAudioType>();
 }
 
-void tst_ZelAudioManager_Volume::pendingTypesDrain()
+void ZelAudioManagerVolumeTest::pendingTypesDrain()
 {
     QFETCH(QList<ZelAudioType>, pending);
     QFETCH(QStringList, expected);
@@ -261,7 +261,7 @@ void tst_ZelAudioManager_Volume::pendingTypesDrain()
     QVERIFY(!managerstate::delayVolumeTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Volume::leftoverIsWrittenWithTheNext()
+void ZelAudioManagerVolumeTest::leftoverIsWrittenWithTheNext()
 {
     start();
     manager->setVolume(ZelAudioTypeMedia, 10, false);
@@ -277,7 +277,7 @@ void tst_ZelAudioManager_Volume::leftoverIsWrittenWithTheNext()
     QCOMPARE(managerstate::pendingVolumeTypes(*manager), QList<ZelAudioType>{ZelAudioTypeRing});
 }
 
-void tst_ZelAudioManager_Volume::volumeKey_data()
+void ZelAudioManagerVolumeTest::volumeKey_data()
 {
     QTest::addColumn<int>("volume");
     QTest::addColumn<bool>("up");
@@ -299,7 +299,7 @@ void tst_ZelAudioManager_Volume::volumeKey_data()
     QTest::newRow("down from the smallest number") << lowest << false << 0 << true;
 }
 
-void tst_ZelAudioManager_Volume::volumeKey()
+void ZelAudioManagerVolumeTest::volumeKey()
 {
     QFETCH(int, volume);
     QFETCH(bool, up);
@@ -321,7 +321,7 @@ void tst_ZelAudioManager_Volume::volumeKey()
     QCOMPARE(lines.filter(operation), QStringList({operation + QLatin1String(up ? "true" : "false"), operation + QStringLiteral("0 %1").arg(expected)}));
 }
 
-void tst_ZelAudioManager_Volume::volumeKeyTellsAfterEverythingIsDone()
+void ZelAudioManagerVolumeTest::volumeKeyTellsAfterEverythingIsDone()
 {
     start();
     manager->updateAudioChannel(AudioChannelBtAudio);
@@ -336,7 +336,7 @@ void tst_ZelAudioManager_Volume::volumeKeyTellsAfterEverythingIsDone()
     takeVolumeChanges();
 }
 
-void tst_ZelAudioManager_Volume::channelsOfType_data()
+void ZelAudioManagerVolumeTest::channelsOfType_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QList<int>>("expected");
@@ -350,7 +350,7 @@ void tst_ZelAudioManager_Volume::channelsOfType_data()
     QTest::newRow("a negative type") << -1 << QList<int>();
 }
 
-void tst_ZelAudioManager_Volume::channelsOfType()
+void ZelAudioManagerVolumeTest::channelsOfType()
 {
     QFETCH(int, type);
     QFETCH(QList<int>, expected);
@@ -363,7 +363,7 @@ void tst_ZelAudioManager_Volume::channelsOfType()
     QCOMPARE(numbers, expected);
 }
 
-void tst_ZelAudioManager_Volume::onlyLogged()
+void ZelAudioManagerVolumeTest::onlyLogged()
 {
     start();
     manager->setVolResponse(static_cast<VolResponseState>(2), true);
@@ -376,6 +376,6 @@ void tst_ZelAudioManager_Volume::onlyLogged()
                           QStringLiteral("[DBG] THREAD void ZelAudioManager::saveVolume() LINE --")}));
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Volume)
+POLICY_TEST_MAIN(ZelAudioManagerVolumeTest)
 
 #include "tst_zelaudiomanager_volume.moc"
