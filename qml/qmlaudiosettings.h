@@ -17,8 +17,9 @@ class AudioDataBase;
  * The settings on flash for QML and JavaScript: the singleton AudioSettings of the module QzAudio.
  *
  * The readers of audio::AudioDataBase under their own names. They show what the settings file holds at the moment of the call,
- * whichever process wrote it; a volume that was set without saving shows in AudioPolicy.volumes only. Nothing is written, and
- * nothing is read before the first call.
+ * whichever process wrote it; a volume that was set without saving shows in AudioPolicy.volumes only. No setting is
+ * changed, but the store that reads removes what dead writers left and keeps a damaged file beside, as each new one does. Nothing is done before the
+ * first call.
  *
  * Use it from the engine's thread.
  */

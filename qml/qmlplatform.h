@@ -17,7 +17,8 @@ class AudioChip;
 /**
  * The simulated platform for QML and JavaScript: the singleton Platform of the module QzAudio.Simulator.
  *
- * The readers are those of simulator::AudioChip, under their own names. Tracks and sources are the platform's ("main",
+ * What reads or sets the state of the chip is called as in simulator::AudioChip; of the car, the journal, the faults and the books there is what scripts
+ * need. Records come as objects. Tracks and sources are the platform's ("main",
  * "S+FilePlayer"), channels are output channel bits (1, 2, 4, 8, 16, 32). Arguments are checked as in AudioControl; besides, a reader
  * throws a RangeError for a track, source, channel, input or band that there is none of. Sources are those of the library, and whatever was
  * set or routed so far.
