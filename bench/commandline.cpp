@@ -80,7 +80,7 @@ QString fitted(const QString &text)
 } // namespace
 
 CommandLine::CommandLine(std::vector<std::unique_ptr<Command>> knownCommands)
-    : commands(std::move(knownCommands))
+    : m_commands(std::move(knownCommands))
 {
 }
 
@@ -139,8 +139,8 @@ CommandLine::Parsed CommandLine::help(const QStringList &arguments) const
 
 Command *CommandLine::find(const QString &name) const
 {
-    const auto found = std::find_if(commands.cbegin(), commands.cend(), [&name](const auto &command) { return command->name() == name; });
-    return found == commands.cend() ? nullptr : found->get();
+    const auto found = std::find_if(m_commands.cbegin(), m_commands.cend(), [&name](const auto &command) { return command->name() == name; });
+    return found == m_commands.cend() ? nullptr : found->get();
 }
 
 QString CommandLine::overview() const
@@ -151,7 +151,7 @@ QString CommandLine::overview() const
                                          "Works the audio library of the head unit on a desk, on a simulated platform.\n"
                                          "\n"
                                          "Commands:\n"));
-    for (const auto &command : commands)
+    for (const auto &command : m_commands)
         text += row(command->name(), width, command->summary());
     text += row(QStringLiteral("help"), width, QStringLiteral("tells all about a command: qzaudio-bench help COMMAND"));
     text += QStringLiteral("\n"

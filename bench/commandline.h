@@ -40,7 +40,7 @@ private:
     static QString helpOf(const Command &command);
     static Parsed complain(const QString &message);
 
-    std::vector<std::unique_ptr<Command>> commands;
+    std::vector<std::unique_ptr<Command>> m_commands;
 };
 
 #endif

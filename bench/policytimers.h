@@ -48,9 +48,9 @@ private:
 
     void finish(int index);
 
-    QPointer<ZelAudioManager> known;
-    QVector<Entry> entries;
-    QVector<int> running; // indexes of entries: a slot may let time pass, so that one timer runs out inside another
+    QPointer<ZelAudioManager> m_known;
+    QVector<Entry> m_entries;
+    QVector<int> m_running; // indexes of entries: a slot may let time pass, so that one timer runs out inside another
 };
 
 #endif

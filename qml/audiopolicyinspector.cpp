@@ -30,31 +30,31 @@ audio::AudioDataBase &dataBaseOf(ZelAudioManager &manager)
 } // namespace
 
 AudioPolicyInspector::AudioPolicyInspector(ZelAudioManager &inspected)
-    : manager(inspected)
+    : m_manager(inspected)
 {
 }
 
 int AudioPolicyInspector::status() const
 {
-    return manager.*memberOf(currentStatus_Member());
+    return m_manager.*memberOf(currentStatus_Member());
 }
 
 int AudioPolicyInspector::channel() const
 {
-    return manager.*memberOf(currentChannel_Member());
+    return m_manager.*memberOf(currentChannel_Member());
 }
 
 QList<int> AudioPolicyInspector::volumes() const
 {
     QList<int> volumes;
     for (int type = ZelAudioTypeMedia; type <= ZelAudioTypeHiCarCall; ++type)
-        volumes.append(dataBaseOf(manager).getVolume(static_cast<ZelAudioType>(type)));
+        volumes.append(dataBaseOf(m_manager).getVolume(static_cast<ZelAudioType>(type)));
     return volumes;
 }
 
 int AudioPolicyInspector::equalizerType() const
 {
-    return dataBaseOf(manager).eqType();
+    return dataBaseOf(m_manager).eqType();
 }
 
 QList<int> AudioPolicyInspector::customCurve() const
@@ -62,19 +62,19 @@ QList<int> AudioPolicyInspector::customCurve() const
     constexpr int bandCount = 16;
     QList<int> curve;
     for (int band = 0; band < bandCount; ++band)
-        curve.append(dataBaseOf(manager).getCustomEQ(band));
+        curve.append(dataBaseOf(m_manager).getCustomEQ(band));
     return curve;
 }
 
 QVector<AudioPolicyInspector::Timer> AudioPolicyInspector::timers() const
 {
     QTimer *const members[] = {
-        &(manager.*memberOf(muteTimer_Member())),
-        &(manager.*memberOf(delayVolumeTimer_Member())),
-        &(manager.*memberOf(customEqTimer_Member())),
-        &(manager.*memberOf(firstEqTimer_Member())),
-        &(manager.*memberOf(cpAlertTimer_Member())),
-        &(manager.*memberOf(cpUnduckTimer_Member())),
+        &(m_manager.*memberOf(muteTimer_Member())),
+        &(m_manager.*memberOf(delayVolumeTimer_Member())),
+        &(m_manager.*memberOf(customEqTimer_Member())),
+        &(m_manager.*memberOf(firstEqTimer_Member())),
+        &(m_manager.*memberOf(cpAlertTimer_Member())),
+        &(m_manager.*memberOf(cpUnduckTimer_Member())),
     };
     static_assert(std::size(members) == std::size(policynames::timers), "each timer has a purpose");
     QVector<Timer> timers;

@@ -36,7 +36,7 @@ public:
     QVector<Timer> timers() const;
 
 private:
-    ZelAudioManager &manager;
+    ZelAudioManager &m_manager;
 };
 
 #endif

@@ -1,17 +1,20 @@
 #ifndef MEMBERACCESS_H
 #define MEMBERACCESS_H
 
-/**
- * Opens a private data member, for what looks into the library's state without a name in its headers: an explicit instantiation may
- * name the member, and hands the pointer to it out through a friend function.
- */
+// Opens private data members, for what looks into the library's state without a name in its headers: an explicit instantiation may name
+// one, and hands the pointer to it out through a friend function. All of it belongs to the file that includes this.
+namespace
+{
+
 template<typename Tag, typename Tag::Member pointer>
 struct MemberAccess
 {
     friend constexpr typename Tag::Member memberOf(Tag) { return pointer; }
 };
 
-/// Once in a program, or in an unnamed namespace. The member is then `object.*memberOf(NAME_Member())`.
+} // namespace
+
+/// In an unnamed namespace. The member is then `object.*memberOf(NAME_Member())`.
 #define OPEN_MEMBER(Class, name, type)                   \
     struct name##_Member                                 \
     {                                                    \

@@ -72,16 +72,16 @@ QVector<qint64> channels()
 } // namespace
 
 PlatformArguments::PlatformArguments(const QObject *asked, const QSet<QString> &known)
-    : callee(asked)
-    , namesInUse(known)
-    , arguments(asked)
+    : m_callee(asked)
+    , m_namesInUse(known)
+    , m_arguments(asked)
 {
 }
 
 void PlatformArguments::refuse(const QString &message)
 {
-    unknown = true;
-    throwScriptError(callee, QJSValue::RangeError, message);
+    m_unknown = true;
+    throwScriptError(m_callee, QJSValue::RangeError, message);
 }
 
 void PlatformArguments::check(const ScriptArgument &argument)
@@ -107,7 +107,7 @@ void PlatformArguments::check(const ScriptArgument &argument)
 
 void PlatformArguments::checkTrack(const ScriptArgument &argument)
 {
-    const auto name = ScriptCall::read<QString>(arguments, argument);
+    const auto name = ScriptCall::read<QString>(m_arguments, argument);
     if (failed() || simulator::isTrack(name))
         return;
     const QString nearest = nearestText(name, tracks());
@@ -117,17 +117,17 @@ void PlatformArguments::checkTrack(const ScriptArgument &argument)
 
 void PlatformArguments::checkSource(const ScriptArgument &argument)
 {
-    const auto name = ScriptCall::read<QString>(arguments, argument);
+    const auto name = ScriptCall::read<QString>(m_arguments, argument);
     if (failed() || name.isEmpty())
         return;
-    const QStringList known = sources(namesInUse);
+    const QStringList known = sources(m_namesInUse);
     if (!known.contains(name))
         refuse(QStringLiteral("there is no source %1").arg(quoted(name)) + nearestText(name, known));
 }
 
 void PlatformArguments::checkChannel(const ScriptArgument &argument)
 {
-    const auto bit = ScriptCall::read<quint32>(arguments, argument);
+    const auto bit = ScriptCall::read<quint32>(m_arguments, argument);
     if (!failed() && !channels().contains(bit))
         refuse(QStringLiteral("there is no channel %1").arg(bit) + nearestText(bit, channels()));
 }
@@ -135,14 +135,14 @@ void PlatformArguments::checkChannel(const ScriptArgument &argument)
 void PlatformArguments::checkInput(const ScriptArgument &argument)
 {
     const QVector<qint64> inputs = {1, 2}; // the auxiliary one, I2S
-    const auto input = ScriptCall::read<int>(arguments, argument);
+    const auto input = ScriptCall::read<int>(m_arguments, argument);
     if (!failed() && !inputs.contains(input))
         refuse(QStringLiteral("there is no input %1").arg(input) + nearestText(input, inputs));
 }
 
 void PlatformArguments::checkBand(const ScriptArgument &argument)
 {
-    const auto band = ScriptCall::read<int>(arguments, argument);
+    const auto band = ScriptCall::read<int>(m_arguments, argument);
     if (!failed() && (band < 0 || band >= bandCount))
         refuse(QStringLiteral("there is no band %1; bands are 0 to %2").arg(band).arg(bandCount - 1));
 }

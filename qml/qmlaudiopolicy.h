@@ -224,9 +224,9 @@ private:
     template<typename Result>
     Result call(Result (ZelAudioManager::*operation)());
 
-    ManagerProvider provider;
-    QPointer<ZelAudioManager> known; // the manager that the signals are connected to
-    State shown;
+    ManagerProvider m_provider;
+    QPointer<ZelAudioManager> m_known; // the manager that the signals are connected to
+    State m_shown;
 };
 
 #endif

@@ -60,8 +60,8 @@ private:
     /// A store that has read the file as it is now.
     audio::AudioDataBase &store();
 
-    std::unique_ptr<audio::AudioDataBase> dataBase;
-    QByteArray stamp; // of the file that dataBase has read
+    std::unique_ptr<audio::AudioDataBase> m_dataBase;
+    QByteArray m_stamp; // of the file that dataBase has read
 };
 
 #endif

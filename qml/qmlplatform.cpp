@@ -69,7 +69,7 @@ QVariantList numbers(const Number (&values)[count])
 template<typename Result, typename... Parameters>
 Result QmlPlatform::askChip(Result (AudioChip::*operation)(Parameters...) const, const ScriptArgument (&arguments)[sizeof...(Parameters)])
 {
-    PlatformArguments checked(this, sourcesInUse);
+    PlatformArguments checked(this, m_sourcesInUse);
     for (const ScriptArgument &argument : arguments)
         checked.check(argument);
     return checked.failed() ? Result() : callFromScript(this, &chip, operation, arguments);
@@ -111,7 +111,7 @@ void QmlPlatform::learnSource(const QString &group, const QString &name, const Q
     else if (group == QLatin1String("active source") || group == QLatin1String("output source") || group == QLatin1String("input destination"))
         source = value.toString();
     if (!source.isEmpty())
-        sourcesInUse.insert(source);
+        m_sourcesInUse.insert(source);
 }
 
 // The car -------------------------------------------------------------------------------------------------------------------
@@ -241,7 +241,7 @@ QString QmlPlatform::activeSource(const QJSValue &track)
 bool QmlPlatform::setActiveSource(const QJSValue &track, const QJSValue &source)
 {
     // The source may be any: a name is known from then on.
-    PlatformArguments arguments(this, sourcesInUse);
+    PlatformArguments arguments(this, m_sourcesInUse);
     arguments.check({"track", track});
     return !arguments.failed() && callChip(this, &AudioChip::setActiveSource, {{"track", track}, {"source", source}});
 }

@@ -157,7 +157,7 @@ private:
     /// @param group the group of a state item, with its name and value
     void learnSource(const QString &group, const QString &name, const QVariant &value);
 
-    QSet<QString> sourcesInUse;
+    QSet<QString> m_sourcesInUse;
 };
 
 #endif

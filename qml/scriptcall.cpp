@@ -17,18 +17,18 @@ void throwScriptError(const QObject *callee, QJSValue::ErrorType type, const QSt
 }
 
 ScriptArguments::ScriptArguments(const QObject *callee)
-    : engine(qjsEngine(callee))
+    : m_engine(qjsEngine(callee))
 {
 }
 
 void ScriptArguments::fail(QJSValue::ErrorType type, const ScriptArgument &argument, const QString &wanted)
 {
-    if (thrown)
+    if (m_thrown)
         return;
-    thrown = true;
+    m_thrown = true;
     const QString message = QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString());
-    if (engine)
-        engine->throwError(type, message);
+    if (m_engine)
+        m_engine->throwError(type, message);
     else
         qWarning().noquote() << message;
 }
@@ -97,7 +97,7 @@ void ScriptArguments::read(const ScriptArgument &argument, QHash<QString, quint8
         return;
     }
     QJSValueIterator entry(argument.value);
-    while (entry.hasNext() && !thrown) {
+    while (entry.hasNext() && !m_thrown) {
         entry.next();
         const QByteArray name = entry.name().toUtf8();
         const QJSValue value = entry.value();

@@ -6,7 +6,12 @@
 
 #include <QtCore/QStringList>
 
+namespace
+{
+
 OPEN_MEMBER(AudioFocusControl, focusStack, QStack<FocusRequester>)
+
+} // namespace
 
 /// The operations never bring one client twice into the stack, and never a corrupt entry; what they do with such stacks can only be
 /// tested from here.
