@@ -5,7 +5,7 @@
 #include "helptext.h"
 
 CommandLine::CommandLine(CommandList given)
-    : commands(std::move(given))
+    : m_commands(std::move(given))
 {
 }
 
@@ -15,7 +15,7 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
     if (first.isEmpty())
         return {nullptr, complain(QStringLiteral("a command is missing"))};
     if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
-        Console::out(HelpText::overview(commands));
+        Console::out(HelpText::overview(m_commands));
         return {};
     }
     if (first == QLatin1String("--version") || first == QLatin1String("-v")) {
@@ -24,9 +24,9 @@ CommandLine::Parsed CommandLine::parse(const QStringList &arguments, QCommandLin
     }
     if (first.startsWith(QLatin1Char('-')))
         return {nullptr, complain(QStringLiteral("unknown option %1").arg(first))};
-    Command *const command = findCommand(commands, first);
+    Command *const command = findCommand(m_commands, first);
     if (!command)
-        return {nullptr, complain(HelpText::unknown(first, commandNames(commands)))};
+        return {nullptr, complain(HelpText::unknown(first, commandNames(m_commands)))};
 
     const auto known = command->options();
     for (const Command::Option &option : known) {

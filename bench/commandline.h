@@ -34,7 +34,7 @@ public:
     static int complain(const QString &message);
 
 private:
-    CommandList commands;
+    CommandList m_commands;
 };
 
 #endif

@@ -36,10 +36,10 @@ void DriveView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
     switch (event.kind) {
     case Kind::Heading:
-        endSituation(shownTime);
-        isUntold = true;
+        endSituation(m_shownTime);
+        m_isUntold = true;
         Console::out(QLatin1Char('\n') + ViewText::time(event.time) + Console::styled(Style::Heading, ViewText::paragraph(event.text)) + QLatin1Char('\n'));
-        shownTime = event.time;
+        m_shownTime = event.time;
         break;
     case Kind::Note:
         showLine(event.time, ViewText::paragraph(event.text) + QLatin1Char('\n'));
@@ -60,22 +60,22 @@ void DriveView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
     }
     if (!isNew)
         return;
-    showLine(event.time, labelled(Style::Good, QLatin1String("heard"), heard.toText(lastHeard)));
+    showLine(event.time, labelled(Style::Good, QLatin1String("heard"), heard.toText(m_lastHeard)));
     showLine(event.time, labelled(Style::Plain, QLatin1String("why"), causeText(event)));
-    lastHeard = heard;
-    isUntold = false;
+    m_lastHeard = heard;
+    m_isUntold = false;
 }
 
 void DriveView::finish(qint64 /*time*/)
 {
-    endSituation(shownTime);
+    endSituation(m_shownTime);
 }
 
 void DriveView::endSituation(qint64 time)
 {
-    if (isUntold)
-        showLine(time, labelled(Style::Good, QLatin1String("heard"), lastHeard.toText(lastHeard)));
-    isUntold = false;
+    if (m_isUntold)
+        showLine(time, labelled(Style::Good, QLatin1String("heard"), m_lastHeard.toText(m_lastHeard)));
+    m_isUntold = false;
 }
 
 /// What a reader must see although it happened inside a request or a timer.
@@ -85,14 +85,14 @@ void DriveView::showInside(const TimelineEvent &event)
         if (caused.kind == Kind::Request) {
             showInside(caused);
         } else if (caused.kind == Kind::Note || caused.kind == Kind::Check || caused.kind == Kind::Log || caused.kind == Kind::Heading) {
-            show(caused, lastHeard, false);
+            show(caused, m_lastHeard, false);
         }
     }
 }
 
 void DriveView::showLine(qint64 time, const QString &lines)
 {
-    const bool isTold = time == shownTime;
+    const bool isTold = time == m_shownTime;
     Console::out((isTold ? QString(ViewText::column, QLatin1Char(' ')) : ViewText::time(time)) + lines);
-    shownTime = time;
+    m_shownTime = time;
 }

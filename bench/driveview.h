@@ -22,9 +22,9 @@ private:
     void showInside(const TimelineEvent &event);
     void showLine(qint64 time, const QString &lines);
 
-    Heard lastHeard;
-    qint64 shownTime = -1; // the time that stands above, -1 for none
-    bool isUntold = false; // nothing was said yet of what is heard in this situation
+    Heard m_lastHeard;
+    qint64 m_shownTime = -1; // the time that stands above, -1 for none
+    bool m_isUntold = false; // nothing was said yet of what is heard in this situation
 };
 
 #endif

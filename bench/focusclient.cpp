@@ -38,8 +38,8 @@ void printCurrent(int hint)
 
 FocusClient::FocusClient(const QString &service, const QString &path, const QDBusConnection &connection, const QString &advice, QObject *parent)
     : QObject(parent)
-    , proxy(service, path, connection)
-    , adviceToUser(advice)
+    , m_proxy(service, path, connection)
+    , m_adviceToUser(advice)
 {
 }
 
@@ -48,8 +48,8 @@ int FocusClient::complain(const QDBusError &error) const
     if (error.type() == QDBusError::ServiceUnknown) {
         // The bus's own words are about files that start services.
         Console::error(QStringLiteral("qzaudio-bench: the audio service does not answer: it is not on the bus\n"));
-        if (!adviceToUser.isEmpty())
-            Console::error(adviceToUser + QLatin1Char('\n'));
+        if (!m_adviceToUser.isEmpty())
+            Console::error(m_adviceToUser + QLatin1Char('\n'));
         return ServiceUnreachable;
     }
     const bool couldNotBeStarted = error.name().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn."));
@@ -77,17 +77,17 @@ void FocusClient::whenAnswered(const QDBusPendingReply<int> &reply, const std::f
 
 void FocusClient::request(const QString &clientId, int streamType, int durationHint)
 {
-    connect(&proxy, &TaviAudioServiceInterface::audioFocusChanged, this, [this, clientId](int change, const QString &told) {
+    connect(&m_proxy, &TaviAudioServiceInterface::audioFocusChanged, this, [this, clientId](int change, const QString &told) {
         if (told == clientId)
             printChange(change, told);
     });
     // Without the service there is nothing left to hold. Watched before the request, so that its end right after the answer is seen.
-    auto *const watcher = new QDBusServiceWatcher(proxy.service(), proxy.connection(), QDBusServiceWatcher::WatchForUnregistration, this);
+    auto *const watcher = new QDBusServiceWatcher(m_proxy.service(), m_proxy.connection(), QDBusServiceWatcher::WatchForUnregistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [] {
         Console::error(QStringLiteral("qzaudio-bench: the audio service has left the bus\n"));
         QCoreApplication::exit(ServiceUnreachable);
     });
-    whenAnswered(proxy.requestAudioFocus(streamType, durationHint, clientId), [this, clientId](int result) {
+    whenAnswered(m_proxy.requestAudioFocus(streamType, durationHint, clientId), [this, clientId](int result) {
         if (result != 0) {
             Console::out(QStringLiteral("denied\n"));
             QCoreApplication::exit(Failed);
@@ -112,7 +112,7 @@ void FocusClient::holdUntilEndOfInput(const QString &clientId)
 
 void FocusClient::abandon(const QString &clientId)
 {
-    whenAnswered(proxy.abandonAudioFocus(clientId), [](int result) {
+    whenAnswered(m_proxy.abandonAudioFocus(clientId), [](int result) {
         const bool done = result == 0;
         Console::out(done ? QStringLiteral("abandoned\n") : QStringLiteral("not abandoned\n"));
         QCoreApplication::exit(done ? Success : Failed);
@@ -121,7 +121,7 @@ void FocusClient::abandon(const QString &clientId)
 
 void FocusClient::current()
 {
-    whenAnswered(proxy.getCurrentAudioFocus(), [](int hint) {
+    whenAnswered(m_proxy.getCurrentAudioFocus(), [](int hint) {
         printCurrent(hint);
         QCoreApplication::exit(Success);
     });
@@ -129,12 +129,12 @@ void FocusClient::current()
 
 void FocusClient::monitor()
 {
-    connect(&proxy, &TaviAudioServiceInterface::audioFocusChanged, this, &FocusClient::printChange);
-    connect(&proxy, &TaviAudioServiceInterface::megaBaseChanged, this, [](int value) { Console::out(QStringLiteral("mega base %1\n").arg(value)); });
-    connect(&proxy, &TaviAudioServiceInterface::volumeChanged, this, [](bool muted, int level) {
+    connect(&m_proxy, &TaviAudioServiceInterface::audioFocusChanged, this, &FocusClient::printChange);
+    connect(&m_proxy, &TaviAudioServiceInterface::megaBaseChanged, this, [](int value) { Console::out(QStringLiteral("mega base %1\n").arg(value)); });
+    connect(&m_proxy, &TaviAudioServiceInterface::volumeChanged, this, [](bool muted, int level) {
         Console::out(QStringLiteral("volume %1%2\n").arg(QString::number(level), muted ? QStringLiteral(" muted") : QString()));
     });
-    whenAnswered(proxy.getCurrentAudioFocus(), &printCurrent);
+    whenAnswered(m_proxy.getCurrentAudioFocus(), &printCurrent);
 }
 
 void FocusClient::printChange(int change, const QString &clientId)

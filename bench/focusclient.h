@@ -41,8 +41,8 @@ private:
     /// Calls back with the answer. An error is printed and ends the conversation.
     void whenAnswered(const QDBusPendingReply<int> &reply, const std::function<void(int)> &answered);
 
-    TaviAudioServiceInterface proxy;
-    QString adviceToUser;
+    TaviAudioServiceInterface m_proxy;
+    QString m_adviceToUser;
 };
 
 #endif

@@ -11,20 +11,20 @@ HeadUnit::~HeadUnit() = default;
 
 bool HeadUnit::isOn() const
 {
-    return poweredManager != nullptr;
+    return m_poweredManager != nullptr;
 }
 
 ZelAudioManager *HeadUnit::manager()
 {
-    if (!poweredManager) {
+    if (!m_poweredManager) {
         Q_EMIT startsUp();
-        poweredManager = std::make_unique<ZelAudioManager>();
+        m_poweredManager = std::make_unique<ZelAudioManager>();
         Q_EMIT startedUp();
     }
-    return poweredManager.get();
+    return m_poweredManager.get();
 }
 
 void HeadUnit::switchOff()
 {
-    poweredManager.reset();
+    m_poweredManager.reset();
 }

@@ -34,7 +34,7 @@ Q_SIGNALS:
 private:
     Q_DISABLE_COPY(HeadUnit)
 
-    std::unique_ptr<ZelAudioManager> poweredManager;
+    std::unique_ptr<ZelAudioManager> m_poweredManager;
 };
 
 #endif

@@ -54,7 +54,7 @@ QJsonArray soundsOf(const Heard &heard)
 } // namespace
 
 JsonView::JsonView(const QString &played)
-    : scenario(played)
+    : m_scenario(played)
 {
 }
 
@@ -64,7 +64,7 @@ void JsonView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
     if (!isNew)
         return;
     Console::out(QString::fromUtf8(line({
-        {QStringLiteral("scenario"), scenario},
+        {QStringLiteral("scenario"), m_scenario},
         {QStringLiteral("time"), event.time},
         {QStringLiteral("event"), QStringLiteral("heard")},
         {QStringLiteral("text"), heard.toText(heard)},
@@ -80,7 +80,7 @@ QByteArray JsonView::line(const QJsonObject &object)
 QJsonObject JsonView::object(const TimelineEvent &event) const
 {
     QJsonObject result{
-        {QStringLiteral("scenario"), scenario},
+        {QStringLiteral("scenario"), m_scenario},
         {QStringLiteral("time"), event.time},
         {QStringLiteral("event"), kindName(event.kind)},
         {QStringLiteral("text"), event.text},

@@ -22,7 +22,7 @@ public:
 private:
     QJsonObject object(const TimelineEvent &event) const;
 
-    QString scenario;
+    QString m_scenario;
 };
 
 #endif

@@ -117,16 +117,16 @@ void writeSuite(QXmlStreamWriter &writer, const ScenarioRun::Outcome &outcome, b
 } // namespace
 
 JUnitReport::JUnitReport(const QVector<ScenarioRun::Outcome> &reported, bool strict)
-    : outcomes(reported)
-    , isStrict(strict)
+    : m_outcomes(reported)
+    , m_isStrict(strict)
 {
 }
 
 QByteArray JUnitReport::toXml() const
 {
     Counts all;
-    for (const ScenarioRun::Outcome &outcome : outcomes)
-        all.add(countsOf(outcome, isStrict));
+    for (const ScenarioRun::Outcome &outcome : m_outcomes)
+        all.add(countsOf(outcome, m_isStrict));
 
     QByteArray xml;
     QXmlStreamWriter writer(&xml);
@@ -134,8 +134,8 @@ QByteArray JUnitReport::toXml() const
     writer.writeStartDocument();
     writer.writeStartElement(QStringLiteral("testsuites"));
     all.write(writer);
-    for (const ScenarioRun::Outcome &outcome : outcomes)
-        writeSuite(writer, outcome, isStrict);
+    for (const ScenarioRun::Outcome &outcome : m_outcomes)
+        writeSuite(writer, outcome, m_isStrict);
     writer.writeEndDocument();
     return xml;
 }

@@ -24,8 +24,8 @@ public:
     bool write(const QString &file, QString &error) const;
 
 private:
-    const QVector<ScenarioRun::Outcome> outcomes;
-    const bool isStrict;
+    const QVector<ScenarioRun::Outcome> m_outcomes;
+    const bool m_isStrict;
 };
 
 #endif

@@ -9,51 +9,24 @@
 namespace
 {
 
-template<std::size_t count>
-const policynames::Number *find(const policynames::Number (&numbers)[count], int number)
+/// Null for a number that the policy does not have.
+const policynames::Number *find(int status)
 {
-    return number >= 0 && static_cast<std::size_t>(number) < count ? &numbers[number] : nullptr;
-}
-
-template<std::size_t count>
-QString nameOf(const policynames::Number (&numbers)[count], int number)
-{
-    const policynames::Number *const found = find(numbers, number);
-    return found == nullptr ? QString::number(number) : QString::fromLatin1(found->name);
-}
-
-template<std::size_t count>
-QString meaningOf(const policynames::Number (&numbers)[count], int number)
-{
-    const policynames::Number *const found = find(numbers, number);
-    return found == nullptr ? QString() : QString::fromLatin1(found->meaning);
+    return status >= 0 && static_cast<std::size_t>(status) < std::size(policynames::statuses) ? &policynames::statuses[status] : nullptr;
 }
 
 } // namespace
 
 QString statusText(int status)
 {
-    return nameOf(policynames::statuses, status);
+    const policynames::Number *const found = find(status);
+    return found ? QString::fromLatin1(found->name) : QString::number(status);
 }
 
 QString statusMeaning(int status)
 {
-    return meaningOf(policynames::statuses, status);
-}
-
-QString channelText(int channel)
-{
-    return nameOf(policynames::channels, channel);
-}
-
-QString channelMeaning(int channel)
-{
-    return meaningOf(policynames::channels, channel);
-}
-
-QString volumeTypeText(int type)
-{
-    return nameOf(policynames::volumeTypes, type);
+    const policynames::Number *const found = find(status);
+    return found ? QString::fromLatin1(found->meaning) : QString();
 }
 
 QString sourceText(const QString &source)

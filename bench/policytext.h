@@ -10,14 +10,6 @@ QString statusText(int status);
 /// "a telephone call over Bluetooth"; empty for a number beyond 0 to 19.
 QString statusMeaning(int status);
 
-/// "FilePlayer"
-QString channelText(int channel);
-/// "the file player"; empty for a number beyond 0 to 19.
-QString channelMeaning(int channel);
-
-/// "Media"
-QString volumeTypeText(int type);
-
 /// A source as people call it: "file player" for "S+FilePlayer", also by the name that applications use. A source unknown to the library
 /// stays as it is.
 QString sourceText(const QString &source);

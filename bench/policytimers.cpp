@@ -16,39 +16,34 @@ PolicyTimers::PolicyTimers(QObject *parent)
 
 void PolicyTimers::watch(ZelAudioManager *manager)
 {
-    if (manager == nullptr || manager == known)
+    if (!manager || manager == m_known)
         return;
-    if (known) {
-        for (const Entry &entry : qAsConst(entries)) {
+    if (m_known) {
+        for (const Entry &entry : qAsConst(m_entries)) {
             entry.timer->removeEventFilter(this);
             entry.timer->disconnect(this);
         }
     }
-    known = manager;
-    entries.clear();
-    running.clear();
+    m_known = manager;
+    m_entries.clear();
+    m_running.clear();
     const auto timers = AudioPolicyInspector(*manager).timers();
     for (const AudioPolicyInspector::Timer &timer : timers) {
-        const int index = entries.size();
-        entries.append({timer.purpose, timer.timer, 0});
+        const int index = m_entries.size();
+        m_entries.append({timer.purpose, timer.timer, 0});
         // The event comes before the manager's slots run. They were connected first, so that the signal arrives here after them.
         timer.timer->installEventFilter(this);
         connect(timer.timer, &QTimer::timeout, this, [this, index] { finish(index); });
     }
 }
 
-QString PolicyTimers::current() const
-{
-    return known && !running.isEmpty() ? entries.at(running.last()).purpose : QString();
-}
-
 bool PolicyTimers::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Timer) {
-        const auto entry = std::find_if(entries.begin(), entries.end(), [watched](const Entry &candidate) { return candidate.timer == watched; });
-        if (entry != entries.end()) {
-            entry->statusBefore = AudioPolicyInspector(*known).status();
-            running.append(int(entry - entries.begin()));
+        const auto entry = std::find_if(m_entries.begin(), m_entries.end(), [watched](const Entry &candidate) { return candidate.timer == watched; });
+        if (entry != m_entries.end()) {
+            entry->statusBefore = AudioPolicyInspector(*m_known).status();
+            m_running.append(int(entry - m_entries.begin()));
             Q_EMIT runsOut(entry->purpose);
         }
     }
@@ -57,10 +52,10 @@ bool PolicyTimers::eventFilter(QObject *watched, QEvent *event)
 
 void PolicyTimers::finish(int index)
 {
-    const Entry entry = entries.at(index);
-    const int now = AudioPolicyInspector(*known).status();
+    const Entry entry = m_entries.at(index);
+    const int now = AudioPolicyInspector(*m_known).status();
     if (now != entry.statusBefore)
         Q_EMIT statusChanged(entry.statusBefore, now);
-    running.removeOne(index);
+    m_running.removeOne(index);
     Q_EMIT hasRun(entry.purpose);
 }

@@ -25,11 +25,8 @@ public:
     /// Watches this manager from now on, and no other. The one that is watched already, or null, changes nothing.
     void watch(ZelAudioManager *manager);
 
-    /// What the timer that is running out right now is for, such as "unmute after the timed mute"; empty when none is.
-    QString current() const;
-
 Q_SIGNALS:
-    /// A timer has run out; nothing of what it causes has happened yet.
+    /// A timer has run out, for a purpose such as "unmute after the timed mute"; nothing of what it causes has happened yet.
     void runsOut(const QString &purpose);
     /// The timer that has just run changed the status, without a request.
     void statusChanged(int before, int now);
@@ -51,9 +48,9 @@ private:
 
     void finish(int index);
 
-    QPointer<ZelAudioManager> known;
-    QVector<Entry> entries;
-    QVector<int> running; // indexes of entries: a slot may let time pass, so that one timer runs out inside another
+    QPointer<ZelAudioManager> m_known;
+    QVector<Entry> m_entries;
+    QVector<int> m_running; // indexes of entries: a slot may let time pass, so that one timer runs out inside another
 };
 
 #endif

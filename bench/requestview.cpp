@@ -31,7 +31,7 @@ QString line(Style style, const QString &text, bool isCaused)
 } // namespace
 
 RequestView::RequestView(bool startUpShown)
-    : showStartUp(startUpShown)
+    : m_showStartUp(startUpShown)
 {
 }
 
@@ -75,7 +75,7 @@ QString RequestView::requestLines(const TimelineEvent &event, bool isCaused) con
 
 QString RequestView::causedLines(const TimelineEvent &event) const
 {
-    const auto isLeftOut = [this](const TimelineEvent &caused) { return caused.kind == Kind::Call && caused.isStartUp && !showStartUp; };
+    const auto isLeftOut = [this](const TimelineEvent &caused) { return caused.kind == Kind::Call && caused.isStartUp && !m_showStartUp; };
     QString text;
     const auto leftOut = std::count_if(event.caused.cbegin(), event.caused.cend(), isLeftOut);
     if (leftOut > 0)

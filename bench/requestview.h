@@ -23,7 +23,7 @@ private:
     QString requestLines(const TimelineEvent &event, bool isCaused) const;
     QString causedLines(const TimelineEvent &event) const;
 
-    bool showStartUp;
+    bool m_showStartUp;
 };
 
 #endif

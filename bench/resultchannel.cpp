@@ -67,24 +67,24 @@ ScenarioResult::Check checkOf(const QJsonValue &json)
 } // namespace
 
 ResultChannel::ResultChannel()
-    : file(memfd_create("results", 0))
+    : m_file(memfd_create("results", 0))
 {
 }
 
 ResultChannel::ResultChannel(int inherited)
-    : file(inherited)
+    : m_file(inherited)
 {
 }
 
 ResultChannel::~ResultChannel()
 {
-    if (file >= 0)
-        close(file);
+    if (m_file >= 0)
+        close(m_file);
 }
 
 int ResultChannel::descriptor() const
 {
-    return file;
+    return m_file;
 }
 
 void ResultChannel::writeStart()
@@ -115,7 +115,7 @@ void ResultChannel::writeEnd(const ScenarioResult &result)
 void ResultChannel::write(const QByteArray &line)
 {
     QFile output;
-    if (output.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (output.open(m_file, QIODevice::WriteOnly | QIODevice::Unbuffered))
         output.write(line + '\n');
 }
 
@@ -123,7 +123,7 @@ ResultChannel::Received ResultChannel::read() const
 {
     Received received;
     QFile input;
-    if (lseek(file, 0, SEEK_SET) != 0 || !input.open(file, QIODevice::ReadOnly))
+    if (lseek(m_file, 0, SEEK_SET) != 0 || !input.open(m_file, QIODevice::ReadOnly))
         return received;
     ScenarioResult &result = received.result;
     const QList<QByteArray> lines = input.readAll().split('\n');

@@ -39,7 +39,7 @@ private:
 
     void write(const QByteArray &line);
 
-    int file;
+    int m_file;
 };
 
 #endif

@@ -22,73 +22,73 @@
 
 ScenarioHost::ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, const QStringList &programLines, ScenarioResult &collected, QObject *parent)
     : QObject(parent)
-    , timeline(shownIn)
-    , unit(drivenUnit)
-    , lines(programLines)
-    , result(collected)
+    , m_timeline(shownIn)
+    , m_unit(drivenUnit)
+    , m_lines(programLines)
+    , m_result(collected)
 {
 }
 
 void ScenarioHost::say(const QString &text)
 {
-    timeline.heading(text);
+    m_timeline.heading(text);
 }
 
 void ScenarioHost::beginRequest(const QString &request)
 {
-    timeline.beginRequest(request);
+    m_timeline.beginRequest(request);
 }
 
 void ScenarioHost::endRequest(const QString &requestResult)
 {
-    timeline.endRequest(requestResult);
+    m_timeline.endRequest(requestResult);
 }
 
 void ScenarioHost::note(const QString &text)
 {
-    timeline.note(text);
+    m_timeline.note(text);
 }
 
 int ScenarioHost::beginExpectation(const QString &stack)
 {
-    expectations.append({ScenarioStack::line(ScenarioStack::fromError(stack)), stack, {}, false});
-    return expectations.size() - 1;
+    m_expectations.append({ScenarioStack::line(ScenarioStack::fromError(stack)), stack, {}, false});
+    return m_expectations.size() - 1;
 }
 
 void ScenarioHost::readMatcher(int expectation, const QString &name)
 {
-    expectations[expectation].matcher = name;
+    m_expectations[expectation].matcher = name;
 }
 
 void ScenarioHost::check(int expectation, bool passed, const QString &cause)
 {
-    expectations[expectation].checked = true;
+    m_expectations[expectation].checked = true;
     addCheck(expectation, passed, cause);
 }
 
 void ScenarioHost::addCheck(int expectation, bool passed, const QString &cause)
 {
-    const Expectation &expected = expectations.at(expectation);
-    QString text = lines.value(expected.line - 1).trimmed();
+    const Expectation &expected = m_expectations.at(expectation);
+    QString text = m_lines.value(expected.line - 1).trimmed();
     if (text.endsWith(QLatin1Char(';')))
         text.chop(1);
     // Checks stand in the order in which their expectations were reached.
-    const auto behind = std::upper_bound(expectationOfCheck.cbegin(), expectationOfCheck.cend(), expectation);
-    const int index = int(behind - expectationOfCheck.cbegin());
-    expectationOfCheck.insert(index, expectation);
+    const auto behind = std::upper_bound(m_expectationOfCheck.cbegin(), m_expectationOfCheck.cend(), expectation);
+    const int index = int(behind - m_expectationOfCheck.cbegin());
+    m_expectationOfCheck.insert(index, expectation);
     ScenarioResult::Check check{expected.line, text, passed, {}, {}};
     if (!passed) {
         check.cause = cause;
         check.stack = ScenarioStack::shortened(ScenarioStack::fromError(expected.stack));
     }
-    result.checks.insert(index, check);
-    timeline.check(check);
+    m_result.checks.insert(index, check);
+    m_timeline.check(check);
 }
 
 void ScenarioHost::finishExpectations(bool endedByError, const QVector<ScenarioResult::Frame> &stack)
 {
-    for (int i = 0; i < expectations.size(); ++i) {
-        const Expectation &expected = expectations.at(i);
+    for (int i = 0; i < m_expectations.size(); ++i) {
+        const Expectation &expected = m_expectations.at(i);
         if (expected.checked)
             continue;
         if (endedByError && isUnderWay(i, stack))
@@ -105,9 +105,9 @@ void ScenarioHost::finishExpectations(bool endedByError, const QVector<ScenarioR
 /// Whether an error came between expect() and its matcher: the engine looks at the matcher's arguments first.
 bool ScenarioHost::isUnderWay(int expectation, const QVector<ScenarioResult::Frame> &errorStack) const
 {
-    const int line = expectations.at(expectation).line;
-    const bool isLast = expectation + 1 == expectations.size();
-    if (isLast && !lines.value(line - 1).trimmed().endsWith(QLatin1Char(';')))
+    const int line = m_expectations.at(expectation).line;
+    const bool isLast = expectation + 1 == m_expectations.size();
+    if (isLast && !m_lines.value(line - 1).trimmed().endsWith(QLatin1Char(';')))
         return true; // the statement may go on in the next line
     return std::any_of(errorStack.cbegin(), errorStack.cend(), [line](const ScenarioResult::Frame &frame) { return frame.line == line; });
 }
@@ -152,22 +152,22 @@ void ScenarioHost::wait(double milliseconds)
 
 double ScenarioHost::now()
 {
-    return double(timeline.now());
+    return double(m_timeline.now());
 }
 
 void ScenarioHost::powerOn()
 {
-    unit.manager();
+    m_unit.manager();
 }
 
 void ScenarioHost::powerOff()
 {
-    unit.switchOff();
+    m_unit.switchOff();
 }
 
 void ScenarioHost::eraseSettings()
 {
-    if (unit.isOn()) {
+    if (m_unit.isOn()) {
         throwScriptError(this, QJSValue::GenericError, QStringLiteral("switch the unit off before erasing its settings"));
         return;
     }
@@ -178,19 +178,19 @@ void ScenarioHost::eraseSettings()
 
 bool ScenarioHost::isOn()
 {
-    return unit.isOn();
+    return m_unit.isOn();
 }
 
 QObject *ScenarioHost::makeFocusClient()
 {
     auto *const client = new QmlAudioFocus(this);
     QQmlEngine::setObjectOwnership(client, QQmlEngine::CppOwnership);
-    focusClients.append(client);
+    m_focusClients.append(client);
     return client;
 }
 
 void ScenarioHost::deliverFocusChanges()
 {
-    for (QmlAudioFocus *const client : qAsConst(focusClients))
+    for (QmlAudioFocus *const client : qAsConst(m_focusClients))
         QCoreApplication::sendPostedEvents(client, QEvent::MetaCall);
 }

@@ -71,13 +71,13 @@ private:
     bool isUnderWay(int expectation, const QVector<ScenarioResult::Frame> &errorStack) const;
     void addCheck(int expectation, bool passed, const QString &cause);
 
-    Timeline &timeline;
-    HeadUnit &unit;
-    QStringList lines;
-    ScenarioResult &result;
-    QVector<Expectation> expectations;
-    QVector<int> expectationOfCheck; // for each check of the result
-    QList<QmlAudioFocus *> focusClients;
+    Timeline &m_timeline;
+    HeadUnit &m_unit;
+    QStringList m_lines;
+    ScenarioResult &m_result;
+    QVector<Expectation> m_expectations;
+    QVector<int> m_expectationOfCheck; // for each check of the result
+    QList<QmlAudioFocus *> m_focusClients;
 };
 
 #endif

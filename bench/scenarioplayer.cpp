@@ -167,14 +167,14 @@ class OutOfMemory
 public:
     /// @param whatToDo is called in the scenario's thread, from where the memory was missing, and is the last thing that is
     explicit OutOfMemory(std::function<void()> whatToDo)
-        : act(std::move(whatToDo))
-        , previous(std::set_terminate(&OutOfMemory::terminate))
+        : m_act(std::move(whatToDo))
+        , m_previous(std::set_terminate(&OutOfMemory::terminate))
     {
         current = this;
     }
     ~OutOfMemory()
     {
-        std::set_terminate(previous);
+        std::set_terminate(m_previous);
         current = nullptr;
     }
 
@@ -187,15 +187,15 @@ private:
             if (const std::exception_ptr thrown = std::current_exception())
                 std::rethrow_exception(thrown);
         } catch (const std::bad_alloc &) {
-            current->act();
+            current->m_act();
         } catch (...) {
             // Any other is a mistake of the bench itself.
         }
         std::abort();
     }
 
-    const std::function<void()> act;
-    const std::terminate_handler previous;
+    const std::function<void()> m_act;
+    const std::terminate_handler m_previous;
     static OutOfMemory *current;
 };
 
@@ -204,8 +204,8 @@ OutOfMemory *OutOfMemory::current = nullptr;
 } // namespace
 
 ScenarioPlayer::ScenarioPlayer(Timeline &shownIn, ScenarioLimits scenarioLimits)
-    : timeline(shownIn)
-    , limits(std::move(scenarioLimits))
+    : m_timeline(shownIn)
+    , m_limits(std::move(scenarioLimits))
 {
 }
 
@@ -216,20 +216,20 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
 
     const ScenarioSource source(program);
     HeadUnit unit;
-    QObject::connect(&unit, &HeadUnit::startsUp, &timeline, [this] { timeline.setStartingUp(true); });
+    QObject::connect(&unit, &HeadUnit::startsUp, &m_timeline, [this] { m_timeline.setStartingUp(true); });
     PolicyTimers timers;
-    QObject::connect(&unit, &HeadUnit::startedUp, &timeline, [this, &unit, &timers] {
-        timeline.setStartingUp(false);
+    QObject::connect(&unit, &HeadUnit::startedUp, &m_timeline, [this, &unit, &timers] {
+        m_timeline.setStartingUp(false);
         timers.watch(unit.manager());
     });
-    QObject::connect(&timers, &PolicyTimers::runsOut, &timeline, &Timeline::beginTimer);
-    QObject::connect(&timers, &PolicyTimers::statusChanged, &timeline, [this](int /*before*/, int now) { timeline.statusBecomes(now); });
-    QObject::connect(&timers, &PolicyTimers::hasRun, &timeline, &Timeline::endTimer);
+    QObject::connect(&timers, &PolicyTimers::runsOut, &m_timeline, &Timeline::beginTimer);
+    QObject::connect(&timers, &PolicyTimers::statusChanged, &m_timeline, [this](int /*before*/, int now) { m_timeline.statusBecomes(now); });
+    QObject::connect(&timers, &PolicyTimers::hasRun, &m_timeline, &Timeline::endTimer);
     QmlAudioControl control;
     QmlAudioSettings settings;
     QmlAudioPolicy policy([&unit] { return unit.manager(); });
     QmlPlatform platform;
-    ScenarioHost host(timeline, unit, source.lines(), result);
+    ScenarioHost host(m_timeline, unit, source.lines(), result);
 
     QJSEngine engine;
     engine.installExtensions(QJSEngine::ConsoleExtension);
@@ -254,15 +254,15 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     };
     const auto finish = [this, &result, &host] {
         host.finishExpectations(!result.error.isEmpty(), result.errorStack);
-        timeline.showUnfinished();
-        result.duration = timeline.now();
+        m_timeline.showUnfinished();
+        result.duration = m_timeline.now();
     };
     ScenarioWatch::Stuck stuck;
-    if (limits.onStuck) {
+    if (m_limits.onStuck) {
         stuck = [this, &result, &takeLimit, &finish](const ScenarioWatch &watch) {
             takeLimit(watch);
             finish();
-            limits.onStuck(result);
+            m_limits.onStuck(result);
         };
     }
 
@@ -275,10 +275,10 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
             result.errorStack = ScenarioWatch::place(engine);
             result.errorLine = ScenarioStack::line(result.errorStack);
             finish();
-            if (limits.onStuck)
-                limits.onStuck(result);
+            if (m_limits.onStuck)
+                m_limits.onStuck(result);
         });
-        ScenarioWatch watch(engine, limits, stuck);
+        ScenarioWatch watch(engine, m_limits, stuck);
         const QJSValue thrown = functions.property(QStringLiteral("run")).call({scenario});
         watch.stop();
         if (thrown.isError() && !watch.error().isEmpty()) {

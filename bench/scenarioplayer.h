@@ -23,8 +23,8 @@ public:
     ScenarioResult play(const QString &file, const QString &program);
 
 private:
-    Timeline &timeline;
-    const ScenarioLimits limits;
+    Timeline &m_timeline;
+    const ScenarioLimits m_limits;
 };
 
 #endif

@@ -27,7 +27,7 @@ class PlayingProcess : public QProcess
 {
 public:
     explicit PlayingProcess(bool outputToError)
-        : isDiverted(outputToError)
+        : m_isDiverted(outputToError)
     {
         setProcessChannelMode(ForwardedChannels);
         setInputChannelMode(ForwardedInputChannel);
@@ -37,12 +37,12 @@ protected:
     void setupChildProcess() override
     {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (isDiverted)
+        if (m_isDiverted)
             dup2(STDERR_FILENO, STDOUT_FILENO);
     }
 
 private:
-    const bool isDiverted;
+    const bool m_isDiverted;
 };
 
 /// A file in memory with a text, to be read as a program's standard input.
@@ -50,20 +50,20 @@ class InputFile
 {
 public:
     explicit InputFile(const QByteArray &text)
-        : file(memfd_create("scenario", MFD_CLOEXEC))
+        : m_file(memfd_create("scenario", MFD_CLOEXEC))
     {
         QFile output;
-        if (output.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered))
+        if (output.open(m_file, QIODevice::WriteOnly | QIODevice::Unbuffered))
             output.write(text);
     }
-    ~InputFile() { close(file); }
+    ~InputFile() { close(m_file); }
 
-    QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(file); }
+    QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(m_file); }
 
 private:
     Q_DISABLE_COPY(InputFile)
 
-    const int file;
+    const int m_file;
 };
 
 /// How long the process has to end by itself, after its time is over or after it was asked to.
@@ -86,8 +86,8 @@ QString secondsText(int seconds)
 } // namespace
 
 ScenarioRun::ScenarioRun(const Settings &chosen, Interruption &interrupted)
-    : settings(chosen)
-    , interruption(interrupted)
+    : m_settings(chosen)
+    , m_interruption(interrupted)
 {
 }
 
@@ -101,7 +101,7 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
 {
     Outcome outcome;
     const ResultChannel channel;
-    PlayingProcess process(settings.storyToError);
+    PlayingProcess process(m_settings.storyToError);
     const InputFile inputFile(input);
     if (file == ScenarioFiles::standardInput()) {
         process.setInputChannelMode(QProcess::ManagedInputChannel);
@@ -109,15 +109,15 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
     }
 
     QStringList command;
-    if (!isLibrarysFolder(settings.flash)) {
+    if (!isLibrarysFolder(m_settings.flash)) {
         command.append(QCoreApplication::applicationDirPath() + QStringLiteral("/qzaudio-with-flash"));
-        if (!settings.flash.isEmpty())
-            command += {QStringLiteral("--dir"), settings.flash};
+        if (!m_settings.flash.isEmpty())
+            command += {QStringLiteral("--dir"), m_settings.flash};
         command.append(QStringLiteral("--"));
     }
     command += {QCoreApplication::applicationFilePath(), QStringLiteral("play"), QStringLiteral("--in-process")};
     command += {QStringLiteral("--results-to"), QString::number(channel.descriptor())};
-    command += settings.options;
+    command += m_settings.options;
     command += {QStringLiteral("--"), file};
 
     QEventLoop loop;
@@ -132,13 +132,13 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
         isKilled = true;
         process.kill();
     });
-    QObject::connect(&interruption, &Interruption::interrupted, &process, [&process] {
+    QObject::connect(&m_interruption, &Interruption::interrupted, &process, [&process] {
         process.terminate();
         QTimer::singleShot(patienceMs, &process, &QProcess::kill);
     });
-    if (settings.seconds > 0) {
+    if (m_settings.seconds > 0) {
         timeout.setSingleShot(true);
-        timeout.start(settings.seconds * 1000 + patienceMs);
+        timeout.start(m_settings.seconds * 1000 + patienceMs);
     }
     QElapsedTimer clock;
     clock.start();
@@ -158,7 +158,7 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
         if (!received.hasEnded)
             result.error = QStringLiteral("interrupted");
     } else if (isKilled) {
-        result.error = secondsText(settings.seconds);
+        result.error = secondsText(m_settings.seconds);
     } else if (!received.hasStarted) {
         outcome.problem
             = QStringLiteral("no flash folder could be made for it; --flash %1 plays on the machine's own").arg(QFileInfo(SettingsFile::path()).path());

@@ -44,8 +44,8 @@ public:
     static bool isLibrarysFolder(const QString &flash);
 
 private:
-    Settings settings;
-    Interruption &interruption;
+    Settings m_settings;
+    Interruption &m_interruption;
 };
 
 #endif

@@ -41,25 +41,25 @@ QChar counterpart(QChar closing)
 } // namespace
 
 ScenarioSource::ScenarioSource(const QString &text)
-    : program(text)
+    : m_program(text)
 {
-    if (program.startsWith(QLatin1String("#!")))
-        program.replace(0, 2, QStringLiteral("//"));
-    while (position < program.size())
+    if (m_program.startsWith(QLatin1String("#!")))
+        m_program.replace(0, 2, QStringLiteral("//"));
+    while (m_position < m_program.size())
         readToken();
 }
 
 QStringList ScenarioSource::lines() const
 {
-    return program.split(QRegularExpression(QStringLiteral("\r\n|[\r\n\u2028\u2029]")));
+    return m_program.split(QRegularExpression(QStringLiteral("\r\n|[\r\n\u2028\u2029]")));
 }
 
 QString ScenarioSource::marked(const QString &thrownMark) const
 {
     QString result;
     int copied = 0;
-    for (const auto &[where, mark] : marks) {
-        result += program.midRef(copied, where - copied);
+    for (const auto &[where, mark] : m_marks) {
+        result += m_program.midRef(copied, where - copied);
         copied = where;
         switch (mark) {
         case Mark::Turn:
@@ -73,40 +73,40 @@ QString ScenarioSource::marked(const QString &thrownMark) const
             break;
         }
     }
-    return result + program.midRef(copied);
+    return result + m_program.midRef(copied);
 }
 
 QString ScenarioSource::unclosed() const
 {
-    if (open.isEmpty())
+    if (m_open.isEmpty())
         return {};
-    return QStringLiteral("%1 of line %2").arg(open.last().opening).arg(open.last().line);
+    return QStringLiteral("%1 of line %2").arg(m_open.last().opening).arg(m_open.last().line);
 }
 
 void ScenarioSource::readToken()
 {
-    const QChar character = at(position);
+    const QChar character = at(m_position);
     if (isLineEnd(character)) {
-        position += character == QLatin1Char('\r') && at(position + 1) == QLatin1Char('\n') ? 2 : 1;
-        ++line;
+        m_position += character == QLatin1Char('\r') && at(m_position + 1) == QLatin1Char('\n') ? 2 : 1;
+        ++m_line;
         return;
     }
     if (character.isSpace() || character == QChar(QChar::ByteOrderMark)) {
-        ++position;
+        ++m_position;
         return;
     }
-    if (character == QLatin1Char('/') && (at(position + 1) == QLatin1Char('/') || at(position + 1) == QLatin1Char('*'))) {
+    if (character == QLatin1Char('/') && (at(m_position + 1) == QLatin1Char('/') || at(m_position + 1) == QLatin1Char('*'))) {
         readComment();
         return;
     }
-    lastTokenLine = line;
+    m_lastTokenLine = m_line;
     switch (character.unicode()) {
     case '"':
     case '\'':
         readText(character);
         return;
     case '`':
-        readTemplate(position + 1);
+        readTemplate(m_position + 1);
         return;
     case '(':
     case '[':
@@ -139,41 +139,41 @@ void ScenarioSource::readToken()
 /// Whether a value may begin here, so that a slash begins a regular expression.
 bool ScenarioSource::expectsValue() const
 {
-    if (previous.isEmpty() || afterHead)
+    if (m_previous.isEmpty() || m_afterHead)
         return true;
-    if (isPartOfWord(previous.at(0)))
-        return isOneOf(previous, {"return", "typeof", "case", "in", "of", "delete", "void", "throw", "new", "else", "do", "instanceof", "yield"});
-    return !isOneOf(previous, {")", "]", "}", "\"", "`", "/"});
+    if (isPartOfWord(m_previous.at(0)))
+        return isOneOf(m_previous, {"return", "typeof", "case", "in", "of", "delete", "void", "throw", "new", "else", "do", "instanceof", "yield"});
+    return !isOneOf(m_previous, {")", "]", "}", "\"", "`", "/"});
 }
 
 /// Notes a token and goes on behind it.
 void ScenarioSource::take(const QString &token)
 {
-    previous = token;
-    afterHead = false;
-    position += token.size();
+    m_previous = token;
+    m_afterHead = false;
+    m_position += token.size();
 }
 
 void ScenarioSource::readWord()
 {
-    int end = position;
-    while (end < program.size() && isPartOfWord(at(end)))
+    int end = m_position;
+    while (end < m_program.size() && isPartOfWord(at(end)))
         ++end;
-    const QString word = program.mid(position, end - position);
-    const bool isMember = previous == QLatin1String(".");
+    const QString word = m_program.mid(m_position, end - m_position);
+    const bool isMember = m_previous == QLatin1String(".");
     take(word);
     if (isMember)
-        previous = QStringLiteral("name");
-    else if (word == QLatin1String("throw") && !isLineEnd(at(skipBlanks(position))))
-        marks.append({position, Mark::Throw});
+        m_previous = QStringLiteral("name");
+    else if (word == QLatin1String("throw") && !isLineEnd(at(skipBlanks(m_position))))
+        m_marks.append({m_position, Mark::Throw});
 }
 
 void ScenarioSource::readText(QChar quote)
 {
     const auto isNewline = [](QChar character) { return character == QLatin1Char('\n') || character == QLatin1Char('\r'); };
-    const int begin = line;
-    int end = position + 1;
-    for (; end < program.size() && at(end) != quote && !isNewline(at(end)); ++end) {
+    const int begin = m_line;
+    int end = m_position + 1;
+    for (; end < m_program.size() && at(end) != quote && !isNewline(at(end)); ++end) {
         if (at(end) != QLatin1Char('\\'))
             continue;
         // A backslash at the end of a line continues the text on the next one.
@@ -181,42 +181,42 @@ void ScenarioSource::readText(QChar quote)
         if (at(end) == QLatin1Char('\r') && at(end + 1) == QLatin1Char('\n'))
             ++end;
         if (isNewline(at(end)))
-            ++line;
+            ++m_line;
     }
     if (at(end) != quote)
         complain(QStringLiteral("the text that begins with %1 does not end on its line").arg(quote), begin);
     take(QStringLiteral("\""));
-    position = std::min(at(end) == quote ? end + 1 : end, program.size());
+    m_position = std::min(at(end) == quote ? end + 1 : end, m_program.size());
 }
 
 /// @param from behind the beginning, or behind a value in the middle
 void ScenarioSource::readTemplate(int from)
 {
-    const int begin = line;
+    const int begin = m_line;
     int end = from;
-    for (; end < program.size() && at(end) != QLatin1Char('`'); ++end) {
+    for (; end < m_program.size() && at(end) != QLatin1Char('`'); ++end) {
         if (at(end) == QLatin1Char('\\')) {
             ++end;
         } else if (at(end) == QLatin1Char('$') && at(end + 1) == QLatin1Char('{')) {
-            open.append({QLatin1Char('$'), line, {}, false});
+            m_open.append({QLatin1Char('$'), m_line, {}, false});
             take(templateOpening);
-            position = end + 2;
+            m_position = end + 2;
             return;
         }
         if (at(end) == QLatin1Char('\n'))
-            ++line;
+            ++m_line;
     }
-    if (end >= program.size())
+    if (end >= m_program.size())
         complain(QStringLiteral("the text that begins with ` does not end"), begin);
     take(QStringLiteral("`"));
-    position = std::min(end + 1, program.size());
+    m_position = std::min(end + 1, m_program.size());
 }
 
 void ScenarioSource::readRegularExpression()
 {
-    int end = position + 1;
+    int end = m_position + 1;
     bool inClass = false;
-    while (end < program.size() && !isLineEnd(at(end)) && (inClass || at(end) != QLatin1Char('/'))) {
+    while (end < m_program.size() && !isLineEnd(at(end)) && (inClass || at(end) != QLatin1Char('/'))) {
         if (at(end) == QLatin1Char('['))
             inClass = true;
         else if (at(end) == QLatin1Char(']'))
@@ -224,73 +224,73 @@ void ScenarioSource::readRegularExpression()
         end += at(end) == QLatin1Char('\\') ? 2 : 1;
     }
     take(QStringLiteral("/"));
-    position = std::min(at(end) == QLatin1Char('/') ? end + 1 : end, program.size());
-    while (isPartOfWord(at(position)))
-        ++position;
+    m_position = std::min(at(end) == QLatin1Char('/') ? end + 1 : end, m_program.size());
+    while (isPartOfWord(at(m_position)))
+        ++m_position;
 }
 
 void ScenarioSource::readComment()
 {
-    const int begin = line;
-    if (at(position + 1) == QLatin1Char('/')) {
-        while (position < program.size() && !isLineEnd(at(position)))
-            ++position;
+    const int begin = m_line;
+    if (at(m_position + 1) == QLatin1Char('/')) {
+        while (m_position < m_program.size() && !isLineEnd(at(m_position)))
+            ++m_position;
         return;
     }
-    const int end = program.indexOf(QLatin1String("*/"), position + 2);
+    const int end = m_program.indexOf(QLatin1String("*/"), m_position + 2);
     if (end < 0)
         complain(QStringLiteral("the comment that begins with /* does not end"), begin);
-    const int behind = end < 0 ? program.size() : end + 2;
-    for (; position < behind; ++position) {
-        if (isLineEnd(at(position)) && !(at(position) == QLatin1Char('\r') && at(position + 1) == QLatin1Char('\n')))
-            ++line;
+    const int behind = end < 0 ? m_program.size() : end + 2;
+    for (; m_position < behind; ++m_position) {
+        if (isLineEnd(at(m_position)) && !(at(m_position) == QLatin1Char('\r') && at(m_position + 1) == QLatin1Char('\n')))
+            ++m_line;
     }
 }
 
 void ScenarioSource::openBracket(QChar opening)
 {
-    const bool isHead = opening == QLatin1Char('(') && isOneOf(previous, {"for", "while", "if", "with"});
-    open.append({opening, line, isHead ? previous : QString(), false});
-    const bool isWhile = isHead && previous == QLatin1String("while");
+    const bool isHead = opening == QLatin1Char('(') && isOneOf(m_previous, {"for", "while", "if", "with"});
+    m_open.append({opening, m_line, isHead ? m_previous : QString(), false});
+    const bool isWhile = isHead && m_previous == QLatin1String("while");
     take(opening);
     if (isWhile)
-        marks.append({position, Mark::Turn});
+        m_marks.append({m_position, Mark::Turn});
 }
 
 void ScenarioSource::closeBracket(QChar closing)
 {
-    if (!open.isEmpty() && open.last().opening == QLatin1Char('$') && closing == QLatin1Char('}')) {
-        open.removeLast();
-        readTemplate(position + 1);
+    if (!m_open.isEmpty() && m_open.last().opening == QLatin1Char('$') && closing == QLatin1Char('}')) {
+        m_open.removeLast();
+        readTemplate(m_position + 1);
         return;
     }
-    if (open.isEmpty())
-        complain(QStringLiteral("this %1 closes nothing").arg(closing), line);
-    else if (open.last().opening != counterpart(closing))
-        complain(QStringLiteral("%1 comes before the %2 is closed").arg(closing).arg(unclosed()), line);
-    const bool isHead = !open.isEmpty() && !open.last().keyword.isEmpty();
-    if (!open.isEmpty())
-        open.removeLast();
+    if (m_open.isEmpty())
+        complain(QStringLiteral("this %1 closes nothing").arg(closing), m_line);
+    else if (m_open.last().opening != counterpart(closing))
+        complain(QStringLiteral("%1 comes before the %2 is closed").arg(closing).arg(unclosed()), m_line);
+    const bool isHead = !m_open.isEmpty() && !m_open.last().keyword.isEmpty();
+    if (!m_open.isEmpty())
+        m_open.removeLast();
     take(closing);
-    afterHead = isHead;
+    m_afterHead = isHead;
 }
 
 /// A semicolon: in the head of a "for" the first one comes before its condition.
 void ScenarioSource::endOfPart()
 {
     take(QStringLiteral(";"));
-    if (open.isEmpty() || open.last().keyword != QLatin1String("for") || open.last().conditionSeen)
+    if (m_open.isEmpty() || m_open.last().keyword != QLatin1String("for") || m_open.last().conditionSeen)
         return;
-    open.last().conditionSeen = true;
-    int next = position;
-    while (next < program.size() && (at(next).isSpace() || isLineEnd(at(next))))
+    m_open.last().conditionSeen = true;
+    int next = m_position;
+    while (next < m_program.size() && (at(next).isSpace() || isLineEnd(at(next))))
         ++next;
-    marks.append({position, at(next) == QLatin1Char(';') ? Mark::EndlessTurn : Mark::Turn});
+    m_marks.append({m_position, at(next) == QLatin1Char(';') ? Mark::EndlessTurn : Mark::Turn});
 }
 
 int ScenarioSource::skipBlanks(int index) const
 {
-    while (index < program.size() && at(index).isSpace() && !isLineEnd(at(index)))
+    while (index < m_program.size() && at(index).isSpace() && !isLineEnd(at(index)))
         ++index;
     return index;
 }
@@ -298,8 +298,8 @@ int ScenarioSource::skipBlanks(int index) const
 /// The first complaint counts: others follow from it.
 void ScenarioSource::complain(const QString &text, int where)
 {
-    if (!complaint.isEmpty())
+    if (!m_complaint.isEmpty())
         return;
-    complaint = text;
-    complaintLine = where;
+    m_complaint = text;
+    m_complaintLine = where;
 }

@@ -17,7 +17,7 @@ public:
     explicit ScenarioSource(const QString &text);
 
     /// The program as the engine understands it: a first line "#!..." has become a comment.
-    QString text() const { return program; }
+    QString text() const { return m_program; }
     /// Its lines as the engine counts them.
     QStringList lines() const;
 
@@ -31,13 +31,13 @@ public:
     QString marked(const QString &thrownMark) const;
 
     /// What is wrong with texts, comments and brackets, empty for nothing. It counts only where the engine refuses the program.
-    QString problem() const { return complaint; }
-    int problemLine() const { return complaintLine; }
+    QString problem() const { return m_complaint; }
+    int problemLine() const { return m_complaintLine; }
 
     /// What is still open at the end: "{ of line 3"; empty for nothing.
     QString unclosed() const;
     /// The line of the last thing that is no comment.
-    int lastLine() const { return lastTokenLine; }
+    int lastLine() const { return m_lastTokenLine; }
 
 private:
     enum class Mark {
@@ -64,22 +64,22 @@ private:
     void endOfPart();
     void complain(const QString &text, int where);
     bool expectsValue() const;
-    QChar at(int index) const { return index < program.size() ? program.at(index) : QChar(); }
+    QChar at(int index) const { return index < m_program.size() ? m_program.at(index) : QChar(); }
     int skipBlanks(int index) const;
     void take(const QString &token);
 
-    QString program;
-    QVector<QPair<int, Mark>> marks; // in the order of their positions
-    QString complaint;
-    int complaintLine = 0;
-    int lastTokenLine = 1;
+    QString m_program;
+    QVector<QPair<int, Mark>> m_marks; // in the order of their positions
+    QString m_complaint;
+    int m_complaintLine = 0;
+    int m_lastTokenLine = 1;
 
     // Where the reading is
-    int position = 0;
-    int line = 1;
-    QVector<Bracket> open;
-    QString previous; // token, blanks and comments left out
-    bool afterHead = false; // after the bracket that closes the head of an if or a loop
+    int m_position = 0;
+    int m_line = 1;
+    QVector<Bracket> m_open;
+    QString m_previous; // token, blanks and comments left out
+    bool m_afterHead = false; // after the bracket that closes the head of an if or a loop
 };
 
 #endif

@@ -54,13 +54,13 @@ QString timeText(qint64 milliseconds)
 } // namespace
 
 ScenarioWatch::ScenarioWatch(QJSEngine &watchedEngine, const ScenarioLimits &watchedLimits, Stuck whenStuck)
-    : engine(watchedEngine)
-    , milliseconds(watchedLimits.milliseconds)
-    , bytes(watchedLimits.bytes)
-    , stuck(std::move(whenStuck))
+    : m_engine(watchedEngine)
+    , m_milliseconds(watchedLimits.milliseconds)
+    , m_bytes(watchedLimits.bytes)
+    , m_stuck(std::move(whenStuck))
 {
-    if (milliseconds > 0 || bytes > 0)
-        thread = std::thread(&ScenarioWatch::watch, this);
+    if (m_milliseconds > 0 || m_bytes > 0)
+        m_thread = std::thread(&ScenarioWatch::watch, this);
 }
 
 ScenarioWatch::~ScenarioWatch()
@@ -70,28 +70,28 @@ ScenarioWatch::~ScenarioWatch()
 
 void ScenarioWatch::stop()
 {
-    if (!thread.joinable())
+    if (!m_thread.joinable())
         return;
     {
-        const std::lock_guard<std::mutex> lock(mutex);
-        stopped = true;
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopped = true;
     }
-    stopping.notify_one();
-    thread.join();
-    engine.setInterrupted(false);
+    m_stopping.notify_one();
+    m_thread.join();
+    m_engine.setInterrupted(false);
 }
 
 bool ScenarioWatch::waitForStop(std::chrono::milliseconds time)
 {
-    std::unique_lock<std::mutex> lock(mutex);
-    return stopping.wait_for(lock, time, [this] { return stopped; });
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_stopping.wait_for(lock, time, [this] { return m_stopped; });
 }
 
 void ScenarioWatch::watch()
 {
     while (!waitForStop(period)) {
-        reached = excess();
-        if (!reached.isEmpty()) {
+        m_reached = excess();
+        if (!m_reached.isEmpty()) {
             end();
             return;
         }
@@ -100,10 +100,10 @@ void ScenarioWatch::watch()
 
 QString ScenarioWatch::excess() const
 {
-    if (milliseconds > 0 && std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(milliseconds))
-        return QStringLiteral("did not end within ") + timeText(milliseconds);
-    if (bytes > 0 && memoryInUse() > bytes)
-        return QStringLiteral("needs more than %1 of memory").arg(sizeText(bytes));
+    if (m_milliseconds > 0 && std::chrono::steady_clock::now() - m_start >= std::chrono::milliseconds(m_milliseconds))
+        return QStringLiteral("did not end within ") + timeText(m_milliseconds);
+    if (m_bytes > 0 && memoryInUse() > m_bytes)
+        return QStringLiteral("needs more than %1 of memory").arg(sizeText(m_bytes));
     return {};
 }
 
@@ -117,25 +117,25 @@ QVector<ScenarioResult::Frame> ScenarioWatch::place(QJSEngine &engine)
 
 void ScenarioWatch::end()
 {
-    const bool held = hold.take();
+    const bool held = m_hold.take();
     if (held)
-        frames = place(engine);
-    engine.setInterrupted(true);
+        m_frames = place(m_engine);
+    m_engine.setInterrupted(true);
     if (held)
-        hold.release();
-    if (!endsInTime() && stuck && hold.take())
-        stuck(*this);
+        m_hold.release();
+    if (!endsInTime() && m_stuck && m_hold.take())
+        m_stuck(*this);
 }
 
 /// False where the script goes on, or takes much more memory, since it is inside a function of the engine that is not interrupted.
 bool ScenarioWatch::endsInTime()
 {
     constexpr auto step = 5ms;
-    const qint64 tooMuch = bytes + bytes / 4;
+    const qint64 tooMuch = m_bytes + m_bytes / 4;
     for (auto waited = 0ms; waited < patience; waited += step) {
         if (waitForStop(step))
             return true;
-        if (bytes > 0 && memoryInUse() > tooMuch)
+        if (m_bytes > 0 && memoryInUse() > tooMuch)
             return false;
     }
     return false;

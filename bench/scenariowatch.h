@@ -36,9 +36,9 @@ public:
     void stop();
 
     /// What limit was reached; empty for none.
-    QString error() const { return reached; }
+    QString error() const { return m_reached; }
     /// Where the scenario was then, innermost first; empty where the engine cannot tell.
-    QVector<ScenarioResult::Frame> stack() const { return frames; }
+    QVector<ScenarioResult::Frame> stack() const { return m_frames; }
 
 private:
     Q_DISABLE_COPY(ScenarioWatch)
@@ -49,19 +49,19 @@ private:
     bool endsInTime();
     bool waitForStop(std::chrono::milliseconds time);
 
-    QJSEngine &engine;
-    const qint64 milliseconds;
-    const qint64 bytes;
-    const Stuck stuck;
-    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-    ThreadHold hold;
+    QJSEngine &m_engine;
+    const qint64 m_milliseconds;
+    const qint64 m_bytes;
+    const Stuck m_stuck;
+    const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    ThreadHold m_hold;
 
-    std::mutex mutex;
-    std::condition_variable stopping;
-    bool stopped = false; // guarded by the mutex
-    QString reached; // written by the thread, read by others after its end
-    QVector<ScenarioResult::Frame> frames; // so is this
-    std::thread thread;
+    std::mutex m_mutex;
+    std::condition_variable m_stopping;
+    bool m_stopped = false; // guarded by the mutex
+    QString m_reached; // written by the thread, read by others after its end
+    QVector<ScenarioResult::Frame> m_frames; // so is this
+    std::thread m_thread;
 };
 
 #endif

@@ -146,19 +146,19 @@ void addEffect(SettingsReader::Setting &setting, const Key &key, const QMap<QStr
 } // namespace
 
 SettingsReader::SettingsReader(const QString &file)
-    : path(file)
+    : m_path(file)
 {
     reload();
 }
 
 QString SettingsReader::file() const
 {
-    return path;
+    return m_path;
 }
 
 bool SettingsReader::exists() const
 {
-    return exists(path);
+    return exists(m_path);
 }
 
 bool SettingsReader::exists(const QString &file)
@@ -169,49 +169,49 @@ bool SettingsReader::exists(const QString &file)
 
 QString SettingsReader::problem() const
 {
-    return readProblem;
+    return m_readProblem;
 }
 
 bool SettingsReader::isReadable() const
 {
-    return readable;
+    return m_readable;
 }
 
 void SettingsReader::reload()
 {
-    values.clear();
-    storeValues.clear();
-    readProblem.clear();
-    readable = true;
-    QFile file(path);
+    m_values.clear();
+    m_storeValues.clear();
+    m_readProblem.clear();
+    m_readable = true;
+    QFile file(m_path);
     if (!exists())
         return;
     if (!file.open(QIODevice::ReadOnly)) {
-        readable = false;
-        readProblem = file.errorString();
+        m_readable = false;
+        m_readProblem = file.errorString();
         return;
     }
     const QByteArray text = file.read(sizeLimit + 1);
     if (text.size() > sizeLimit) {
-        readable = false;
-        readProblem = QStringLiteral("more than 1 MB, too large to be a settings file");
+        m_readable = false;
+        m_readProblem = QStringLiteral("more than 1 MB, too large to be a settings file");
         return;
     }
     const SettingsText::Content content = SettingsText::read(text);
-    values = content.values;
-    storeValues = StoreReading::values(text, allNames());
+    m_values = content.values;
+    m_storeValues = StoreReading::values(text, allNames());
     if (!content.isWhole)
-        readProblem = QStringLiteral("some of it is not written as settings are");
+        m_readProblem = QStringLiteral("some of it is not written as settings are");
 }
 
 QVector<SettingsReader::Setting> SettingsReader::settings() const
 {
-    QMap<QString, QVariant> left = values;
+    QMap<QString, QVariant> left = m_values;
     QVector<Setting> result;
     const auto keys = allKeys();
     for (const Key &key : keys) {
         Setting setting = {key.name, left.take(key.name), key.defaultText, key.meaning, true, {}, {}};
-        addEffect(setting, key, storeValues);
+        addEffect(setting, key, m_storeValues);
         result.append(setting);
     }
     for (auto entry = left.cbegin(); entry != left.cend(); ++entry)

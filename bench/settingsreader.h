@@ -42,11 +42,11 @@ public:
     static constexpr int sizeLimit = 1024 * 1024;
 
 private:
-    QString path;
-    bool readable = true;
-    QMap<QString, QVariant> values;
-    QMap<QString, QVariant> storeValues; // as the library's store reads the file
-    QString readProblem;
+    QString m_path;
+    bool m_readable = true;
+    QMap<QString, QVariant> m_values;
+    QMap<QString, QVariant> m_storeValues; // as the library's store reads the file
+    QString m_readProblem;
 };
 
 #endif

@@ -125,106 +125,106 @@ class ElementReader
 {
 public:
     ElementReader(const QByteArray &lineOfValue, bool isUtf8)
-        : value(lineOfValue)
-        , utf8(isUtf8)
+        : m_value(lineOfValue)
+        , m_utf8(isUtf8)
     {
     }
 
     QStringList elements()
     {
         skipBlanks();
-        while (at < value.size()) {
-            const char character = value.at(at);
+        while (m_at < m_value.size()) {
+            const char character = m_value.at(m_at);
             if (character == '\\') {
                 takeEscape();
             } else if (character == '"') {
-                ++at;
-                isQuoted = true;
-                inQuotes = !inQuotes;
-                if (!inQuotes)
+                ++m_at;
+                m_isQuoted = true;
+                m_inQuotes = !m_inQuotes;
+                if (!m_inQuotes)
                     skipBlanks();
-            } else if (character == ',' && !inQuotes) {
+            } else if (character == ',' && !m_inQuotes) {
                 finishElement();
-                ++at;
+                ++m_at;
                 skipBlanks();
             } else {
                 takePlain();
             }
         }
         finishElement();
-        return result;
+        return m_result;
     }
 
 private:
     void skipBlanks()
     {
-        while (at < value.size() && isBlank(value.at(at)))
-            ++at;
+        while (m_at < m_value.size() && isBlank(m_value.at(m_at)))
+            ++m_at;
     }
 
     void takePlain()
     {
-        const int begin = at++;
-        while (at < value.size() && value.at(at) != '\\' && value.at(at) != '"' && value.at(at) != ',')
-            ++at;
-        const QByteArray plain = value.mid(begin, at - begin);
-        element += utf8 ? QString::fromUtf8(plain) : QString::fromLatin1(plain);
+        const int begin = m_at++;
+        while (m_at < m_value.size() && m_value.at(m_at) != '\\' && m_value.at(m_at) != '"' && m_value.at(m_at) != ',')
+            ++m_at;
+        const QByteArray plain = m_value.mid(begin, m_at - begin);
+        m_element += m_utf8 ? QString::fromUtf8(plain) : QString::fromLatin1(plain);
     }
 
     void takeEscape()
     {
         constexpr char names[] = "abfnrtv\"?'\\";
         constexpr char meanings[] = "\a\b\f\n\r\t\v\"?'\\";
-        ++at;
-        if (at == value.size())
+        ++m_at;
+        if (m_at == m_value.size())
             return;
-        const char name = value.at(at++);
+        const char name = m_value.at(m_at++);
         const char *const found = name == 0 ? nullptr : std::strchr(names, name);
         if (found)
-            element += QLatin1Char(meanings[found - names]);
-        else if (name == 'x' && at < value.size() && std::isxdigit(uchar(value.at(at))))
+            m_element += QLatin1Char(meanings[found - names]);
+        else if (name == 'x' && m_at < m_value.size() && std::isxdigit(uchar(m_value.at(m_at))))
             takeNumber(16);
         else if (name >= '0' && name <= '7') {
-            --at;
+            --m_at;
             takeNumber(8);
         }
         // A line's end in two characters; any other character is left out.
-        else if (isLineEnd(name) && at < value.size() && isLineEnd(value.at(at)) && value.at(at) != name)
-            ++at;
-        kept = element.size();
+        else if (isLineEnd(name) && m_at < m_value.size() && isLineEnd(m_value.at(m_at)) && m_value.at(m_at) != name)
+            ++m_at;
+        m_kept = m_element.size();
     }
 
     void takeNumber(uint base)
     {
         uint code = 0; // wraps, and the low half is the character
-        for (; at < value.size(); ++at) {
+        for (; m_at < m_value.size(); ++m_at) {
             bool isDigit = false;
-            const uint digit = value.mid(at, 1).toUInt(&isDigit, int(base));
+            const uint digit = m_value.mid(m_at, 1).toUInt(&isDigit, int(base));
             if (!isDigit)
                 break;
             code = code * base + digit;
         }
-        element += QChar(ushort(code & 0xffff));
+        m_element += QChar(ushort(code & 0xffff));
     }
 
     void finishElement()
     {
-        while (!isQuoted && element.size() > kept && (element.back() == QLatin1Char(' ') || element.back() == QLatin1Char('\t')))
-            element.chop(1);
-        result += element.isNull() ? QLatin1String("") : element;
-        element.clear();
-        kept = 0;
-        isQuoted = false;
+        while (!m_isQuoted && m_element.size() > m_kept && (m_element.back() == QLatin1Char(' ') || m_element.back() == QLatin1Char('\t')))
+            m_element.chop(1);
+        m_result += m_element.isNull() ? QLatin1String("") : m_element;
+        m_element.clear();
+        m_kept = 0;
+        m_isQuoted = false;
     }
 
-    const QByteArray value;
-    const bool utf8;
-    int at = 0;
-    QStringList result;
-    QString element;
-    int kept = 0; ///< blanks at the end are left out, but not these, which are written as escapes
-    bool isQuoted = false;
-    bool inQuotes = false;
+    const QByteArray m_value;
+    const bool m_utf8;
+    int m_at = 0;
+    QStringList m_result;
+    QString m_element;
+    int m_kept = 0; ///< blanks at the end are left out, but not these, which are written as escapes
+    bool m_isQuoted = false;
+    bool m_inQuotes = false;
 };
 
 } // namespace

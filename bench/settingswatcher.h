@@ -37,10 +37,10 @@ private:
 
     void look();
 
-    SettingsReader reader;
-    QMap<QString, SettingsReader::Setting> settings; // of the last version that could be read
-    QByteArray stamp;
-    QTimer timer;
+    SettingsReader m_reader;
+    QMap<QString, SettingsReader::Setting> m_settings; // of the last version that could be read
+    QByteArray m_stamp;
+    QTimer m_timer;
 };
 
 #endif

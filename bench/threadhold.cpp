@@ -9,32 +9,32 @@ ThreadHold::ThreadHold()
 {
     Q_ASSERT(!current);
     current = this;
-    sem_init(&held, 0, 0);
-    sem_init(&released, 0, 0);
+    sem_init(&m_held, 0, 0);
+    sem_init(&m_released, 0, 0);
     struct sigaction action = {};
     action.sa_handler = &ThreadHold::handle;
     action.sa_flags = SA_RESTART;
-    sigaction(SIGRTMIN, &action, &previous);
+    sigaction(SIGRTMIN, &action, &m_previous);
 }
 
 ThreadHold::~ThreadHold()
 {
-    sigaction(SIGRTMIN, &previous, nullptr);
+    sigaction(SIGRTMIN, &m_previous, nullptr);
     current = nullptr;
-    sem_destroy(&held);
-    sem_destroy(&released);
+    sem_destroy(&m_held);
+    sem_destroy(&m_released);
 }
 
 bool ThreadHold::take()
 {
-    wanted = true;
-    pthread_kill(thread, SIGRTMIN);
+    m_wanted = true;
+    pthread_kill(m_thread, SIGRTMIN);
     timespec end = {};
     clock_gettime(CLOCK_REALTIME, &end);
     ++end.tv_sec;
-    while (sem_timedwait(&held, &end) != 0) {
+    while (sem_timedwait(&m_held, &end) != 0) {
         // When the time is over, whoever takes the flag decides: the handler, which then is about to hold, or this thread.
-        if (errno == ETIMEDOUT && wanted.exchange(false))
+        if (errno == ETIMEDOUT && m_wanted.exchange(false))
             return false;
     }
     return true;
@@ -42,16 +42,16 @@ bool ThreadHold::take()
 
 void ThreadHold::release()
 {
-    sem_post(&released);
+    sem_post(&m_released);
 }
 
 // Nothing but semaphores and a flag without locks can be used in a signal handler.
 void ThreadHold::handle(int /*signal*/)
 {
     const int error = errno;
-    if (current->wanted.exchange(false)) {
-        sem_post(&current->held);
-        while (sem_wait(&current->released) != 0) { }
+    if (current->m_wanted.exchange(false)) {
+        sem_post(&current->m_held);
+        while (sem_wait(&current->m_released) != 0) { }
     }
     errno = error;
 }

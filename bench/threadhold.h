@@ -30,11 +30,11 @@ private:
     static void handle(int signal);
 
     static ThreadHold *current;
-    const pthread_t thread = pthread_self();
-    sem_t held = {};
-    sem_t released = {};
-    std::atomic<bool> wanted{false};
-    struct sigaction previous = {};
+    const pthread_t m_thread = pthread_self();
+    sem_t m_held = {};
+    sem_t m_released = {};
+    std::atomic<bool> m_wanted{false};
+    struct sigaction m_previous = {};
 };
 
 #endif

@@ -27,9 +27,9 @@ void TimelineView::finish(qint64 /*time*/)
 
 Timeline::Timeline(TimelineView *shownBy, QObject *parent)
     : QObject(parent)
-    , view(shownBy)
-    , start(simulator::Platform::instance()->now())
-    , lastHeard(Heard::now())
+    , m_view(shownBy)
+    , m_start(simulator::Platform::instance()->now())
+    , m_lastHeard(Heard::now())
 {
     connect(simulator::Platform::instance()->journal(), &simulator::Journal::appended, this, &Timeline::addCall);
 }
@@ -38,7 +38,7 @@ Timeline::~Timeline() = default;
 
 qint64 Timeline::now() const
 {
-    return simulator::Platform::instance()->now() - start;
+    return simulator::Platform::instance()->now() - m_start;
 }
 
 void Timeline::heading(const QString &text)
@@ -51,17 +51,17 @@ void Timeline::beginRequest(const QString &request)
     endTimer();
     TimelineEvent event = eventOf(Kind::Request, request);
     event.time = now();
-    requests.append(event);
+    m_requests.append(event);
 }
 
 void Timeline::endRequest(const QString &result)
 {
-    TimelineEvent event = requests.takeLast();
+    TimelineEvent event = m_requests.takeLast();
     event.result = result;
-    if (requests.isEmpty())
+    if (m_requests.isEmpty())
         show(event);
     else
-        requests.last().caused.append(event);
+        m_requests.last().caused.append(event);
 }
 
 void Timeline::note(const QString &text)
@@ -88,7 +88,7 @@ void Timeline::beginTimer(const QString &purpose)
     endTimer();
     TimelineEvent event = eventOf(Kind::Timer, purpose);
     event.time = now();
-    runningTimer = event;
+    m_runningTimer = event;
 }
 
 void Timeline::statusBecomes(int status)
@@ -102,9 +102,9 @@ void Timeline::statusBecomes(int status)
 
 void Timeline::setStartingUp(bool starting)
 {
-    isStartingUp = starting;
-    if (starting && !requests.isEmpty())
-        requests.last().isStartUp = true;
+    m_isStartingUp = starting;
+    if (starting && !m_requests.isEmpty())
+        m_requests.last().isStartUp = true;
 }
 
 void Timeline::addCall(const simulator::JournalEntry &entry)
@@ -113,15 +113,15 @@ void Timeline::addCall(const simulator::JournalEntry &entry)
         return;
     TimelineEvent event = eventOf(Kind::Call, callText(entry));
     event.call = entry;
-    event.isStartUp = isStartingUp;
+    event.isStartUp = m_isStartingUp;
     addCaused(event);
 }
 
 void Timeline::add(TimelineEvent event)
 {
     event.time = now();
-    if (!requests.isEmpty()) {
-        requests.last().caused.append(event);
+    if (!m_requests.isEmpty()) {
+        m_requests.last().caused.append(event);
         return;
     }
     endTimer();
@@ -131,24 +131,24 @@ void Timeline::add(TimelineEvent event)
 void Timeline::addCaused(TimelineEvent event)
 {
     event.time = now();
-    if (!requests.isEmpty()) {
-        requests.last().caused.append(event);
+    if (!m_requests.isEmpty()) {
+        m_requests.last().caused.append(event);
         return;
     }
-    if (!runningTimer) {
+    if (!m_runningTimer) {
         // By a timer that nobody knows, whose end is therefore not told.
         beginTimer({});
         QMetaObject::invokeMethod(this, &Timeline::endTimer, Qt::QueuedConnection);
     }
-    runningTimer->caused.append(event);
+    m_runningTimer->caused.append(event);
 }
 
 void Timeline::endTimer()
 {
-    if (!runningTimer)
+    if (!m_runningTimer)
         return;
-    const TimelineEvent event = *runningTimer;
-    runningTimer.reset();
+    const TimelineEvent event = *m_runningTimer;
+    m_runningTimer.reset();
     // A timer may run out for nothing.
     if (!event.caused.isEmpty())
         show(event);
@@ -156,19 +156,19 @@ void Timeline::endTimer()
 
 void Timeline::show(const TimelineEvent &event)
 {
-    if (!view)
+    if (!m_view)
         return;
     const Heard heard = Heard::now();
-    const bool isNew = !(heard == lastHeard);
-    view->show(event, heard, isNew);
-    lastHeard = heard;
+    const bool isNew = !(heard == m_lastHeard);
+    m_view->show(event, heard, isNew);
+    m_lastHeard = heard;
 }
 
 void Timeline::showUnfinished()
 {
-    while (!requests.isEmpty())
+    while (!m_requests.isEmpty())
         endRequest(QStringLiteral("(did not return)"));
     endTimer();
-    if (view)
-        view->finish(now());
+    if (m_view)
+        m_view->finish(now());
 }

@@ -65,12 +65,12 @@ private:
     void addCaused(TimelineEvent event);
     void show(const TimelineEvent &event);
 
-    TimelineView *view;
-    qint64 start;
-    QVector<TimelineEvent> requests; // those in progress, the innermost last
-    std::optional<TimelineEvent> runningTimer; // what a timer has caused so far
-    Heard lastHeard;
-    bool isStartingUp = false;
+    TimelineView *m_view;
+    qint64 m_start;
+    QVector<TimelineEvent> m_requests; // those in progress, the innermost last
+    std::optional<TimelineEvent> m_runningTimer; // what a timer has caused so far
+    Heard m_lastHeard;
+    bool m_isStartingUp = false;
 };
 
 #endif

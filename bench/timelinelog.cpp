@@ -7,8 +7,8 @@
 TimelineLog *TimelineLog::current = nullptr;
 
 TimelineLog::TimelineLog(Timeline &shownIn, bool debugLines)
-    : timeline(shownIn)
-    , previous(qInstallMessageHandler(&TimelineLog::handle))
+    : m_timeline(shownIn)
+    , m_previous(qInstallMessageHandler(&TimelineLog::handle))
 {
     current = this;
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, debugLines);
@@ -16,7 +16,7 @@ TimelineLog::TimelineLog(Timeline &shownIn, bool debugLines)
 
 TimelineLog::~TimelineLog()
 {
-    qInstallMessageHandler(previous);
+    qInstallMessageHandler(m_previous);
     current = nullptr;
 }
 
@@ -24,13 +24,13 @@ void TimelineLog::handle(QtMsgType type, const QMessageLogContext &context, cons
 {
     const QLatin1String category(context.category);
     if (type == QtFatalMsg) {
-        current->timeline.showUnfinished();
+        current->m_timeline.showUnfinished();
     } else if (category == QLatin1String("default")) {
-        current->timeline.log(message);
+        current->m_timeline.log(message);
         return;
     } else if (category == QLatin1String("js") || category == QLatin1String("qml")) {
-        current->timeline.note(QStringLiteral("console: ") + message);
+        current->m_timeline.note(QStringLiteral("console: ") + message);
         return;
     }
-    current->previous(type, context, message);
+    current->m_previous(type, context, message);
 }

@@ -22,8 +22,8 @@ private:
 
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
-    Timeline &timeline;
-    QtMessageHandler previous;
+    Timeline &m_timeline;
+    QtMessageHandler m_previous;
     static TimelineLog *current;
 };
 

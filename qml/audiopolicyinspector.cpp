@@ -1,5 +1,6 @@
 #include "audiopolicyinspector.h"
 
+#include "memberaccess.h"
 #include "policynames.h"
 
 #include <qzaudio/audiodatabase.h>
@@ -8,32 +9,52 @@
 #include <cstddef>
 #include <iterator>
 
+namespace
+{
+
+OPEN_MEMBER(ZelAudioManager, dataBase, audio::AudioDataBase *)
+OPEN_MEMBER(ZelAudioManager, currentStatus, AudioStatus)
+OPEN_MEMBER(ZelAudioManager, currentChannel, AudioChannel)
+OPEN_MEMBER(ZelAudioManager, muteTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, delayVolumeTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, customEqTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, firstEqTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, cpAlertTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, cpUnduckTimer, QTimer)
+
+audio::AudioDataBase &dataBaseOf(ZelAudioManager &manager)
+{
+    return *(manager.*memberOf(dataBase_Member()));
+}
+
+} // namespace
+
 AudioPolicyInspector::AudioPolicyInspector(ZelAudioManager &inspected)
-    : manager(inspected)
+    : m_manager(inspected)
 {
 }
 
 int AudioPolicyInspector::status() const
 {
-    return manager.currentStatus;
+    return m_manager.*memberOf(currentStatus_Member());
 }
 
 int AudioPolicyInspector::channel() const
 {
-    return manager.currentChannel;
+    return m_manager.*memberOf(currentChannel_Member());
 }
 
 QList<int> AudioPolicyInspector::volumes() const
 {
     QList<int> volumes;
     for (int type = ZelAudioTypeMedia; type <= ZelAudioTypeHiCarCall; ++type)
-        volumes.append(manager.dataBase->getVolume(static_cast<ZelAudioType>(type)));
+        volumes.append(dataBaseOf(m_manager).getVolume(static_cast<ZelAudioType>(type)));
     return volumes;
 }
 
 int AudioPolicyInspector::equalizerType() const
 {
-    return manager.dataBase->eqType();
+    return dataBaseOf(m_manager).eqType();
 }
 
 QList<int> AudioPolicyInspector::customCurve() const
@@ -41,24 +62,19 @@ QList<int> AudioPolicyInspector::customCurve() const
     constexpr int bandCount = 16;
     QList<int> curve;
     for (int band = 0; band < bandCount; ++band)
-        curve.append(manager.dataBase->getCustomEQ(band));
+        curve.append(dataBaseOf(m_manager).getCustomEQ(band));
     return curve;
-}
-
-bool AudioPolicyInspector::ducking() const
-{
-    return manager.cpDucking;
 }
 
 QVector<AudioPolicyInspector::Timer> AudioPolicyInspector::timers() const
 {
     QTimer *const members[] = {
-        &manager.muteTimer,
-        &manager.delayVolumeTimer,
-        &manager.customEqTimer,
-        &manager.firstEqTimer,
-        &manager.cpAlertTimer,
-        &manager.cpUnduckTimer,
+        &(m_manager.*memberOf(muteTimer_Member())),
+        &(m_manager.*memberOf(delayVolumeTimer_Member())),
+        &(m_manager.*memberOf(customEqTimer_Member())),
+        &(m_manager.*memberOf(firstEqTimer_Member())),
+        &(m_manager.*memberOf(cpAlertTimer_Member())),
+        &(m_manager.*memberOf(cpUnduckTimer_Member())),
     };
     static_assert(std::size(members) == std::size(policynames::timers), "each timer has a purpose");
     QVector<Timer> timers;

@@ -32,12 +32,11 @@ public:
     int equalizerType() const;
     /// The sixteen bands of the custom curve as stored: twice what adjustCustomEq() was given.
     QList<int> customCurve() const;
-    bool ducking() const;
     /// The six timers, in the order of their declaration.
     QVector<Timer> timers() const;
 
 private:
-    ZelAudioManager &manager;
+    ZelAudioManager &m_manager;
 };
 
 #endif

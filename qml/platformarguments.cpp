@@ -72,16 +72,16 @@ QVector<qint64> channels()
 } // namespace
 
 PlatformArguments::PlatformArguments(const QObject *asked, const QSet<QString> &known)
-    : callee(asked)
-    , namesInUse(known)
-    , arguments(asked)
+    : m_callee(asked)
+    , m_namesInUse(known)
+    , m_arguments(asked)
 {
 }
 
 void PlatformArguments::refuse(const QString &message)
 {
-    unknown = true;
-    throwScriptError(callee, QJSValue::RangeError, message);
+    m_unknown = true;
+    throwScriptError(m_callee, QJSValue::RangeError, message);
 }
 
 void PlatformArguments::check(const ScriptArgument &argument)
@@ -119,7 +119,7 @@ void PlatformArguments::checkSource(const ScriptArgument &argument)
     const auto name = read<QString>(argument);
     if (failed() || name.isEmpty())
         return;
-    const QStringList known = sources(namesInUse);
+    const QStringList known = sources(m_namesInUse);
     if (!known.contains(name))
         refuse(QStringLiteral("there is no source %1").arg(quoted(name)) + nearestText(name, known));
 }

@@ -19,7 +19,7 @@ public:
     PlatformArguments(const QObject *asked, const QSet<QString> &known);
 
     /// The platform must not be asked then.
-    bool failed() const { return unknown || arguments.failed(); }
+    bool failed() const { return m_unknown || m_arguments.failed(); }
 
     /// What the argument has to be is told by its name: "track", "source" (or empty, for none), "channel" (one output channel bit), "input" or
     /// "band". Others are left to the operation.
@@ -32,8 +32,8 @@ private:
     Value read(const ScriptArgument &argument)
     {
         Value value = {};
-        if (!arguments.failed())
-            arguments.read(argument, value);
+        if (!m_arguments.failed())
+            m_arguments.read(argument, value);
         return value;
     }
     void checkTrack(const ScriptArgument &argument);
@@ -43,10 +43,10 @@ private:
     void checkBand(const ScriptArgument &argument);
     void refuse(const QString &message);
 
-    const QObject *const callee;
-    const QSet<QString> &namesInUse;
-    ScriptArguments arguments;
-    bool unknown = false;
+    const QObject *const m_callee;
+    const QSet<QString> &m_namesInUse;
+    ScriptArguments m_arguments;
+    bool m_unknown = false;
 };
 
 #endif

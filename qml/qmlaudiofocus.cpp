@@ -19,69 +19,69 @@ QmlAudioFocus::~QmlAudioFocus()
 
 QString QmlAudioFocus::clientId()
 {
-    if (requesting) {
+    if (m_requesting) {
         // AudioManager asks for the id once it holds its mutex: what was told until now came before this request.
-        const QMutexLocker locker(&undeliveredMutex);
-        toldBeforeRequest = undelivered.size();
+        const QMutexLocker locker(&m_undeliveredMutex);
+        m_toldBeforeRequest = m_undelivered.size();
     }
-    return id;
+    return m_id;
 }
 
 void QmlAudioFocus::setClientId(const QString &newId)
 {
-    if (newId == id)
+    if (newId == m_id)
         return;
     release();
-    id = newId;
+    m_id = newId;
     Q_EMIT clientIdChanged();
 }
 
 int QmlAudioFocus::streamType() const
 {
-    return stream;
+    return m_stream;
 }
 
 void QmlAudioFocus::setStreamType(int type)
 {
-    if (type != stream) {
-        stream = type;
+    if (type != m_stream) {
+        m_stream = type;
         Q_EMIT streamTypeChanged();
     }
 }
 
 int QmlAudioFocus::durationHint() const
 {
-    return hint;
+    return m_hint;
 }
 
 void QmlAudioFocus::setDurationHint(int newHint)
 {
-    if (newHint != hint) {
-        hint = newHint;
+    if (newHint != m_hint) {
+        m_hint = newHint;
         Q_EMIT durationHintChanged();
     }
 }
 
 bool QmlAudioFocus::held() const
 {
-    return holding;
+    return m_holding;
 }
 
 bool QmlAudioFocus::request()
 {
-    if (id.isEmpty()) {
+    if (m_id.isEmpty()) {
         throwScriptError(this, QJSValue::GenericError, QStringLiteral("AudioFocus needs a clientId before request()"));
         return false;
     }
-    registered = true;
-    requesting = true;
-    toldBeforeRequest = 0;
-    const bool granted = AudioManager::instance()->requestAudioFocus(stream, hint, this) == 0;
-    requesting = false;
+    m_registered = true;
+    m_requesting = true;
+    m_toldBeforeRequest = 0;
+    const bool granted = AudioManager::instance()->requestAudioFocus(m_stream, m_hint, this) == 0;
+    m_requesting = false;
     if (granted) {
         {
-            const QMutexLocker locker(&undeliveredMutex);
-            undelivered.erase(undelivered.begin(), undelivered.begin() + toldBeforeRequest);
+            const QMutexLocker locker(&m_undeliveredMutex);
+            m_undelivered.erase(m_undelivered.begin(), m_undelivered.begin() + m_toldBeforeRequest);
         }
         setHeld(true);
     }
@@ -90,13 +90,13 @@ bool QmlAudioFocus::request()
 
 void QmlAudioFocus::release()
 {
-    if (!registered)
+    if (!m_registered)
         return;
     AudioManager::instance()->abandonAudioFocus(this);
-    registered = false;
+    m_registered = false;
     {
-        const QMutexLocker locker(&undeliveredMutex);
-        undelivered.clear();
+        const QMutexLocker locker(&m_undeliveredMutex);
+        m_undelivered.clear();
     }
     setHeld(false);
 }
@@ -104,8 +104,8 @@ void QmlAudioFocus::release()
 void QmlAudioFocus::onAudioFocusChange(int focusChange)
 {
     {
-        const QMutexLocker locker(&undeliveredMutex);
-        undelivered.append(focusChange);
+        const QMutexLocker locker(&m_undeliveredMutex);
+        m_undelivered.append(focusChange);
     }
     QMetaObject::invokeMethod(this, &QmlAudioFocus::deliver, Qt::QueuedConnection);
 }
@@ -114,10 +114,10 @@ void QmlAudioFocus::deliver()
 {
     int change = None;
     {
-        const QMutexLocker locker(&undeliveredMutex);
-        if (undelivered.isEmpty())
+        const QMutexLocker locker(&m_undeliveredMutex);
+        if (m_undelivered.isEmpty())
             return;
-        change = undelivered.takeFirst();
+        change = m_undelivered.takeFirst();
     }
     setHeld(change == Gain);
     Q_EMIT focusChanged(change);
@@ -125,8 +125,8 @@ void QmlAudioFocus::deliver()
 
 void QmlAudioFocus::setHeld(bool now)
 {
-    if (now != holding) {
-        holding = now;
+    if (now != m_holding) {
+        m_holding = now;
         Q_EMIT heldChanged();
     }
 }

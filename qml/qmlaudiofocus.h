@@ -88,15 +88,15 @@ private:
     void deliver();
     void setHeld(bool now);
 
-    QString id;
-    int stream = 3;
-    int hint = Gain;
-    bool holding = false;
-    bool registered = false; // AudioManager may know this listener
-    bool requesting = false;
-    int toldBeforeRequest = 0; // how many of the undelivered changes the request in progress makes stale
-    QMutex undeliveredMutex;
-    QList<int> undelivered; // told, but not yet delivered
+    QString m_id;
+    int m_stream = 3;
+    int m_hint = Gain;
+    bool m_holding = false;
+    bool m_registered = false; // AudioManager may know this listener
+    bool m_requesting = false;
+    int m_toldBeforeRequest = 0; // how many of the undelivered changes the request in progress makes stale
+    QMutex m_undeliveredMutex;
+    QList<int> m_undelivered; // told, but not yet delivered
 };
 
 #endif

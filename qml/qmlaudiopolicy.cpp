@@ -42,23 +42,23 @@ AudioPolicyState::AudioPolicyState(QObject *parent)
 
 AudioPolicyState::AudioPolicyState(const ManagerProvider &giveManager, QObject *parent)
     : QObject(parent)
-    , provider(giveManager)
+    , m_provider(giveManager)
 {
 }
 
 ZelAudioManager &AudioPolicyState::manager()
 {
-    ZelAudioManager *const current = provider();
-    if (current != known) {
-        const bool first = shown.volumes.isEmpty();
-        known = current;
+    ZelAudioManager *const current = m_provider();
+    if (current != m_known) {
+        const bool first = m_shown.volumes.isEmpty();
+        m_known = current;
         connect(current, &ZelAudioManager::zelvolumeChanged, this, &AudioPolicyState::zelvolumeChanged);
         // The manager's own slots were connected first, so these see what the time-out has brought.
         const auto timers = AudioPolicyInspector(*current).timers();
         for (const AudioPolicyInspector::Timer &entry : timers)
             connect(entry.timer, &QTimer::timeout, this, &AudioPolicyState::refresh);
         if (first)
-            shown = currentState();
+            m_shown = currentState();
         else
             refresh();
     }
@@ -67,7 +67,7 @@ ZelAudioManager &AudioPolicyState::manager()
 
 AudioPolicyState::State AudioPolicyState::currentState()
 {
-    const AudioPolicyInspector inspector(*known);
+    const AudioPolicyInspector inspector(*m_known);
     return {inspector.status(),
             inspector.channel(),
             audio::AudioControl::getInstance()->isMute(),
@@ -78,21 +78,21 @@ AudioPolicyState::State AudioPolicyState::currentState()
 
 void AudioPolicyState::refresh()
 {
-    if (!known)
+    if (!m_known)
         return;
-    const State before = shown;
-    shown = currentState();
-    if (shown.status != before.status)
+    const State before = m_shown;
+    m_shown = currentState();
+    if (m_shown.status != before.status)
         Q_EMIT statusChanged();
-    if (shown.channel != before.channel)
+    if (m_shown.channel != before.channel)
         Q_EMIT channelChanged();
-    if (shown.muted != before.muted)
+    if (m_shown.muted != before.muted)
         Q_EMIT mutedChanged();
-    if (shown.volumes != before.volumes)
+    if (m_shown.volumes != before.volumes)
         Q_EMIT volumesChanged();
-    if (shown.equalizerType != before.equalizerType)
+    if (m_shown.equalizerType != before.equalizerType)
         Q_EMIT equalizerTypeChanged();
-    if (shown.customCurve != before.customCurve)
+    if (m_shown.customCurve != before.customCurve)
         Q_EMIT customCurveChanged();
 }
 

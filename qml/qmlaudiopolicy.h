@@ -79,9 +79,9 @@ private:
 
     State currentState();
 
-    ManagerProvider provider;
-    QPointer<ZelAudioManager> known; // the manager that the signals are connected to
-    State shown;
+    ManagerProvider m_provider;
+    QPointer<ZelAudioManager> m_known; // the manager that the signals are connected to
+    State m_shown;
 };
 
 /**

@@ -49,9 +49,9 @@ AudioDataBase &QmlAudioSettings::store()
 {
     // A store keeps what it read when it was made, so another file asks for another store.
     const QByteArray current = SettingsFile::stamp();
-    if (!dataBase || current != stamp) {
-        dataBase = std::make_unique<AudioDataBase>();
-        stamp = current;
+    if (!m_dataBase || current != m_stamp) {
+        m_dataBase = std::make_unique<AudioDataBase>();
+        m_stamp = current;
     }
-    return *dataBase;
+    return *m_dataBase;
 }

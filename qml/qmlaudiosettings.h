@@ -30,8 +30,8 @@ public:
     audio::AudioDataBase &store();
 
 private:
-    std::unique_ptr<audio::AudioDataBase> dataBase;
-    QByteArray stamp; // of the file that dataBase has read
+    std::unique_ptr<audio::AudioDataBase> m_dataBase;
+    QByteArray m_stamp; // of the file that it has read
 };
 
 #endif

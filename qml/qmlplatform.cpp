@@ -54,9 +54,9 @@ QObject *PlatformState::live()
 void PlatformState::learn(const QString &group, const QString &name, const QVariant &value)
 {
     if (value.isValid())
-        known.insert({group, name}, value);
+        m_known.insert({group, name}, value);
     else
-        known.remove({group, name});
+        m_known.remove({group, name});
     const int blank = name.indexOf(QLatin1Char(' ')); // "main S+FilePlayer", of the volumes
     QString source;
     if (group == QLatin1String("volume") && simulator::isTrack(name.left(blank)))
@@ -64,17 +64,17 @@ void PlatformState::learn(const QString &group, const QString &name, const QVari
     else if (group == QLatin1String("active source") || group == QLatin1String("output source") || group == QLatin1String("input destination"))
         source = value.toString();
     if (!source.isEmpty())
-        sources.insert(source);
+        m_sources.insert(source);
 }
 
 void PlatformState::compareState()
 {
-    const auto before = known;
-    known.clear();
+    const auto before = m_known;
+    m_known.clear();
     const auto table = Platform::instance()->chip()->stateTable();
     for (const simulator::StateItem &item : table)
         learn(item.group, item.name, item.value);
-    const auto after = known;
+    const auto after = m_known;
     for (auto item = after.cbegin(); item != after.cend(); ++item) {
         if (before.value(item.key()) != item.value())
             Q_EMIT stateChanged(item.key().first, item.key().second, item.value());

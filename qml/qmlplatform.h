@@ -27,7 +27,7 @@ public:
     int homeUiType() const;
     QObject *live();
     /// Names of sources that were set or routed so far, besides those of the library.
-    const QSet<QString> &sourcesInUse() const { return sources; }
+    const QSet<QString> &sourcesInUse() const { return m_sources; }
 
 Q_SIGNALS:
     void reverseGearChanged();
@@ -47,8 +47,8 @@ private:
     /// The chip tells only that all of it may be different.
     void compareState();
 
-    QMap<QPair<QString, QString>, QVariant> known; // by group and name
-    QSet<QString> sources;
+    QMap<QPair<QString, QString>, QVariant> m_known; // by group and name
+    QSet<QString> m_sources;
 };
 
 /**

@@ -17,16 +17,16 @@ void throwScriptError(const QObject *callee, QJSValue::ErrorType type, const QSt
 }
 
 ScriptArguments::ScriptArguments(const QObject *callee)
-    : object(callee)
+    : m_object(callee)
 {
 }
 
 void ScriptArguments::fail(QJSValue::ErrorType type, const ScriptArgument &argument, const QString &wanted)
 {
-    if (thrown)
+    if (m_thrown)
         return;
-    thrown = true;
-    throwScriptError(object, type, QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString()));
+    m_thrown = true;
+    throwScriptError(m_object, type, QStringLiteral("%1 must be %2, not %3").arg(QLatin1String(argument.name), wanted, argument.value.toString()));
 }
 
 QString ScriptArguments::wholeNumber(qint64 minimum, qint64 maximum)
@@ -103,7 +103,7 @@ void ScriptArguments::read(const ScriptArgument &argument, QHash<QString, quint8
         return;
     }
     QJSValueIterator entry(argument.value);
-    while (entry.hasNext() && !thrown) {
+    while (entry.hasNext() && !m_thrown) {
         entry.next();
         const QByteArray name = entry.name().toUtf8();
         const QJSValue value = entry.value();

@@ -37,16 +37,16 @@ class ScriptName
 public:
     ScriptName() = default;
     explicit ScriptName(const QByteArray &name)
-        : bytes(name)
-        , given(true)
+        : m_bytes(name)
+        , m_given(true)
     {
     }
 
-    operator const char *() const { return given ? bytes.constData() : nullptr; } // NOLINT(google-explicit-constructor)
+    operator const char *() const { return m_given ? m_bytes.constData() : nullptr; } // NOLINT(google-explicit-constructor)
 
 private:
-    QByteArray bytes;
-    bool given = false;
+    QByteArray m_bytes;
+    bool m_given = false;
 };
 
 /// A whole number that has to be in a range.
@@ -67,7 +67,7 @@ public:
     explicit ScriptArguments(const QObject *callee);
 
     /// Whether an argument did not fit: the operation must not be called then.
-    bool failed() const { return thrown; }
+    bool failed() const { return m_thrown; }
 
     /// A whole number from @p minimum to @p maximum, both within what a double holds exactly.
     qint64 integer(const ScriptArgument &argument, qint64 minimum, qint64 maximum);
@@ -97,7 +97,7 @@ public:
     void read(const ScriptArgument &argument, QList<Element> &out)
     {
         const quint32 count = length(argument);
-        for (quint32 i = 0; i < count && !thrown; ++i) {
+        for (quint32 i = 0; i < count && !m_thrown; ++i) {
             const QByteArray name = elementName(argument, i);
             const QJSValue value = argument.value.property(i);
             Element element = {};
@@ -158,9 +158,9 @@ private:
     void readField(const ScriptArgument &argument, const char *name, Field &out)
     {
         // Looking at another value would take a thrown error back.
-        if (!thrown) {
+        if (!m_thrown) {
             const QJSValue value = field(argument, name);
-            if (!thrown)
+            if (!m_thrown)
                 read({name, value}, out);
         }
     }
@@ -171,8 +171,8 @@ private:
     static QByteArray elementName(const ScriptArgument &argument, quint32 index);
     void fail(QJSValue::ErrorType type, const ScriptArgument &argument, const QString &wanted);
 
-    const QObject *const object;
-    bool thrown = false;
+    const QObject *const m_object;
+    bool m_thrown = false;
 };
 
 /// Throws a JavaScript error in the engine that @p callee is used from; without one, warns.

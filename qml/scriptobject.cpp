@@ -44,21 +44,21 @@ void ScriptType::read(const ScriptRow *table, std::size_t size)
         names.removeAll(QByteArray());
         Q_ASSERT_X(names.size() == row->call.count || names.size() == row->call.count + 1, row->name, "each parameter has a name");
         const QByteArray resultName = names.size() > row->call.count ? names.takeLast() : QByteArray("result");
-        callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group});
+        m_callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group});
     }
 }
 
 QMetaObject ScriptType::extend(const QMetaObject &base) const
 {
     QMetaObjectBuilder builder;
-    builder.setClassName(QByteArray("Qml") + typeName);
+    builder.setClassName(QByteArray("Qml") + m_typeName);
     builder.setSuperClass(&base);
-    for (const ScriptEnumeration &enumeration : enumerators) {
+    for (const ScriptEnumeration &enumeration : m_enumerators) {
         QMetaEnumBuilder keys = builder.addEnumerator(enumeration.name);
         for (std::size_t i = 0; i < enumeration.count; ++i)
             keys.addKey(QByteArray(enumeration.prefix) + enumeration.numbers[i].name, enumeration.numbers[i].number);
     }
-    for (const ScriptOperation &operation : callable) {
+    for (const ScriptOperation &operation : m_callable) {
         const QByteArrayList names = operation.inputs();
         QByteArrayList types;
         for (int i = 0; i < names.size(); ++i)
@@ -75,22 +75,22 @@ int ScriptType::metacall(QObject &callee, QMetaObject::Call call, int id, void *
 {
     if (id < 0 || (call != QMetaObject::InvokeMetaMethod && call != QMetaObject::RegisterMethodArgumentMetaType))
         return id;
-    if (id >= callable.size())
-        return id - callable.size();
+    if (id >= m_callable.size())
+        return id - m_callable.size();
     if (call == QMetaObject::RegisterMethodArgumentMetaType) {
         *static_cast<int *>(arguments[0]) = qRegisterMetaType<QJSValue>();
         return -1;
     }
-    const ScriptOperation &operation = callable.at(id);
+    const ScriptOperation &operation = m_callable.at(id);
     QVarLengthArray<QJSValue> given;
     const int inputs = operation.inputs().size();
     for (int i = 0; i < inputs; ++i)
         given.append(*static_cast<const QJSValue *>(arguments[i + 1]));
     const auto afterwards = qScopeGuard([this, &callee] {
-        if (after)
-            after(callee);
+        if (m_after)
+            m_after(callee);
     });
-    if (check && !check(callee, operation, given.constData()))
+    if (m_check && !m_check(callee, operation, given.constData()))
         return -1;
     const QVariant result = operation.call.run(callee, operation, given.constData());
     if (arguments[0] && result.isValid())

@@ -43,17 +43,17 @@ public:
                std::initializer_list<ScriptEnumeration> namedNumbers = {},
                Check checkArguments = nullptr,
                After afterwards = nullptr)
-        : typeName(called)
-        , enumerators(namedNumbers)
-        , check(checkArguments)
-        , after(afterwards)
+        : m_typeName(called)
+        , m_enumerators(namedNumbers)
+        , m_check(checkArguments)
+        , m_after(afterwards)
     {
         read(table, size);
     }
 
-    QLatin1String name() const { return QLatin1String(typeName); }
-    const QVector<ScriptOperation> &operations() const { return callable; }
-    const QVector<ScriptEnumeration> &enumerations() const { return enumerators; }
+    QLatin1String name() const { return QLatin1String(m_typeName); }
+    const QVector<ScriptOperation> &operations() const { return m_callable; }
+    const QVector<ScriptEnumeration> &enumerations() const { return m_enumerators; }
 
     /// A meta-object like @p base, with the enumerators and with the operations as methods.
     QMetaObject extend(const QMetaObject &base) const;
@@ -63,11 +63,11 @@ public:
 private:
     void read(const ScriptRow *table, std::size_t size);
 
-    const char *const typeName;
-    const QVector<ScriptEnumeration> enumerators;
-    const Check check;
-    const After after;
-    QVector<ScriptOperation> callable;
+    const char *const m_typeName;
+    const QVector<ScriptEnumeration> m_enumerators;
+    const Check m_check;
+    const After m_after;
+    QVector<ScriptOperation> m_callable;
 };
 
 /**

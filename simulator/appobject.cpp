@@ -16,14 +16,14 @@ AppObject::AppObject()
 int AppObject::setFilter(audio::audio_filter_t *filter)
 {
     return Call(*this, Operation::SetFilter).withRecord(filter).run([filter](AudioChip &chip) -> int {
-        return filter == nullptr ? NullPointer : chip.setFilter(*filter);
+        return !filter ? NullPointer : chip.setFilter(*filter);
     });
 }
 
 int AppObject::setLoudness(audio::audio_loudness_t *loudness)
 {
     return Call(*this, Operation::SetLoudness).withRecord(loudness).run([loudness](AudioChip &chip) -> int {
-        return loudness == nullptr ? NullPointer : chip.setLoudness(*loudness);
+        return !loudness ? NullPointer : chip.setLoudness(*loudness);
     });
 }
 
@@ -36,7 +36,7 @@ int AppObject::getMicrophoneTest(unsigned short *values, int count)
 {
     Call call(*this, Operation::GetMicrophoneTest);
     return call.with(count).run([&call, values, count](AudioChip &chip) -> int {
-        if (values == nullptr)
+        if (!values)
             return NullPointer;
         const std::array<quint16, 8> measured = chip.microphoneTest();
         if (count < 1 || count > static_cast<int>(measured.size()))
@@ -99,7 +99,7 @@ int AppObject::getDownlinkDelayEstimation(short *delay)
 {
     Call call(*this, Operation::GetDownlinkDelayEstimation);
     return call.run([&call, delay](AudioChip &chip) -> int {
-        if (delay == nullptr)
+        if (!delay)
             return NullPointer;
         *delay = chip.downlinkDelay();
         call.output(int(*delay));

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_APPOBJECT_H
-#define SIMULATOR_APPOBJECT_H
+#ifndef APPOBJECT_H
+#define APPOBJECT_H
 
 #include "bookedobject.h"
 

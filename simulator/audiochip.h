@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_AUDIOCHIP_H
-#define SIMULATOR_AUDIOCHIP_H
+#ifndef AUDIOCHIP_H
+#define AUDIOCHIP_H
 
 #include "refusal.h"
 

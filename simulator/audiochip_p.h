@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_AUDIOCHIP_P_H
-#define SIMULATOR_AUDIOCHIP_P_H
+#ifndef AUDIOCHIP_P_H
+#define AUDIOCHIP_P_H
 
 #include "audiochip.h"
 #include "tracks.h"

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_BOOKEDOBJECT_H
-#define SIMULATOR_BOOKEDOBJECT_H
+#ifndef BOOKEDOBJECT_H
+#define BOOKEDOBJECT_H
 
 #include "objectkind.h"
 

@@ -129,11 +129,11 @@ BookedObject *Books::leave(ObjectKind kind, const void *handle)
 {
     const QString call = QLatin1String("destroy(") + objectKindName(kind) + QLatin1String(" *)");
     BookedObject *object = d->byHandle.value(handle);
-    if (handle == nullptr) {
+    if (!handle) {
         addProblem(call + QLatin1String(" of null"));
         return nullptr;
     }
-    if (object == nullptr || object->kind != kind) {
+    if (!object || object->kind != kind) {
         addProblem(call + QLatin1String(" of a pointer that no factory gave"));
         return nullptr;
     }

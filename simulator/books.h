@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_BOOKS_H
-#define SIMULATOR_BOOKS_H
+#ifndef BOOKS_H
+#define BOOKS_H
 
 #include "objectkind.h"
 

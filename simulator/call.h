@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_CALL_H
-#define SIMULATOR_CALL_H
+#ifndef CALL_H
+#define CALL_H
 
 #include "journalentry.h"
 #include "operations.h"
@@ -18,7 +18,7 @@ class AudioChip;
 /// A name that came as a plain 8-bit string; null stays null.
 inline QString nameFromPlatform(const char *name)
 {
-    return name == nullptr ? QString() : QString::fromLocal8Bit(name);
+    return !name ? QString() : QString::fromLocal8Bit(name);
 }
 
 /**
@@ -43,7 +43,7 @@ public:
     template<typename Record>
     Call &withRecord(const Record *record)
     {
-        if (record == nullptr)
+        if (!record)
             return argument(QVariant(), QStringLiteral("null"), QByteArray());
         return m_isRecorded ? argument(recordFields(*record), recordText(*record), recordBytes(*record)) : *this;
     }

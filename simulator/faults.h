@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_FAULTS_H
-#define SIMULATOR_FAULTS_H
+#ifndef FAULTS_H
+#define FAULTS_H
 
 #include "operations.h"
 

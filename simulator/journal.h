@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_JOURNAL_H
-#define SIMULATOR_JOURNAL_H
+#ifndef JOURNAL_H
+#define JOURNAL_H
 
 #include "journalentry.h"
 #include "operations.h"

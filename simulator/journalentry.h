@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_JOURNALENTRY_H
-#define SIMULATOR_JOURNALENTRY_H
+#ifndef JOURNALENTRY_H
+#define JOURNALENTRY_H
 
 #include "objectkind.h"
 

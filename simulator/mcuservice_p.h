@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_MCUSERVICE_P_H
-#define SIMULATOR_MCUSERVICE_P_H
+#ifndef MCUSERVICE_P_H
+#define MCUSERVICE_P_H
 
 #include <mcuservice.h>
 

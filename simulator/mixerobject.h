@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_MIXEROBJECT_H
-#define SIMULATOR_MIXEROBJECT_H
+#ifndef MIXEROBJECT_H
+#define MIXEROBJECT_H
 
 #include "bookedobject.h"
 

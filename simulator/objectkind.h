@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_OBJECTKIND_H
-#define SIMULATOR_OBJECTKIND_H
+#ifndef OBJECTKIND_H
+#define OBJECTKIND_H
 
 #include <QtCore/QLatin1String>
 

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_OPERATIONS_H
-#define SIMULATOR_OPERATIONS_H
+#ifndef OPERATIONS_H
+#define OPERATIONS_H
 
 #include "objectkind.h"
 

@@ -39,7 +39,7 @@ Platform *existingPlatform = nullptr;
 /// Runs when this library is unloaded at process exit, after the destructors of every client's static objects.
 __attribute__((destructor)) void reportAtExit()
 {
-    if (existingPlatform == nullptr)
+    if (!existingPlatform)
         return;
     const QStringList lines = existingPlatform->books()->exitReport();
     for (const QString &line : lines)
@@ -50,7 +50,7 @@ __attribute__((destructor)) void reportAtExit()
 
 Platform *Platform::instance()
 {
-    if (existingPlatform == nullptr) {
+    if (!existingPlatform) {
         existingPlatform = new Platform;
         qCInfo(simulatorLog, "This is the simulated audio platform: nothing reaches any hardware.");
     }
@@ -150,7 +150,7 @@ void Platform::reset()
 qint64 Platform::now() const
 {
     const VirtualClock *const clock = VirtualClock::installed();
-    return clock != nullptr ? clock->now() : d->uptime.elapsed();
+    return clock ? clock->now() : d->uptime.elapsed();
 }
 
 } // namespace simulator

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_PLATFORM_H
-#define SIMULATOR_PLATFORM_H
+#ifndef PLATFORM_H
+#define PLATFORM_H
 
 #include "audiochip.h"
 #include "books.h"

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_REFUSAL_H
-#define SIMULATOR_REFUSAL_H
+#ifndef REFUSAL_H
+#define REFUSAL_H
 
 #include <QtCore/QLatin1String>
 

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_SIMULATORLOG_H
-#define SIMULATOR_SIMULATORLOG_H
+#ifndef SIMULATORLOG_H
+#define SIMULATORLOG_H
 
 #include <QtCore/QLoggingCategory>
 

@@ -58,7 +58,7 @@ int SourceObject::getInputSelectPin(int input, unsigned char *pin)
 {
     Call call(*this, Operation::GetInputSelectPin);
     return call.with(input).run([&call, input, pin](AudioChip &chip) -> int {
-        if (pin == nullptr)
+        if (!pin)
             return NullPointer;
         const int selected = chip.inputSelectPin(input);
         if (selected < 0)

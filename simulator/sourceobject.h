@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_SOURCEOBJECT_H
-#define SIMULATOR_SOURCEOBJECT_H
+#ifndef SOURCEOBJECT_H
+#define SOURCEOBJECT_H
 
 #include "bookedobject.h"
 

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_TRACKS_H
-#define SIMULATOR_TRACKS_H
+#ifndef TRACKS_H
+#define TRACKS_H
 
 #include <QtCore/QString>
 

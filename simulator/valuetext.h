@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_VALUETEXT_H
-#define SIMULATOR_VALUETEXT_H
+#ifndef VALUETEXT_H
+#define VALUETEXT_H
 
 #include <qzaudio/audioplatformrecords.h>
 

@@ -86,10 +86,10 @@ struct VirtualClockPrivate
             const bool hadItsTurn = timer.interval == 0 && timer.lastPass == pass;
             if (timer.isRunning || timer.deadline > limit || timer.startNumber > startedUpTo || hadItsTurn)
                 continue;
-            if (next == nullptr || timer.deadline < next->deadline || (timer.deadline == next->deadline && timer.startNumber < next->startNumber))
+            if (!next || timer.deadline < next->deadline || (timer.deadline == next->deadline && timer.startNumber < next->startNumber))
                 next = &timer;
         }
-        return next == nullptr ? -1 : next->id;
+        return !next ? -1 : next->id;
     }
 
     void moveTo(qint64 instant)
@@ -116,7 +116,7 @@ struct VirtualClockPrivate
 
         // The slot may have stopped the timer, and another may have got its id since.
         timer = find(id);
-        if (timer != nullptr && timer->startNumber == startNumber)
+        if (timer && timer->startNumber == startNumber)
             timer->isRunning = false;
     }
 };
@@ -314,7 +314,7 @@ QList<QAbstractEventDispatcher::TimerInfo> VirtualClock::registeredTimers(QObjec
 int VirtualClock::remainingTime(int timerId)
 {
     const Timer *const timer = d->find(timerId);
-    return timer == nullptr ? -1 : static_cast<int>(std::max<qint64>(0, timer->deadline - d->now));
+    return !timer ? -1 : static_cast<int>(std::max<qint64>(0, timer->deadline - d->now));
 }
 
 void VirtualClock::wakeUp()

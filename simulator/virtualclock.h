@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_VIRTUALCLOCK_H
-#define SIMULATOR_VIRTUALCLOCK_H
+#ifndef VIRTUALCLOCK_H
+#define VIRTUALCLOCK_H
 
 #include <QtCore/QAbstractEventDispatcher>
 

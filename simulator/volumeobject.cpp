@@ -30,7 +30,7 @@ int VolumeObject::getMasterVolume(unsigned char *volume, int zero)
 {
     Call call(*this, Operation::GetMasterVolume);
     return call.with(zero).run([&call, volume](AudioChip &chip) -> int {
-        if (volume == nullptr)
+        if (!volume)
             return NullPointer;
         *volume = static_cast<unsigned char>(chip.masterVolume());
         call.output(int(*volume));
@@ -41,7 +41,7 @@ int VolumeObject::getMasterVolume(unsigned char *volume, int zero)
 int VolumeObject::setFadeBalance(audio::audio_channel_gain_t *gain)
 {
     return Call(*this, Operation::SetFadeBalance).withRecord(gain).run([gain](AudioChip &chip) -> int {
-        return gain == nullptr ? NullPointer : chip.setFadeBalance(*gain);
+        return !gain ? NullPointer : chip.setFadeBalance(*gain);
     });
 }
 
@@ -60,7 +60,7 @@ int VolumeObject::getTrackVolume(const char *track, const char *source, unsigned
     const QString sourceName = nameFromPlatform(source);
     Call call(*this, Operation::GetTrackVolume);
     return call.with(trackName).with(sourceName).run([&call, &trackName, &sourceName, volume](AudioChip &chip) -> int {
-        if (volume == nullptr)
+        if (!volume)
             return NullPointer;
         if (const int refusal = chip.checkTrackAndSource(trackName, sourceName))
             return refusal;
@@ -112,7 +112,7 @@ int VolumeObject::getMicAnalogGain(float *first, float *second)
 {
     Call call(*this, Operation::GetMicAnalogGain);
     return call.run([&call, first, second](AudioChip &chip) -> int {
-        if (first == nullptr || second == nullptr)
+        if (!first || !second)
             return NullPointer;
         *first = static_cast<float>(chip.micAnalogGain()[0]);
         *second = static_cast<float>(chip.micAnalogGain()[1]);
@@ -141,7 +141,7 @@ int VolumeObject::getMicCalibrationGain(int *first, int *second)
 {
     Call call(*this, Operation::GetMicCalibrationGain);
     return call.run([&call, first, second](AudioChip &chip) -> int {
-        if (first == nullptr || second == nullptr)
+        if (!first || !second)
             return NullPointer;
         *first = chip.calibrationGains()[0];
         *second = chip.calibrationGains()[1];

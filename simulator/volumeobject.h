@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_VOLUMEOBJECT_H
-#define SIMULATOR_VOLUMEOBJECT_H
+#ifndef VOLUMEOBJECT_H
+#define VOLUMEOBJECT_H
 
 #include "bookedobject.h"
 

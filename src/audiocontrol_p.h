@@ -1,4 +1,5 @@
-#pragma once
+#ifndef AUDIOCONTROL_P_H
+#define AUDIOCONTROL_P_H
 
 #include "privateexport.h"
 
@@ -85,3 +86,5 @@ private:
 };
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef AUDIOCONTROLTABLES_H
+#define AUDIOCONTROLTABLES_H
 
 #include <qzaudio/audiocontrol.h>
 
@@ -204,3 +205,5 @@ constexpr int microphoneTestCount = 8;
 
 } // namespace tables
 } // namespace audio
+
+#endif

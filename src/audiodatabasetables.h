@@ -1,4 +1,5 @@
-#pragma once
+#ifndef AUDIODATABASETABLES_H
+#define AUDIODATABASETABLES_H
 
 #include <qzaudio/audiotypes.h>
 
@@ -77,3 +78,5 @@ constexpr EqBaseData equalizerPresets[equalizerPresetCount] = {
 
 } // namespace tables
 } // namespace audio
+
+#endif

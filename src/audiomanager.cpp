@@ -26,28 +26,28 @@ class Undertaking
 {
 public:
     explicit Undertaking(const AudioManagerPrivate *owner)
-        : manager(owner)
-        , outer(innermost)
+        : m_manager(owner)
+        , m_outer(innermost)
     {
         innermost = this;
     }
-    ~Undertaking() { innermost = outer; }
+    ~Undertaking() { innermost = m_outer; }
 
     /// The one that a listener of this manager is being told in; null for what another thread caused.
-    static Undertaking *of(const AudioManagerPrivate *owner) { return innermost && innermost->manager == owner ? innermost : nullptr; }
+    static Undertaking *of(const AudioManagerPrivate *owner) { return innermost && innermost->m_manager == owner ? innermost : nullptr; }
 
     /// True for the first one, which is the one that is passed on.
     bool keep(const std::exception_ptr &exception)
     {
-        if (thrown)
+        if (m_thrown)
             return false;
-        thrown = exception;
+        m_thrown = exception;
         return true;
     }
     void passOn() const
     {
-        if (thrown)
-            std::rethrow_exception(thrown);
+        if (m_thrown)
+            std::rethrow_exception(m_thrown);
     }
 
 private:
@@ -56,9 +56,9 @@ private:
     // A listener may work with another manager, whose undertaking then lies within.
     static thread_local Undertaking *innermost;
 
-    const AudioManagerPrivate *manager;
-    Undertaking *outer;
-    std::exception_ptr thrown;
+    const AudioManagerPrivate *m_manager;
+    Undertaking *m_outer;
+    std::exception_ptr m_thrown;
 };
 
 thread_local Undertaking *Undertaking::innermost = nullptr;

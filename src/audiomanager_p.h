@@ -1,4 +1,5 @@
-#pragma once
+#ifndef AUDIOMANAGER_P_H
+#define AUDIOMANAGER_P_H
 
 #include "privateexport.h"
 
@@ -44,3 +45,5 @@ public Q_SLOTS:
     /// For a source of mega base changes to connect; nothing in the library does.
     void onMegaBaseChanged(int newValue);
 };
+
+#endif

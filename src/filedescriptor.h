@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FILEDESCRIPTOR_H
+#define FILEDESCRIPTOR_H
 
 #include <QtCore/qglobal.h>
 
@@ -53,3 +54,5 @@ auto untilNotInterrupted(Call call)
 }
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FLASHFILE_H
+#define FLASHFILE_H
 
 #include <settingsfile.h>
 
@@ -68,3 +69,5 @@ Failure keepDamaged(const Content &damaged, const QString &temporaryPath);
 } // namespace flashfile
 
 } // namespace audio
+
+#endif

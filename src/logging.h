@@ -1,4 +1,5 @@
-#pragma once
+#ifndef LOGGING_H
+#define LOGGING_H
 
 #include <QtCore/QDebug>
 #include <QtCore/QMessageLogger>
@@ -109,3 +110,5 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 #define facadeInfo() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeInfo)
 #define facadeError() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeError)
 #define facadeNote() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeNote)
+
+#endif

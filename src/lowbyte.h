@@ -1,4 +1,5 @@
-#pragma once
+#ifndef LOWBYTE_H
+#define LOWBYTE_H
 
 #include <QtCore/qglobal.h>
 
@@ -12,3 +13,5 @@ constexpr quint8 lowByte(int value)
 }
 
 } // namespace audio
+
+#endif

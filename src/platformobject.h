@@ -1,4 +1,5 @@
-#pragma once
+#ifndef PLATFORMOBJECT_H
+#define PLATFORMOBJECT_H
 
 #include "logging.h"
 
@@ -61,3 +62,5 @@ private:
 };
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef PRIVATEEXPORT_H
+#define PRIVATEEXPORT_H
 
 #include <QtCore/qglobal.h>
 
@@ -7,4 +8,6 @@
 #define QZAUDIO_PRIVATE_EXPORT Q_DECL_EXPORT
 #else
 #define QZAUDIO_PRIVATE_EXPORT
+#endif
+
 #endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSCODEC_H
+#define SETTINGSCODEC_H
 
 #include "privateexport.h"
 
@@ -27,3 +28,5 @@ QZAUDIO_PRIVATE_EXPORT QByteArray encodedValue(const QVariant &value);
 QZAUDIO_PRIVATE_EXPORT std::optional<QVariant> decodedValue(const QByteArray &text, bool isUtf8);
 
 } // namespace audio::settingscodec
+
+#endif

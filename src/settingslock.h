@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSLOCK_H
+#define SETTINGSLOCK_H
 
 #include "filedescriptor.h"
 #include "flashfile.h"
@@ -63,3 +64,5 @@ private:
 };
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSSTORAGE_H
+#define SETTINGSSTORAGE_H
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -33,3 +34,5 @@ void forgetWaiting();
 } // namespace settingsstorage
 
 } // namespace audio
+
+#endif

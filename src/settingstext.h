@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSTEXT_H
+#define SETTINGSTEXT_H
 
 #include "privateexport.h"
 
@@ -50,3 +51,5 @@ private:
 };
 
 } // namespace audio
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SITUATIONTABLES_H
+#define SITUATIONTABLES_H
 
 #include <qzaudio/audiocontrol.h>
 #include <qzaudio/audiotypes.h>
@@ -168,3 +169,5 @@ constexpr bool startAsTheyGoOn()
 static_assert(startAsTheyGoOn(), "a channel's source is a stream of the channel's volume type");
 
 } // namespace situations
+
+#endif

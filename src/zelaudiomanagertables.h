@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZELAUDIOMANAGERTABLES_H
+#define ZELAUDIOMANAGERTABLES_H
 
 #include <qzaudio/audiotypes.h>
 
@@ -38,3 +39,5 @@ constexpr float microphoneStages[] = {0.0F, 9.0F, 12.0F, 21.0F, 27.5F, 30.0F, 40
 constexpr float largestProgrammableGain = 6.0F; ///< dB above a stage
 
 } // namespace tables
+
+#endif

@@ -226,7 +226,6 @@ public Q_SLOTS:
 
 private:
     Q_DISABLE_COPY(ZelAudioManager)
-    friend class AudioPolicyInspector; // shows views the state that has no getter; not part of this library
 
     void _init();
     void _handleVolumeTypeChanged(AudioStatus status);

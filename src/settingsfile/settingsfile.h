@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSFILE_H
+#define SETTINGSFILE_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
@@ -48,3 +49,5 @@ inline QByteArray stamp(const QString &file = path())
 }
 
 } // namespace SettingsFile
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef BENCHPROCESS_H
+#define BENCHPROCESS_H
 
 #include <program.h>
 
@@ -18,3 +19,5 @@ struct BenchProcess : program::Run
     /// Whether "play" can start a process that plays: an emulator runs one program only.
     static bool canSupervise();
 };
+
+#endif

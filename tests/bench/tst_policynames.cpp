@@ -141,13 +141,6 @@ void PolicyNamesTest::texts()
     QCOMPARE(statusText(-1), QStringLiteral("-1"));
     QCOMPARE(statusMeaning(2), QStringLiteral("a telephone call over Bluetooth"));
     QCOMPARE(statusMeaning(20), QString());
-    QCOMPARE(channelText(3), QStringLiteral("FilePlayer"));
-    QCOMPARE(channelText(-2147483647 - 1), QStringLiteral("-2147483648"));
-    QCOMPARE(channelMeaning(3), QStringLiteral("the file player"));
-    QCOMPARE(channelMeaning(-1), QString());
-    QCOMPARE(volumeTypeText(0), QStringLiteral("Media"));
-    QCOMPARE(volumeTypeText(5), QStringLiteral("HiCarCall"));
-    QCOMPARE(volumeTypeText(6), QStringLiteral("6"));
 }
 
 void PolicyNamesTest::sources_data()

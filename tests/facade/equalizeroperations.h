@@ -1,4 +1,5 @@
-#pragma once
+#ifndef EQUALIZEROPERATIONS_H
+#define EQUALIZEROPERATIONS_H
 
 #include "operationtest.h"
 
@@ -27,3 +28,5 @@ inline OperationTest::Act applyValues(const QList<int> &gains)
         return QVariant();
     };
 }
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef EXPECTEDEQUALIZER_H
+#define EXPECTEDEQUALIZER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
@@ -156,3 +157,5 @@ inline const QList<int> slopingWholeGains = {-12, -10, -8, -6, -5, -4, -2, 0, 1,
 inline const QList<int> slopingTenGains = {-12, -8, -4, -2, -1, 1, 2, 4, 8, 12};
 
 } // namespace expected
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef OPERATIONTEST_H
+#define OPERATIONTEST_H
 
 #include <facadetest.h>
 #include <texts.h>
@@ -74,3 +75,5 @@ protected:
 
 Q_DECLARE_METATYPE(OperationTest::Act)
 Q_DECLARE_METATYPE(OperationTest::Given)
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef STREAMTAGS_H
+#define STREAMTAGS_H
 
 #include <limits>
 
@@ -31,3 +32,5 @@ inline constexpr NoTag noTags[] = {
     {"the lowest int as tag", std::numeric_limits<int>::min()},
     {"the highest int as tag", std::numeric_limits<int>::max()},
 };
+
+#endif

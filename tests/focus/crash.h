@@ -1,4 +1,5 @@
-#pragma once
+#ifndef CRASH_H
+#define CRASH_H
 
 #include <QtCore/QByteArray>
 
@@ -13,3 +14,5 @@ struct Crash
 
 /// Runs @p code in a copy of this process.
 Crash crashOf(const std::function<void()> &code);
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef DAEMONTEST_H
+#define DAEMONTEST_H
 
 #include "focusclientconnection.h"
 #include "mortalprocess.h"
@@ -38,3 +39,5 @@ protected Q_SLOTS:
     void init();
     void cleanup();
 };
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FOCUSCLIENTCONNECTION_H
+#define FOCUSCLIENTCONNECTION_H
 
 #include "privatebus.h"
 
@@ -84,3 +85,5 @@ private:
     std::unique_ptr<TaviAudioServiceInterface> m_proxy;
     QStringList m_changes;
 };
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FOCUSMODEL_H
+#define FOCUSMODEL_H
 
 #include <algorithm>
 #include <string>
@@ -108,3 +109,5 @@ private:
 
     std::vector<News> news;
 };
+
+#endif

@@ -1,22 +1,24 @@
-#pragma once
+#ifndef FOCUSSTACKACCESS_H
+#define FOCUSSTACKACCESS_H
 
+#include <memberaccess.h>
 #include <qzaudio/audiofocuscontrol.h>
 
 #include <QtCore/QStringList>
 
-/*
- * A way to the stack inside AudioFocusControl. Its operations never bring one client twice into the stack, and never a corrupt
- * entry; what they do with such stacks can only be tested from here.
- */
-
-QStack<FocusRequester> &focusStackOf(AudioFocusControl &control);
-
-template<QStack<FocusRequester> AudioFocusControl::*member>
-struct FocusStackAccess
+namespace
 {
-    // An explicit instantiation may name private members, and a friend defined in it can be called from anywhere.
-    friend QStack<FocusRequester> &focusStackOf(AudioFocusControl &control) { return control.*member; }
-};
+
+OPEN_MEMBER(AudioFocusControl, focusStack, QStack<FocusRequester>)
+
+} // namespace
+
+/// The operations never bring one client twice into the stack, and never a corrupt entry; what they do with such stacks can only be
+/// tested from here.
+inline QStack<FocusRequester> &focusStackOf(AudioFocusControl &control)
+{
+    return control.*memberOf(focusStack_Member());
+}
 
 /// The stack from bottom to top, each entry as "ID STREAM HINT LOSS".
 inline QStringList stackTexts(AudioFocusControl &control)
@@ -26,3 +28,5 @@ inline QStringList stackTexts(AudioFocusControl &control)
         texts.append(QStringLiteral("%1 %2 %3 %4").arg(entry.clientId).arg(entry.streamType).arg(entry.durationHint).arg(entry.focusLossReceived));
     return texts;
 }
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef HELDTHREAD_H
+#define HELDTHREAD_H
 
 #include <QtCore/QtGlobal>
 
@@ -25,3 +26,5 @@ private:
     pid_t m_thread;
     bool m_isHeld = false;
 };
+
+#endif

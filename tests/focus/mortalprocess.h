@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MORTALPROCESS_H
+#define MORTALPROCESS_H
 
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
@@ -30,3 +31,5 @@ public:
 protected:
     void setupChildProcess() override;
 };
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef PRIVATEBUS_H
+#define PRIVATEBUS_H
 
 #include "mortalprocess.h"
 
@@ -55,3 +56,5 @@ private:
     QString m_address;
     QStringList m_connections;
 };
+
+#endif

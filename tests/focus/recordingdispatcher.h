@@ -1,4 +1,5 @@
-#pragma once
+#ifndef RECORDINGDISPATCHER_H
+#define RECORDINGDISPATCHER_H
 
 #include <qzaudio/iaudiofocusdispatcher.h>
 
@@ -21,3 +22,5 @@ public:
 private:
     QStringList m_changes;
 };
+
+#endif

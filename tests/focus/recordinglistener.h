@@ -1,4 +1,5 @@
-#pragma once
+#ifndef RECORDINGLISTENER_H
+#define RECORDINGLISTENER_H
 
 #include <qzaudio/audiolisteners.h>
 
@@ -26,3 +27,5 @@ private:
     QString m_id;
     QList<int> m_changes;
 };
+
+#endif

@@ -13,8 +13,6 @@
 #include <memory>
 #include <ostream>
 
-template struct FocusStackAccess<&AudioFocusControl::focusStack>;
-
 namespace
 {
 

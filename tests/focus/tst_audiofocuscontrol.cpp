@@ -7,8 +7,6 @@
 
 #include <memory>
 
-template struct FocusStackAccess<&AudioFocusControl::focusStack>;
-
 namespace
 {
 

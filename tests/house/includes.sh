@@ -1,63 +1,89 @@
-#!/bin/sh
+#!/bin/bash
 # Includes run one way: nothing includes what is built on top of it.
 #
 #   includes.sh SOURCE_FOLDER
-set -eu
-cd "$1"
+set -euo pipefail
+shopt -s globstar nullglob
+cd -- "$1"
 
 failed=0
 checked=0
 
-# Every #include of a folder, as FILE:TARGET
-includes_of()
-{
-    find "$1" -name '*.h' -o -name '*.cpp' | sort | while read -r file; do
-        sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]([^>"]+)[>"].*/\1/p' "$file" | sed "s|^|$file:|"
-    done
-}
-
-# forbid FOLDER FORBIDDEN...: no file of the folder includes a header that stands in a forbidden one. A name that the folder
-# itself or what it may use has, too, is theirs.
-forbid()
-{
-    folder=$1
-    shift
-    forbidden=$(find "$@" -name '*.h' ! -path 'src/settingsfile/*') # a header for all
-    list=$(includes_of "$folder")
-    [ -n "$list" ] || { echo "$folder includes nothing"; failed=1; }
-    for include in $list; do
-        checked=$((checked + 1))
-        target=${include#*:}
-        if [ -e "$folder/$target" ] || [ -e "include/$target" ] || [ -e "platform/$target" ]; then
-            continue
-        fi
-        for header in $forbidden; do
-            [ "${header##*/}" != "${target##*/}" ] && continue
-            echo "${include%%:*} includes $header"
-            failed=1
-        done
-    done
-}
-
-forbid src simulator qml service bench tests benchmarks
-forbid simulator src qml service bench tests benchmarks
-forbid qml src service bench tests benchmarks
-forbid service src simulator qml bench tests benchmarks
-forbid bench src service tests benchmarks
-
-# What is installed includes what is installed, Qt and the standard library; the platform's headers know the records only.
-for include in $(includes_of include) $(includes_of platform); do
-    checked=$((checked + 1))
-    target=${include#*:}
-    case $target in
-    qzaudio/*.h) [ -e "include/$target" ] && continue ;;
-    Qt*/* | c[a-z]*) continue ;;
-    *.h) ;;
-    *) continue ;;
-    esac
-    echo "${include%%:*} includes $target"
-    failed=1
+# Where each header of the project stands; some names stand in several folders.
+declare -A folders_of
+for header in {include/qzaudio,platform,src,simulator,qml,service,bench,tests,benchmarks}/**/*.h; do
+    [[ $header != src/settingsfile/* ]] || continue # a header for all
+    folders_of[${header##*/}]+=" ${header%%/*}"
 done
 
-[ $checked -gt 100 ] || { echo "only $checked includes were found"; failed=1; }
+complain()
+{
+    echo "$1 includes $2"
+    failed=1
+}
+
+# check FILE MAY_INCLUDE: a pattern of the folders beside its own
+check()
+{
+    local file=$1 may_include=$2 target folder allowed
+    while read -r target; do
+        checked=$((checked + 1))
+        [[ ${folders_of[${target##*/}]:-} && ( $target == *../* || ! -e ${file%/*}/$target ) ]] || continue
+        allowed=false
+        for folder in ${folders_of[${target##*/}]}; do
+            # shellcheck disable=SC2053 # a pattern
+            if [[ $folder == "${file%%/*}" || $folder == $may_include ]]; then allowed=true; fi
+        done
+        $allowed || complain "$file" "$target"
+    done < <(includes_of "$file")
+}
+
+includes_of()
+{
+    sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]([^>"]+)[>"].*/\1/p' "$1"
+}
+
+for file in src/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
+for file in service/**/*.{h,cpp}; do check "$file" include; done
+for file in bench/**/*.{h,cpp}; do check "$file" '@(qml|simulator|include)'; done
+
+# Of the library the simulator knows the records only that the platform's declarations mention.
+for file in simulator/**/*.{h,cpp}; do
+    check "$file" '@(platform|include)'
+    for target in $(includes_of "$file"); do
+        [[ $target != qzaudio/* || $target == qzaudio/audioplatformrecords.h ]] || complain "$file" "$target"
+    done
+done
+
+# The module QzAudio.Simulator, for which the other one works without the simulator.
+for file in qml/**/*.{h,cpp}; do
+    case ${file#qml/} in
+    nearestname.* | platformarguments.* | qmlplatform.* | simulatorplugin.*) check "$file" '@(simulator|include)' ;;
+    *)
+        check "$file" include
+        for target in $(includes_of "$file"); do
+            case $target in
+            nearestname.h | platformarguments.h | qmlplatform.h | simulatorplugin.h) complain "$file" "$target" ;;
+            esac
+        done
+        ;;
+    esac
+done
+
+# What is installed includes what is installed, Qt and the standard library; the platform's headers know the records only.
+for file in include/qzaudio/*.h platform/*.h; do
+    for target in $(includes_of "$file"); do
+        checked=$((checked + 1))
+        case $target in
+        qzaudio/audioplatformrecords.h) continue ;;
+        qzaudio/*.h) [[ ! -e include/$target || $file == platform/* ]] || continue ;;
+        Qt*/* | c[a-z]*) continue ;;
+        *.h) ;;
+        *) continue ;;
+        esac
+        complain "$file" "$target"
+    done
+done
+
+((checked > 500)) || { echo "only $checked includes were found" && failed=1; }
 exit $failed

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef CHILDPROCESS_H
+#define CHILDPROCESS_H
 
 #include <program.h>
 
@@ -10,3 +11,5 @@ struct ChildProcess : program::Run
     QStringList outputLines() const { return program::lines(output); }
     QStringList errorLines() const { return program::lines(errors); }
 };
+
+#endif

@@ -1,101 +1,88 @@
 #include "managerstate.h"
 
+#include <memberaccess.h>
+
 namespace
 {
 
-/// An explicit instantiation may name a private member: this one hands the pointer to it out through a friend function.
-template<typename Name, typename Name::Member pointer>
-struct Expose
-{
-    friend constexpr typename Name::Member memberOf(Name) { return pointer; }
-};
-
-#define EXPOSE_MEMBER(name, type)                      \
-    struct name##_Name                                 \
-    {                                                  \
-        using Member = type ZelAudioManager::*;        \
-        friend constexpr Member memberOf(name##_Name); \
-    };                                                 \
-    template struct Expose<name##_Name, &ZelAudioManager::name>;
-
-EXPOSE_MEMBER(control, audio::AudioControl *)
-EXPOSE_MEMBER(dataBase, audio::AudioDataBase *)
-EXPOSE_MEMBER(currentStatus, AudioStatus)
-EXPOSE_MEMBER(currentChannel, AudioChannel)
-EXPOSE_MEMBER(muteTimer, QTimer)
-EXPOSE_MEMBER(delayVolumeTimer, QTimer)
-EXPOSE_MEMBER(customEqTimer, QTimer)
-EXPOSE_MEMBER(firstEqTimer, QTimer)
-EXPOSE_MEMBER(cpAlertTimer, QTimer)
-EXPOSE_MEMBER(cpUnduckTimer, QTimer)
-EXPOSE_MEMBER(pendingVolumeTypes, QList<ZelAudioType>)
-EXPOSE_MEMBER(cpDucking, bool)
-EXPOSE_MEMBER(cpConnected, bool)
-EXPOSE_MEMBER(hcConnected, bool)
+OPEN_MEMBER(ZelAudioManager, control, audio::AudioControl *)
+OPEN_MEMBER(ZelAudioManager, dataBase, audio::AudioDataBase *)
+OPEN_MEMBER(ZelAudioManager, currentStatus, AudioStatus)
+OPEN_MEMBER(ZelAudioManager, currentChannel, AudioChannel)
+OPEN_MEMBER(ZelAudioManager, muteTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, delayVolumeTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, customEqTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, firstEqTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, cpAlertTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, cpUnduckTimer, QTimer)
+OPEN_MEMBER(ZelAudioManager, pendingVolumeTypes, QList<ZelAudioType>)
+OPEN_MEMBER(ZelAudioManager, cpDucking, bool)
+OPEN_MEMBER(ZelAudioManager, cpConnected, bool)
+OPEN_MEMBER(ZelAudioManager, hcConnected, bool)
 
 } // namespace
 
 AudioStatus &managerstate::currentStatus(ZelAudioManager &manager)
 {
-    return manager.*memberOf(currentStatus_Name());
+    return manager.*memberOf(currentStatus_Member());
 }
 
 QTimer &managerstate::muteTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(muteTimer_Name());
+    return manager.*memberOf(muteTimer_Member());
 }
 
 QTimer &managerstate::delayVolumeTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(delayVolumeTimer_Name());
+    return manager.*memberOf(delayVolumeTimer_Member());
 }
 
 QTimer &managerstate::customEqTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(customEqTimer_Name());
+    return manager.*memberOf(customEqTimer_Member());
 }
 
 QTimer &managerstate::firstEqTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(firstEqTimer_Name());
+    return manager.*memberOf(firstEqTimer_Member());
 }
 
 QTimer &managerstate::cpAlertTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(cpAlertTimer_Name());
+    return manager.*memberOf(cpAlertTimer_Member());
 }
 
 QTimer &managerstate::cpUnduckTimer(ZelAudioManager &manager)
 {
-    return manager.*memberOf(cpUnduckTimer_Name());
+    return manager.*memberOf(cpUnduckTimer_Member());
 }
 
 QList<ZelAudioType> &managerstate::pendingVolumeTypes(ZelAudioManager &manager)
 {
-    return manager.*memberOf(pendingVolumeTypes_Name());
+    return manager.*memberOf(pendingVolumeTypes_Member());
 }
 
 bool &managerstate::cpDucking(ZelAudioManager &manager)
 {
-    return manager.*memberOf(cpDucking_Name());
+    return manager.*memberOf(cpDucking_Member());
 }
 
 QList<const void *> managerstate::memberAddresses(const ZelAudioManager &manager)
 {
     return {
-        &(manager.*memberOf(control_Name())),
-        &(manager.*memberOf(dataBase_Name())),
-        &(manager.*memberOf(currentStatus_Name())),
-        &(manager.*memberOf(currentChannel_Name())),
-        &(manager.*memberOf(muteTimer_Name())),
-        &(manager.*memberOf(delayVolumeTimer_Name())),
-        &(manager.*memberOf(customEqTimer_Name())),
-        &(manager.*memberOf(firstEqTimer_Name())),
-        &(manager.*memberOf(cpAlertTimer_Name())),
-        &(manager.*memberOf(cpUnduckTimer_Name())),
-        &(manager.*memberOf(pendingVolumeTypes_Name())),
-        &(manager.*memberOf(cpDucking_Name())),
-        &(manager.*memberOf(cpConnected_Name())),
-        &(manager.*memberOf(hcConnected_Name())),
+        &(manager.*memberOf(control_Member())),
+        &(manager.*memberOf(dataBase_Member())),
+        &(manager.*memberOf(currentStatus_Member())),
+        &(manager.*memberOf(currentChannel_Member())),
+        &(manager.*memberOf(muteTimer_Member())),
+        &(manager.*memberOf(delayVolumeTimer_Member())),
+        &(manager.*memberOf(customEqTimer_Member())),
+        &(manager.*memberOf(firstEqTimer_Member())),
+        &(manager.*memberOf(cpAlertTimer_Member())),
+        &(manager.*memberOf(cpUnduckTimer_Member())),
+        &(manager.*memberOf(pendingVolumeTypes_Member())),
+        &(manager.*memberOf(cpDucking_Member())),
+        &(manager.*memberOf(cpConnected_Member())),
+        &(manager.*memberOf(hcConnected_Member())),
     };
 }

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MANAGERSTATE_H
+#define MANAGERSTATE_H
 
 #include <qzaudio/zelaudiomanager.h>
 
@@ -20,3 +21,5 @@ bool &cpDucking(ZelAudioManager &manager);
 QList<const void *> memberAddresses(const ZelAudioManager &manager);
 
 } // namespace managerstate
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef POLICYTEST_H
+#define POLICYTEST_H
 
 #include "managerstate.h"
 
@@ -99,3 +100,5 @@ private:
         TestClass test;                           \
         return QTest::qExec(&test, argc, argv);   \
     }
+
+#endif

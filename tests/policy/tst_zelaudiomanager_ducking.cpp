@@ -25,7 +25,7 @@ QStringList mediaVolume(const char *source)
 
 } // namespace
 
-class tst_ZelAudioManager_Ducking : public PolicyTest
+class ZelAudioManagerDuckingTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ private:
     void startOnCarPlay();
 };
 
-void tst_ZelAudioManager_Ducking::startOnCarPlay()
+void ZelAudioManagerDuckingTest::startOnCarPlay()
 {
     store(QStringLiteral("Volume/1"), 10);
     start();
@@ -67,7 +67,7 @@ void tst_ZelAudioManager_Ducking::startOnCarPlay()
     log->take();
 }
 
-void tst_ZelAudioManager_Ducking::duck_data()
+void ZelAudioManagerDuckingTest::duck_data()
 {
     QTest::addColumn<int>("level");
     QTest::addColumn<int>("mediaVolume");
@@ -79,7 +79,7 @@ void tst_ZelAudioManager_Ducking::duck_data()
     QTest::newRow("a volume whose double no int holds") << 1 << std::numeric_limits<int>::max() << QStringLiteral("1 -2");
 }
 
-void tst_ZelAudioManager_Ducking::duck()
+void ZelAudioManagerDuckingTest::duck()
 {
     QFETCH(int, level);
     QFETCH(int, mediaVolume);
@@ -93,7 +93,7 @@ void tst_ZelAudioManager_Ducking::duck()
     QCOMPARE(managerstate::cpDucking(*manager), false);
 }
 
-void tst_ZelAudioManager_Ducking::duckSetsTheModesInOrder()
+void ZelAudioManagerDuckingTest::duckSetsTheModesInOrder()
 {
     start();
     audio::AudioControl *control = audio::AudioControl::getInstance();
@@ -112,7 +112,7 @@ void tst_ZelAudioManager_Ducking::duckSetsTheModesInOrder()
     takeCalls();
 }
 
-void tst_ZelAudioManager_Ducking::unDuck()
+void ZelAudioManagerDuckingTest::unDuck()
 {
     start();
     manager->unDuck();
@@ -121,7 +121,7 @@ void tst_ZelAudioManager_Ducking::unDuck()
     QCOMPARE(audio::AudioControl::getInstance()->getAlterMode(), false);
 }
 
-void tst_ZelAudioManager_Ducking::androidAuto()
+void ZelAudioManagerDuckingTest::androidAuto()
 {
     startOnCarPlay();
     manager->aaDuckAudio(1, 2);
@@ -138,7 +138,7 @@ void tst_ZelAudioManager_Ducking::androidAuto()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::carLife()
+void ZelAudioManagerDuckingTest::carLife()
 {
     startOnCarPlay();
     manager->clDuckAudio(1, 2);
@@ -155,7 +155,7 @@ void tst_ZelAudioManager_Ducking::carLife()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::carPlayAlertComesAfterOneSecond()
+void ZelAudioManagerDuckingTest::carPlayAlertComesAfterOneSecond()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 30);
@@ -177,7 +177,7 @@ void tst_ZelAudioManager_Ducking::carPlayAlertComesAfterOneSecond()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::carPlayRestoreComesAfterHalfASecond()
+void ZelAudioManagerDuckingTest::carPlayRestoreComesAfterHalfASecond()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -198,7 +198,7 @@ void tst_ZelAudioManager_Ducking::carPlayRestoreComesAfterHalfASecond()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::unduckWithinOneSecondNeverAppliesTheAlert()
+void ZelAudioManagerDuckingTest::unduckWithinOneSecondNeverAppliesTheAlert()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -216,7 +216,7 @@ void tst_ZelAudioManager_Ducking::unduckWithinOneSecondNeverAppliesTheAlert()
     QCOMPARE(int(managerstate::currentStatus(*manager)), 11);
 }
 
-void tst_ZelAudioManager_Ducking::unduckAtOneSecondComesAfterTheAlert()
+void ZelAudioManagerDuckingTest::unduckAtOneSecondComesAfterTheAlert()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -228,7 +228,7 @@ void tst_ZelAudioManager_Ducking::unduckAtOneSecondComesAfterTheAlert()
     QCOMPARE(takeCalls(), mediaVolume("S+CarPlayMedia") + restored);
 }
 
-void tst_ZelAudioManager_Ducking::duckWithinHalfASecondKeepsTheAudioDucked()
+void ZelAudioManagerDuckingTest::duckWithinHalfASecondKeepsTheAudioDucked()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -249,7 +249,7 @@ void tst_ZelAudioManager_Ducking::duckWithinHalfASecondKeepsTheAudioDucked()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::duckAtHalfASecondComesAfterTheRestore()
+void ZelAudioManagerDuckingTest::duckAtHalfASecondComesAfterTheRestore()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -260,7 +260,7 @@ void tst_ZelAudioManager_Ducking::duckAtHalfASecondComesAfterTheRestore()
     QCOMPARE(takeCalls(), mediaVolume("S+CarPlayMedia") + restored + ducked);
 }
 
-void tst_ZelAudioManager_Ducking::repeatedDuckRestartsTheAlert()
+void ZelAudioManagerDuckingTest::repeatedDuckRestartsTheAlert()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -273,7 +273,7 @@ void tst_ZelAudioManager_Ducking::repeatedDuckRestartsTheAlert()
     QCOMPARE(takeCalls(), promptVolume("S+CarPlayMedia"));
 }
 
-void tst_ZelAudioManager_Ducking::repeatedUnduckRestartsTheRestore()
+void ZelAudioManagerDuckingTest::repeatedUnduckRestartsTheRestore()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -287,7 +287,7 @@ void tst_ZelAudioManager_Ducking::repeatedUnduckRestartsTheRestore()
     QCOMPARE(takeCalls(), mediaVolume("S+CarPlayMedia") + restored);
 }
 
-void tst_ZelAudioManager_Ducking::reportedStatusStopsTheAlert()
+void ZelAudioManagerDuckingTest::reportedStatusStopsTheAlert()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -300,7 +300,7 @@ void tst_ZelAudioManager_Ducking::reportedStatusStopsTheAlert()
     QCOMPARE(platform->chip()->isDucked(), true);
 }
 
-void tst_ZelAudioManager_Ducking::reportedStatusKeepsTheRestore()
+void ZelAudioManagerDuckingTest::reportedStatusKeepsTheRestore()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -312,7 +312,7 @@ void tst_ZelAudioManager_Ducking::reportedStatusKeepsTheRestore()
     QCOMPARE(takeCalls(), restored); // the status is current already
 }
 
-void tst_ZelAudioManager_Ducking::secondPromptWithinHalfASecondAppliesNothingNew()
+void ZelAudioManagerDuckingTest::secondPromptWithinHalfASecondAppliesNothingNew()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -326,7 +326,7 @@ void tst_ZelAudioManager_Ducking::secondPromptWithinHalfASecondAppliesNothingNew
     QCOMPARE(int(managerstate::currentStatus(*manager)), 10);
 }
 
-void tst_ZelAudioManager_Ducking::secondPromptAfterARestoreAppliesTheAlertAgain()
+void ZelAudioManagerDuckingTest::secondPromptAfterARestoreAppliesTheAlertAgain()
 {
     startOnCarPlay();
     for (int prompt = 0; prompt < 2; ++prompt) {
@@ -339,7 +339,7 @@ void tst_ZelAudioManager_Ducking::secondPromptAfterARestoreAppliesTheAlertAgain(
     }
 }
 
-void tst_ZelAudioManager_Ducking::restoreDuringACarPlayCall()
+void ZelAudioManagerDuckingTest::restoreDuringACarPlayCall()
 {
     startOnCarPlay();
     manager->updateAudioChannel(AudioChannelCarPlayTelephony);
@@ -352,7 +352,7 @@ void tst_ZelAudioManager_Ducking::restoreDuringACarPlayCall()
     QCOMPARE(takeCalls(), mediaVolume("S+CarPlayMedia") + restored);
 }
 
-void tst_ZelAudioManager_Ducking::unduckWithoutDuck()
+void ZelAudioManagerDuckingTest::unduckWithoutDuck()
 {
     startOnCarPlay();
     manager->cpUnduckAudio(0);
@@ -361,7 +361,7 @@ void tst_ZelAudioManager_Ducking::unduckWithoutDuck()
     QCOMPARE(takeCalls(), mediaVolume("S+CarPlayMedia") + restored);
 }
 
-void tst_ZelAudioManager_Ducking::projectionDucksLeaveTheTimersAlone()
+void ZelAudioManagerDuckingTest::projectionDucksLeaveTheTimersAlone()
 {
     startOnCarPlay();
     manager->cpDuckAudio(0, 0);
@@ -377,7 +377,7 @@ void tst_ZelAudioManager_Ducking::projectionDucksLeaveTheTimersAlone()
     QCOMPARE(takeCalls(), promptVolume("S+CarPlayMedia"));
 }
 
-void tst_ZelAudioManager_Ducking::connectionIsRemembered()
+void ZelAudioManagerDuckingTest::connectionIsRemembered()
 {
     start();
     QCOMPARE(manager->getCPConnected(), false);
@@ -392,7 +392,7 @@ void tst_ZelAudioManager_Ducking::connectionIsRemembered()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Ducking::onlyLogged()
+void ZelAudioManagerDuckingTest::onlyLogged()
 {
     start();
     manager->updateCPAAStatus(static_cast<CPAAStatus>(3));
@@ -406,6 +406,6 @@ void tst_ZelAudioManager_Ducking::onlyLogged()
     QVERIFY(!managerstate::cpAlertTimer(*manager).isActive());
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Ducking)
+POLICY_TEST_MAIN(ZelAudioManagerDuckingTest)
 
 #include "tst_zelaudiomanager_ducking.moc"

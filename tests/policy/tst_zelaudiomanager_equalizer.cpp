@@ -26,7 +26,7 @@ calls::Curve customCurve(std::size_t band, float gain)
 
 } // namespace
 
-class tst_ZelAudioManager_Equalizer : public PolicyTest
+class ZelAudioManagerEqualizerTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void readersReadTheStore();
 };
 
-void tst_ZelAudioManager_Equalizer::setEqType_data()
+void ZelAudioManagerEqualizerTest::setEqType_data()
 {
     QTest::addColumn<int>("storedBefore");
     QTest::addColumn<int>("type");
@@ -70,7 +70,7 @@ void tst_ZelAudioManager_Equalizer::setEqType_data()
     QTest::newRow("a stored 100 sounds like 0") << 100 << 100 << 0 << 100;
 }
 
-void tst_ZelAudioManager_Equalizer::setEqType()
+void ZelAudioManagerEqualizerTest::setEqType()
 {
     QFETCH(int, storedBefore);
     QFETCH(int, type);
@@ -84,7 +84,7 @@ void tst_ZelAudioManager_Equalizer::setEqType()
     QCOMPARE(stored(QStringLiteral("EQ/Type")).toInt(), storedAfter);
 }
 
-void tst_ZelAudioManager_Equalizer::setEqTypeLogs()
+void ZelAudioManagerEqualizerTest::setEqTypeLogs()
 {
     start();
     manager->setEqType(100);
@@ -95,7 +95,7 @@ void tst_ZelAudioManager_Equalizer::setEqTypeLogs()
     QCOMPARE(lines.filter(QStringLiteral("insertList")).size(), 1);
 }
 
-void tst_ZelAudioManager_Equalizer::customTypeTakesTheStoredCurve()
+void ZelAudioManagerEqualizerTest::customTypeTakesTheStoredCurve()
 {
     calls::Curve curve = {};
     for (int band = 0; band < 16; ++band) {
@@ -108,7 +108,7 @@ void tst_ZelAudioManager_Equalizer::customTypeTakesTheStoredCurve()
     QCOMPARE(takeCalls(), calls::equalizer(curve));
 }
 
-void tst_ZelAudioManager_Equalizer::nextAndPrevious_data()
+void ZelAudioManagerEqualizerTest::nextAndPrevious_data()
 {
     QTest::addColumn<int>("before");
     QTest::addColumn<bool>("next");
@@ -123,7 +123,7 @@ void tst_ZelAudioManager_Equalizer::nextAndPrevious_data()
     QTest::newRow("previous of an unknown type is 7") << 42 << false << 7;
 }
 
-void tst_ZelAudioManager_Equalizer::nextAndPrevious()
+void ZelAudioManagerEqualizerTest::nextAndPrevious()
 {
     QFETCH(int, before);
     QFETCH(bool, next);
@@ -140,7 +140,7 @@ void tst_ZelAudioManager_Equalizer::nextAndPrevious()
              QStringLiteral("[DBG] THREAD void ZelAudioManager::%1() LINE --").arg(QLatin1String(next ? "eqTypeNext" : "eqTypePrev")));
 }
 
-void tst_ZelAudioManager_Equalizer::firstEqualizerTimerSetsTheStoredType()
+void ZelAudioManagerEqualizerTest::firstEqualizerTimerSetsTheStoredType()
 {
     start();
     managerstate::firstEqTimer(*manager).start();
@@ -155,7 +155,7 @@ void tst_ZelAudioManager_Equalizer::firstEqualizerTimerSetsTheStoredType()
     QCOMPARE(takeManagerLines().constFirst(), QStringLiteral("[DBG] THREAD void ZelAudioManager::onFirstSetEqType() LINE --"));
 }
 
-void tst_ZelAudioManager_Equalizer::adjustCustomEq_data()
+void ZelAudioManagerEqualizerTest::adjustCustomEq_data()
 {
     QTest::addColumn<int>("value");
     QTest::addColumn<int>("band");
@@ -166,7 +166,7 @@ void tst_ZelAudioManager_Equalizer::adjustCustomEq_data()
     QTest::newRow("no gain") << 0 << 7;
 }
 
-void tst_ZelAudioManager_Equalizer::adjustCustomEq()
+void ZelAudioManagerEqualizerTest::adjustCustomEq()
 {
     QFETCH(int, value);
     QFETCH(int, band);
@@ -185,7 +185,7 @@ void tst_ZelAudioManager_Equalizer::adjustCustomEq()
     QVERIFY(managerstate::customEqTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Equalizer::adjustCustomEqLogs()
+void ZelAudioManagerEqualizerTest::adjustCustomEqLogs()
 {
     start();
     manager->adjustCustomEq(-2, 1);
@@ -195,7 +195,7 @@ void tst_ZelAudioManager_Equalizer::adjustCustomEqLogs()
                                          "(0, -4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)")}));
 }
 
-void tst_ZelAudioManager_Equalizer::gainBeyondTheRangeIsStoredButRefused()
+void ZelAudioManagerEqualizerTest::gainBeyondTheRangeIsStoredButRefused()
 {
     start();
     manager->adjustCustomEq(7, 2);
@@ -216,7 +216,7 @@ void tst_ZelAudioManager_Equalizer::gainBeyondTheRangeIsStoredButRefused()
     QCOMPARE(takeCalls(), calls::equalizer(curve));
 }
 
-void tst_ZelAudioManager_Equalizer::repeatWithinHalfASecondIsIgnored()
+void ZelAudioManagerEqualizerTest::repeatWithinHalfASecondIsIgnored()
 {
     start();
     const QStringList written = calls::equalizer(customCurve(5, 6));
@@ -232,7 +232,7 @@ void tst_ZelAudioManager_Equalizer::repeatWithinHalfASecondIsIgnored()
     QCOMPARE(takeCalls(), written);
 }
 
-void tst_ZelAudioManager_Equalizer::ignoredRepeatProlongsNothing()
+void ZelAudioManagerEqualizerTest::ignoredRepeatProlongsNothing()
 {
     start();
     manager->adjustCustomEq(3, 5);
@@ -244,7 +244,7 @@ void tst_ZelAudioManager_Equalizer::ignoredRepeatProlongsNothing()
     QCOMPARE(takeCalls(), calls::equalizer(customCurve(5, 6)));
 }
 
-void tst_ZelAudioManager_Equalizer::anotherBandProlongsTheTime()
+void ZelAudioManagerEqualizerTest::anotherBandProlongsTheTime()
 {
     start();
     manager->adjustCustomEq(3, 5);
@@ -261,7 +261,7 @@ void tst_ZelAudioManager_Equalizer::anotherBandProlongsTheTime()
     QCOMPARE(takeCalls(), calls::equalizer(curve));
 }
 
-void tst_ZelAudioManager_Equalizer::anotherValueIsWrittenAtOnce()
+void ZelAudioManagerEqualizerTest::anotherValueIsWrittenAtOnce()
 {
     start();
     manager->adjustCustomEq(3, 5);
@@ -272,7 +272,7 @@ void tst_ZelAudioManager_Equalizer::anotherValueIsWrittenAtOnce()
     QCOMPARE(takeCalls(), calls::equalizer(customCurve(5, 6)));
 }
 
-void tst_ZelAudioManager_Equalizer::ignoredRepeatDoesNotSelectTheCustomType()
+void ZelAudioManagerEqualizerTest::ignoredRepeatDoesNotSelectTheCustomType()
 {
     start();
     manager->adjustCustomEq(3, 5);
@@ -287,7 +287,7 @@ void tst_ZelAudioManager_Equalizer::ignoredRepeatDoesNotSelectTheCustomType()
     QCOMPARE(manager->eqType(), 7);
 }
 
-void tst_ZelAudioManager_Equalizer::firstAdjustmentIsWrittenThoughNothingIsNew()
+void ZelAudioManagerEqualizerTest::firstAdjustmentIsWrittenThoughNothingIsNew()
 {
     store(QStringLiteral("EQ/Custom5"), 6);
     start();
@@ -295,7 +295,7 @@ void tst_ZelAudioManager_Equalizer::firstAdjustmentIsWrittenThoughNothingIsNew()
     QCOMPARE(takeCalls(), calls::equalizer(customCurve(5, 6)));
 }
 
-void tst_ZelAudioManager_Equalizer::customTimerRunningOutDoesNothing()
+void ZelAudioManagerEqualizerTest::customTimerRunningOutDoesNothing()
 {
     start();
     manager->adjustCustomEq(3, 5);
@@ -309,7 +309,7 @@ void tst_ZelAudioManager_Equalizer::customTimerRunningOutDoesNothing()
     QCOMPARE(storedLines(), before);
 }
 
-void tst_ZelAudioManager_Equalizer::missingBandStopsTheProcess_data()
+void ZelAudioManagerEqualizerTest::missingBandStopsTheProcess_data()
 {
     QTest::addColumn<int>("band");
     QTest::addColumn<bool>("stops");
@@ -320,7 +320,7 @@ void tst_ZelAudioManager_Equalizer::missingBandStopsTheProcess_data()
     QTest::newRow("15, the last, goes on") << 15 << false;
 }
 
-void tst_ZelAudioManager_Equalizer::missingBandStopsTheProcess()
+void ZelAudioManagerEqualizerTest::missingBandStopsTheProcess()
 {
     QFETCH(int, band);
     QFETCH(bool, stops);
@@ -339,7 +339,7 @@ void tst_ZelAudioManager_Equalizer::missingBandStopsTheProcess()
     QCOMPARE(storedLines().filter(QStringLiteral("Custom")), QStringList());
 }
 
-void tst_ZelAudioManager_Equalizer::loudness()
+void ZelAudioManagerEqualizerTest::loudness()
 {
     start();
     manager->setLoudNess(true);
@@ -354,7 +354,7 @@ void tst_ZelAudioManager_Equalizer::loudness()
              QStringLiteral("[DBG] THREAD void ZelAudioManager::setLoudNess(bool) LINE -- true"));
 }
 
-void tst_ZelAudioManager_Equalizer::readersReadTheStore()
+void ZelAudioManagerEqualizerTest::readersReadTheStore()
 {
     store(QStringLiteral("EQ/Custom9"), -8);
     start();
@@ -377,6 +377,6 @@ void tst_ZelAudioManager_Equalizer::readersReadTheStore()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Equalizer)
+POLICY_TEST_MAIN(ZelAudioManagerEqualizerTest)
 
 #include "tst_zelaudiomanager_equalizer.moc"

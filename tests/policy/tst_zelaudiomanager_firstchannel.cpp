@@ -1,7 +1,7 @@
 #include "policytest.h"
 
 /// In a process of its own, and in one function: that the first channel was seen is remembered by the process.
-class tst_ZelAudioManager_FirstChannel : public PolicyTest
+class ZelAudioManagerFirstChannelTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ QStringList route(const char *platformSource)
 
 } // namespace
 
-void tst_ZelAudioManager_FirstChannel::becomesFilePlayer()
+void ZelAudioManagerFirstChannelTest::becomesFilePlayer()
 {
     const QTimer &timer = managerstate::firstEqTimer(*manager);
     const QStringList equalizer = calls::equalizer(calls::curveOf(2.0F));
@@ -41,7 +41,7 @@ void tst_ZelAudioManager_FirstChannel::becomesFilePlayer()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_FirstChannel::laterChannels()
+void ZelAudioManagerFirstChannelTest::laterChannels()
 {
     manager->updateAudioChannel(AudioChannelFilePlayer);
     QCOMPARE(takeCalls(), route("S+FilePlayer") + calls::equalizer(calls::curveOf(2.0F)));
@@ -51,7 +51,7 @@ void tst_ZelAudioManager_FirstChannel::laterChannels()
     QVERIFY(!managerstate::firstEqTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_FirstChannel::equalizerAfterPowerOn()
+void ZelAudioManagerFirstChannelTest::equalizerAfterPowerOn()
 {
     start();
     manager->updateAudioChannel(AudioChannelNone);
@@ -72,6 +72,6 @@ void tst_ZelAudioManager_FirstChannel::equalizerAfterPowerOn()
     laterChannels();
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_FirstChannel)
+POLICY_TEST_MAIN(ZelAudioManagerFirstChannelTest)
 
 #include "tst_zelaudiomanager_firstchannel.moc"

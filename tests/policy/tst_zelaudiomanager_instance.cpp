@@ -14,7 +14,7 @@
 #include <thread>
 
 /// In a process of its own: the first instance() comes once in a process.
-class tst_ZelAudioManager_Instance : public QObject
+class ZelAudioManagerInstanceTest : public QObject
 {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void firstCallFromTwoThreadsAtOnce();
 };
 
-void tst_ZelAudioManager_Instance::firstCallFromTwoThreadsAtOnce()
+void ZelAudioManagerInstanceTest::firstCallFromTwoThreadsAtOnce()
 {
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     simulator::Journal *journal = simulator::Platform::instance()->journal();
@@ -56,6 +56,6 @@ void tst_ZelAudioManager_Instance::firstCallFromTwoThreadsAtOnce()
     QCOMPARE(journal->entriesOf(QStringLiteral("Volume.setAlterTrackVolume")).size(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_ZelAudioManager_Instance)
+QTEST_GUILESS_MAIN(ZelAudioManagerInstanceTest)
 
 #include "tst_zelaudiomanager_instance.moc"

@@ -23,7 +23,7 @@ QStringList handsfreeDelay(int delay)
 
 } // namespace
 
-class tst_ZelAudioManager_Microphone : public PolicyTest
+class ZelAudioManagerMicrophoneTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void inputDestination();
 };
 
-void tst_ZelAudioManager_Microphone::stages_data()
+void ZelAudioManagerMicrophoneTest::stages_data()
 {
     struct Row
     {
@@ -72,7 +72,7 @@ void tst_ZelAudioManager_Microphone::stages_data()
         QTest::addRow("%d dB", row.gain) << row.gain << row.stage << row.rest;
 }
 
-void tst_ZelAudioManager_Microphone::stages()
+void ZelAudioManagerMicrophoneTest::stages()
 {
     QFETCH(int, gain);
     QFETCH(float, stage);
@@ -90,7 +90,7 @@ void tst_ZelAudioManager_Microphone::stages()
                           QStringLiteral("[DBG] THREAD float ZelAudioManager::getMicAnalogGain() LINE --")}));
 }
 
-void tst_ZelAudioManager_Microphone::stagesLeaveTheFractionBehind()
+void ZelAudioManagerMicrophoneTest::stagesLeaveTheFractionBehind()
 {
     start();
     float op = 0;
@@ -111,7 +111,7 @@ void tst_ZelAudioManager_Microphone::stagesLeaveTheFractionBehind()
     QCOMPARE(pga, 0);
 }
 
-void tst_ZelAudioManager_Microphone::inputValue_data()
+void ZelAudioManagerMicrophoneTest::inputValue_data()
 {
     QTest::addColumn<int>("value");
     QTest::addColumn<QStringList>("expected");
@@ -122,7 +122,7 @@ void tst_ZelAudioManager_Microphone::inputValue_data()
     QTest::newRow("-1 is stored though it is refused") << -1 << QStringList();
 }
 
-void tst_ZelAudioManager_Microphone::inputValue()
+void ZelAudioManagerMicrophoneTest::inputValue()
 {
     QFETCH(int, value);
     QFETCH(QStringList, expected);
@@ -136,7 +136,7 @@ void tst_ZelAudioManager_Microphone::inputValue()
                           QStringLiteral("[DBG] THREAD int ZelAudioManager::micInputValue() LINE --")}));
 }
 
-void tst_ZelAudioManager_Microphone::setAnalogGain()
+void ZelAudioManagerMicrophoneTest::setAnalogGain()
 {
     start();
     QCOMPARE(manager->setMicAnalogGain(12.5F, -3.0F), 0);
@@ -146,7 +146,7 @@ void tst_ZelAudioManager_Microphone::setAnalogGain()
     QCOMPARE(manager->getMicAnalogGain(), 12.0F); // read in whole dB
 }
 
-void tst_ZelAudioManager_Microphone::setAnalogGainIsStoredThoughThePlatformRefuses()
+void ZelAudioManagerMicrophoneTest::setAnalogGainIsStoredThoughThePlatformRefuses()
 {
     start();
     QVERIFY(platform->faults()->fail(QStringLiteral("Volume.setMicAnalogGain"), 5));
@@ -159,7 +159,7 @@ void tst_ZelAudioManager_Microphone::setAnalogGainIsStoredThoughThePlatformRefus
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Microphone::getAnalogGain()
+void ZelAudioManagerMicrophoneTest::getAnalogGain()
 {
     start();
     manager->setMicAnalogGain(12.5F, 7.0F);
@@ -179,7 +179,7 @@ void tst_ZelAudioManager_Microphone::getAnalogGain()
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Microphone::leftRightSwitch_data()
+void ZelAudioManagerMicrophoneTest::leftRightSwitch_data()
 {
     QTest::addColumn<bool>("original");
     QTest::addColumn<QStringList>("expected");
@@ -192,7 +192,7 @@ void tst_ZelAudioManager_Microphone::leftRightSwitch_data()
             + handsfreeDelay(120);
 }
 
-void tst_ZelAudioManager_Microphone::leftRightSwitch()
+void ZelAudioManagerMicrophoneTest::leftRightSwitch()
 {
     QFETCH(bool, original);
     QFETCH(QStringList, expected);
@@ -217,7 +217,7 @@ void tst_ZelAudioManager_Microphone::leftRightSwitch()
     QCOMPARE(stored(QStringLiteral("Volume/AutoMicGainArm")).toInt(), original ? 20 : 7);
 }
 
-void tst_ZelAudioManager_Microphone::calibration()
+void ZelAudioManagerMicrophoneTest::calibration()
 {
     start();
     platform->chip()->setCalibrationGains(17, 23);
@@ -235,7 +235,7 @@ void tst_ZelAudioManager_Microphone::calibration()
                           QStringLiteral("[DBG] THREAD float ZelAudioManager::getMicCalibrationGain(int*) LINE -- 17 23")}));
 }
 
-void tst_ZelAudioManager_Microphone::calibrationRefused()
+void ZelAudioManagerMicrophoneTest::calibrationRefused()
 {
     start();
     QVERIFY(platform->faults()->fail(QStringLiteral("Volume.startMicGainCalibration"), 3));
@@ -250,7 +250,7 @@ void tst_ZelAudioManager_Microphone::calibrationRefused()
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Microphone::handsfreeDelayIsStoredAndSent()
+void ZelAudioManagerMicrophoneTest::handsfreeDelayIsStoredAndSent()
 {
     start();
     QCOMPARE(manager->setHandsfreeDelay(150), 0);
@@ -259,7 +259,7 @@ void tst_ZelAudioManager_Microphone::handsfreeDelayIsStoredAndSent()
     QCOMPARE(takeManagerLines(), QStringList{QStringLiteral("[DBG] THREAD int ZelAudioManager::setHandsfreeDelay(int) LINE -- 150")});
 }
 
-void tst_ZelAudioManager_Microphone::handsfreeDelayIsStoredThoughThePlatformRefuses()
+void ZelAudioManagerMicrophoneTest::handsfreeDelayIsStoredThoughThePlatformRefuses()
 {
     start();
     QVERIFY(platform->faults()->fail(QStringLiteral("Source.setHandsfreeDelay"), 9));
@@ -268,7 +268,7 @@ void tst_ZelAudioManager_Microphone::handsfreeDelayIsStoredThoughThePlatformRefu
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Microphone::downlinkDelay()
+void ZelAudioManagerMicrophoneTest::downlinkDelay()
 {
     start();
     platform->chip()->setDownlinkDelay(-321);
@@ -287,7 +287,7 @@ void tst_ZelAudioManager_Microphone::downlinkDelay()
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Microphone::inputDestination_data()
+void ZelAudioManagerMicrophoneTest::inputDestination_data()
 {
     QTest::addColumn<int>("tag");
     QTest::addColumn<QByteArray>("name");
@@ -303,7 +303,7 @@ void tst_ZelAudioManager_Microphone::inputDestination_data()
     QTest::newRow("a tag without a track sets only the gain") << 8 << QByteArray("BT_MIC_Record") << QStringList();
 }
 
-void tst_ZelAudioManager_Microphone::inputDestination()
+void ZelAudioManagerMicrophoneTest::inputDestination()
 {
     QFETCH(int, tag);
     QFETCH(QByteArray, name);
@@ -328,6 +328,6 @@ void tst_ZelAudioManager_Microphone::inputDestination()
                              .arg(QString::fromLatin1(name))});
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Microphone)
+POLICY_TEST_MAIN(ZelAudioManagerMicrophoneTest)
 
 #include "tst_zelaudiomanager_microphone.moc"

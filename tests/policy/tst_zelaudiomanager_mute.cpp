@@ -22,7 +22,7 @@ const QStringList restored = calls::fresh(QStringLiteral("Volume.setDuckingMode(
 
 } // namespace
 
-class tst_ZelAudioManager_Mute : public PolicyTest
+class ZelAudioManagerMuteTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ private Q_SLOTS:
     void hiCarCall();
 };
 
-void tst_ZelAudioManager_Mute::timedMute_data()
+void ZelAudioManagerMuteTest::timedMute_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<qint64>("milliseconds");
@@ -56,7 +56,7 @@ void tst_ZelAudioManager_Mute::timedMute_data()
     QTest::newRow("the largest count is the longest time there is") << std::numeric_limits<int>::max() << qint64(2147483647);
 }
 
-void tst_ZelAudioManager_Mute::timedMute()
+void ZelAudioManagerMuteTest::timedMute()
 {
     QFETCH(int, count);
     QFETCH(qint64, milliseconds);
@@ -74,7 +74,7 @@ void tst_ZelAudioManager_Mute::timedMute()
     QVERIFY(!managerstate::muteTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Mute::timedMuteOfZeroEndsInTheNextTurn()
+void ZelAudioManagerMuteTest::timedMuteOfZeroEndsInTheNextTurn()
 {
     start();
     manager->setAudioMute(true, 0);
@@ -83,7 +83,7 @@ void tst_ZelAudioManager_Mute::timedMuteOfZeroEndsInTheNextTurn()
     QCOMPARE(takeCalls(), audible());
 }
 
-void tst_ZelAudioManager_Mute::timedMuteIsRestarted()
+void ZelAudioManagerMuteTest::timedMuteIsRestarted()
 {
     start();
     manager->setAudioMute(true, 20);
@@ -97,7 +97,7 @@ void tst_ZelAudioManager_Mute::timedMuteIsRestarted()
     QCOMPARE(takeCalls(), audible());
 }
 
-void tst_ZelAudioManager_Mute::timedMuteOvertakenByAnUnmuteKeepsItsTimer()
+void ZelAudioManagerMuteTest::timedMuteOvertakenByAnUnmuteKeepsItsTimer()
 {
     start();
     manager->setAudioMute(true, 20);
@@ -115,7 +115,7 @@ void tst_ZelAudioManager_Mute::timedMuteOvertakenByAnUnmuteKeepsItsTimer()
     QCOMPARE(takeCalls(), audible());
 }
 
-void tst_ZelAudioManager_Mute::timedMuteLeavesNoTraceWhenUnmuted()
+void ZelAudioManagerMuteTest::timedMuteLeavesNoTraceWhenUnmuted()
 {
     start();
     manager->setAudioMute(true, 2);
@@ -125,7 +125,7 @@ void tst_ZelAudioManager_Mute::timedMuteLeavesNoTraceWhenUnmuted()
     QCOMPARE(takeCalls(), QStringList()); // audible already
 }
 
-void tst_ZelAudioManager_Mute::unmute_data()
+void ZelAudioManagerMuteTest::unmute_data()
 {
     QTest::addColumn<bool>("mutedBefore");
     QTest::addColumn<bool>("mute");
@@ -140,7 +140,7 @@ void tst_ZelAudioManager_Mute::unmute_data()
     QTest::newRow("no mute of what is audible") << false << false << 5 << QStringList();
 }
 
-void tst_ZelAudioManager_Mute::unmute()
+void ZelAudioManagerMuteTest::unmute()
 {
     QFETCH(bool, mutedBefore);
     QFETCH(bool, mute);
@@ -160,7 +160,7 @@ void tst_ZelAudioManager_Mute::unmute()
     QVERIFY(!managerstate::muteTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Mute::muteAndAttenuation()
+void ZelAudioManagerMuteTest::muteAndAttenuation()
 {
     start();
     manager->setMute(false);
@@ -186,7 +186,7 @@ void tst_ZelAudioManager_Mute::muteAndAttenuation()
     QCOMPARE(takeManagerLines(), QStringList{QStringLiteral("[DBG] THREAD void ZelAudioManager::setMute(bool) LINE -- false")});
 }
 
-void tst_ZelAudioManager_Mute::muteIsRememberedWhenThePlatformRefuses()
+void ZelAudioManagerMuteTest::muteIsRememberedWhenThePlatformRefuses()
 {
     start();
     QVERIFY(platform->faults()->fail(QStringLiteral("Volume.muteTrack"), 7));
@@ -196,7 +196,7 @@ void tst_ZelAudioManager_Mute::muteIsRememberedWhenThePlatformRefuses()
     platform->faults()->clear();
 }
 
-void tst_ZelAudioManager_Mute::reverseGear()
+void ZelAudioManagerMuteTest::reverseGear()
 {
     store(QStringLiteral("Volume/1"), 10);
     start();
@@ -223,7 +223,7 @@ void tst_ZelAudioManager_Mute::reverseGear()
     QCOMPARE(int(managerstate::currentStatus(*manager)), 11);
 }
 
-void tst_ZelAudioManager_Mute::reverseGearOutWithinOneSecond()
+void ZelAudioManagerMuteTest::reverseGearOutWithinOneSecond()
 {
     start();
     manager->updateAudioChannel(AudioChannelBtAudio);
@@ -243,7 +243,7 @@ void tst_ZelAudioManager_Mute::reverseGearOutWithinOneSecond()
     QCOMPARE(int(managerstate::currentStatus(*manager)), 11);
 }
 
-void tst_ZelAudioManager_Mute::reverseGearComesFromTheMcuService()
+void ZelAudioManagerMuteTest::reverseGearComesFromTheMcuService()
 {
     start();
     platform->setReverseGear(true);
@@ -260,7 +260,7 @@ void tst_ZelAudioManager_Mute::reverseGearComesFromTheMcuService()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Mute::hiCarCall()
+void ZelAudioManagerMuteTest::hiCarCall()
 {
     store(QStringLiteral("Volume/1"), 10);
     store(QStringLiteral("Volume/5"), 12);
@@ -278,6 +278,6 @@ void tst_ZelAudioManager_Mute::hiCarCall()
                           QStringLiteral("[DBG] THREAD void ZelAudioManager::setHCconnect(bool) LINE -- false")}));
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Mute)
+POLICY_TEST_MAIN(ZelAudioManagerMuteTest)
 
 #include "tst_zelaudiomanager_mute.moc"

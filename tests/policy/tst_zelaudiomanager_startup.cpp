@@ -113,7 +113,7 @@ const StartVolumes defaultVolumes = {80, 120, 120, 120, 120, 120};
 
 } // namespace
 
-class tst_ZelAudioManager_StartUp : public PolicyTest
+class ZelAudioManagerStartUpTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -136,7 +136,7 @@ private Q_SLOTS:
     void usedByStaticObject();
 };
 
-void tst_ZelAudioManager_StartUp::everyCallAndWriteInOrder_data()
+void ZelAudioManagerStartUpTest::everyCallAndWriteInOrder_data()
 {
     QTest::addColumn<QVariantMap>("settings");
     QTest::addColumn<int>("homeUiType");
@@ -212,7 +212,7 @@ void tst_ZelAudioManager_StartUp::everyCallAndWriteInOrder_data()
             + micStages("0", 0) + pushedTelephony(held) + pushedRing(held) + pushedSpeech(held);
 }
 
-void tst_ZelAudioManager_StartUp::everyCallAndWriteInOrder()
+void ZelAudioManagerStartUpTest::everyCallAndWriteInOrder()
 {
     QFETCH(QVariantMap, settings);
     QFETCH(int, homeUiType);
@@ -227,7 +227,7 @@ void tst_ZelAudioManager_StartUp::everyCallAndWriteInOrder()
     QCOMPARE(withSortedStepVolumes(process.outputLines()), expected);
 }
 
-void tst_ZelAudioManager_StartUp::volumeGroupIsSetMembersFirst()
+void ZelAudioManagerStartUpTest::volumeGroupIsSetMembersFirst()
 {
     const ChildProcess process({QStringLiteral("start"), QStringLiteral("0")});
     const int filePlayer = process.outputLines().indexOf(trackVolume("S+FilePlayer", 80));
@@ -235,7 +235,7 @@ void tst_ZelAudioManager_StartUp::volumeGroupIsSetMembersFirst()
     QCOMPARE(process.outputLines().at(filePlayer - 1), trackVolume("S+AndroidAuto", 80));
 }
 
-void tst_ZelAudioManager_StartUp::stateAfterTheStart()
+void ZelAudioManagerStartUpTest::stateAfterTheStart()
 {
     startOnly();
     QCOMPARE(int(managerstate::currentStatus(*manager)), 0);
@@ -257,7 +257,7 @@ void tst_ZelAudioManager_StartUp::stateAfterTheStart()
                           QStringLiteral("Volume/VolumeMic=12")}));
 }
 
-void tst_ZelAudioManager_StartUp::timers_data()
+void ZelAudioManagerStartUpTest::timers_data()
 {
     struct Row
     {
@@ -284,7 +284,7 @@ void tst_ZelAudioManager_StartUp::timers_data()
         QTest::newRow(row.name) << row.timer << row.interval << int(row.type) << row.runsAtStart;
 }
 
-void tst_ZelAudioManager_StartUp::timers()
+void ZelAudioManagerStartUpTest::timers()
 {
     QFETCH(TimerOf, timerOf);
     QFETCH(int, interval);
@@ -299,7 +299,7 @@ void tst_ZelAudioManager_StartUp::timers()
     QCOMPARE(timer.parent(), nullptr);
 }
 
-void tst_ZelAudioManager_StartUp::membersStandInOrder()
+void ZelAudioManagerStartUpTest::membersStandInOrder()
 {
     startOnly();
     const QList<const void *> addresses = managerstate::memberAddresses(*manager);
@@ -308,7 +308,7 @@ void tst_ZelAudioManager_StartUp::membersStandInOrder()
     QVERIFY(addresses.constFirst() > static_cast<const void *>(manager.get()));
 }
 
-void tst_ZelAudioManager_StartUp::metaObjectHoldsFourSignalsAndTwoSlots()
+void ZelAudioManagerStartUpTest::metaObjectHoldsFourSignalsAndTwoSlots()
 {
     const QMetaObject &meta = ZelAudioManager::staticMetaObject;
     QStringList methods;
@@ -333,7 +333,7 @@ void tst_ZelAudioManager_StartUp::metaObjectHoldsFourSignalsAndTwoSlots()
     QCOMPARE(meta.constructorCount(), 0);
 }
 
-void tst_ZelAudioManager_StartUp::instanceIsOneObject()
+void ZelAudioManagerStartUpTest::instanceIsOneObject()
 {
     // In a process of its own the whole journal above shows one construction; here the second call adds nothing.
     ZelAudioManager *first = ZelAudioManager::instance();
@@ -346,7 +346,7 @@ void tst_ZelAudioManager_StartUp::instanceIsOneObject()
     takeCalls();
 }
 
-void tst_ZelAudioManager_StartUp::firstVolumesAreWrittenAgain()
+void ZelAudioManagerStartUpTest::firstVolumesAreWrittenAgain()
 {
     startOnly();
     takeCalls();
@@ -368,7 +368,7 @@ void tst_ZelAudioManager_StartUp::firstVolumesAreWrittenAgain()
     QCOMPARE(managerstate::pendingVolumeTypes(*manager), QList<ZelAudioType>{ZelAudioTypeMedia});
 }
 
-void tst_ZelAudioManager_StartUp::stepRangeIsTwentyFive()
+void ZelAudioManagerStartUpTest::stepRangeIsTwentyFive()
 {
     audio::AudioControl::getInstance()->setStepRange(100);
     startOnly();
@@ -376,7 +376,7 @@ void tst_ZelAudioManager_StartUp::stepRangeIsTwentyFive()
     QCOMPARE(int(audio::AudioControl::getInstance()->getMasterStepVolume()), 25);
 }
 
-void tst_ZelAudioManager_StartUp::managerOwnsItsStore()
+void ZelAudioManagerStartUpTest::managerOwnsItsStore()
 {
     startOnly();
     QCOMPARE(manager->parent(), nullptr);
@@ -387,7 +387,7 @@ void tst_ZelAudioManager_StartUp::managerOwnsItsStore()
     QCOMPARE(owned->parent(), &parent);
 }
 
-void tst_ZelAudioManager_StartUp::endOfProcess_data()
+void ZelAudioManagerStartUpTest::endOfProcess_data()
 {
     QTest::addColumn<QString>("application");
     QTest::addColumn<int>("timersRefused");
@@ -398,7 +398,7 @@ void tst_ZelAudioManager_StartUp::endOfProcess_data()
     QTest::newRow("there never was an application object") << QStringLiteral("never") << 9;
 }
 
-void tst_ZelAudioManager_StartUp::endOfProcess()
+void ZelAudioManagerStartUpTest::endOfProcess()
 {
     QFETCH(QString, application);
     QFETCH(int, timersRefused);
@@ -417,7 +417,7 @@ void tst_ZelAudioManager_StartUp::endOfProcess()
     QCOMPARE(stored(QStringLiteral("EQ/Custom3")).toInt(), 4);
 }
 
-void tst_ZelAudioManager_StartUp::usedByStaticObject_data()
+void ZelAudioManagerStartUpTest::usedByStaticObject_data()
 {
     QTest::addColumn<QString>("what");
     QTest::addColumn<QStringList>("output");
@@ -448,7 +448,7 @@ void tst_ZelAudioManager_StartUp::usedByStaticObject_data()
                                };
 }
 
-void tst_ZelAudioManager_StartUp::usedByStaticObject()
+void ZelAudioManagerStartUpTest::usedByStaticObject()
 {
     QFETCH(QString, what);
     const ChildProcess process({QStringLiteral("late"), what});
@@ -457,6 +457,6 @@ void tst_ZelAudioManager_StartUp::usedByStaticObject()
     QTEST(process.outputLines(), "output");
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_StartUp)
+POLICY_TEST_MAIN(ZelAudioManagerStartUpTest)
 
 #include "tst_zelaudiomanager_startup.moc"

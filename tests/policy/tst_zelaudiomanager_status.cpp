@@ -4,7 +4,7 @@
 
 #include <limits>
 
-class tst_ZelAudioManager_Status : public PolicyTest
+class ZelAudioManagerStatusTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ private Q_SLOTS:
     void channelLogs();
 };
 
-void tst_ZelAudioManager_Status::status_data()
+void ZelAudioManagerStatusTest::status_data()
 {
     QTest::addColumn<int>("volume");
     QTest::addColumn<QStringList>("expected");
@@ -40,7 +40,7 @@ void tst_ZelAudioManager_Status::status_data()
     QTest::newRow("the smallest number is silence") << std::numeric_limits<int>::min() << filePlayer(0);
 }
 
-void tst_ZelAudioManager_Status::status()
+void ZelAudioManagerStatusTest::status()
 {
     QFETCH(int, volume);
     QFETCH(QStringList, expected);
@@ -52,7 +52,7 @@ void tst_ZelAudioManager_Status::status()
     QCOMPARE(takeCalls(), expected);
 }
 
-void tst_ZelAudioManager_Status::statusLogs()
+void ZelAudioManagerStatusTest::statusLogs()
 {
     start();
     manager->updateAudioStatus(static_cast<AudioStatus>(2));
@@ -65,7 +65,7 @@ void tst_ZelAudioManager_Status::statusLogs()
     QCOMPARE(takeCalls(), calls::streamVolume(QStringLiteral("S+BtPcmPhone"), 120));
 }
 
-void tst_ZelAudioManager_Status::repeatedStatusOnlyStopsTheCarPlayAlert()
+void ZelAudioManagerStatusTest::repeatedStatusOnlyStopsTheCarPlayAlert()
 {
     start();
     manager->updateAudioStatus(AudioStatusCarPlaySpeech);
@@ -79,7 +79,7 @@ void tst_ZelAudioManager_Status::repeatedStatusOnlyStopsTheCarPlayAlert()
     QCOMPARE(int(managerstate::currentStatus(*manager)), 8);
 }
 
-void tst_ZelAudioManager_Status::carPlayDuckStatusWithoutDuckWritesNothing()
+void ZelAudioManagerStatusTest::carPlayDuckStatusWithoutDuckWritesNothing()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarPlayMedia);
@@ -101,7 +101,7 @@ void tst_ZelAudioManager_Status::carPlayDuckStatusWithoutDuckWritesNothing()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Status::statusWithoutChannelUsesAuxIn()
+void ZelAudioManagerStatusTest::statusWithoutChannelUsesAuxIn()
 {
     start();
     manager->updateAudioStatus(static_cast<AudioStatus>(7));
@@ -111,7 +111,7 @@ void tst_ZelAudioManager_Status::statusWithoutChannelUsesAuxIn()
     QCOMPARE(manager->currentAudioChannel(), 0);
 }
 
-void tst_ZelAudioManager_Status::restoreDuringCarPlayCallUsesMedia()
+void ZelAudioManagerStatusTest::restoreDuringCarPlayCallUsesMedia()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarPlayTelephony);
@@ -124,7 +124,7 @@ void tst_ZelAudioManager_Status::restoreDuringCarPlayCallUsesMedia()
     QCOMPARE(manager->currentAudioChannel(), 7);
 }
 
-void tst_ZelAudioManager_Status::channel_data()
+void ZelAudioManagerStatusTest::channel_data()
 {
     QTest::addColumn<int>("channel");
     QTest::addColumn<QString>("source");
@@ -138,7 +138,7 @@ void tst_ZelAudioManager_Status::channel_data()
     add(-1, expectation::noSource, false);
 }
 
-void tst_ZelAudioManager_Status::channel()
+void ZelAudioManagerStatusTest::channel()
 {
     QFETCH(int, channel);
     QFETCH(QString, source);
@@ -156,7 +156,7 @@ void tst_ZelAudioManager_Status::channel()
     QCOMPARE(takeCalls(), expected);
 }
 
-void tst_ZelAudioManager_Status::channelLogs()
+void ZelAudioManagerStatusTest::channelLogs()
 {
     start();
     manager->updateAudioChannel(AudioChannelCarLife);
@@ -167,6 +167,6 @@ void tst_ZelAudioManager_Status::channelLogs()
     QCOMPARE(takeManagerLines(), QStringList{QStringLiteral("[DBG] THREAD int ZelAudioManager::currentAudioChannel() LINE -- 17")});
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Status)
+POLICY_TEST_MAIN(ZelAudioManagerStatusTest)
 
 #include "tst_zelaudiomanager_status.moc"

@@ -27,7 +27,7 @@ QStringList ringCalls(int volume)
 
 } // namespace
 
-class tst_ZelAudioManager_Volume : public PolicyTest
+class ZelAudioManagerVolumeTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -53,7 +53,7 @@ private Q_SLOTS:
     void onlyLogged();
 };
 
-void tst_ZelAudioManager_Volume::setVolume_data()
+void ZelAudioManagerVolumeTest::setVolume_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("volume");
@@ -78,7 +78,7 @@ void tst_ZelAudioManager_Volume::setVolume_data()
     QTest::newRow("an alternative volume above 25 is refused") << 1 << 26 << QStringList();
 }
 
-void tst_ZelAudioManager_Volume::setVolume()
+void ZelAudioManagerVolumeTest::setVolume()
 {
     QFETCH(int, type);
     QFETCH(int, volume);
@@ -90,7 +90,7 @@ void tst_ZelAudioManager_Volume::setVolume()
              QStringLiteral("[DBG] THREAD void ZelAudioManager::setVolume(ZelAudioType, int, bool) LINE -- %1 %2 false 0").arg(type).arg(volume));
 }
 
-void tst_ZelAudioManager_Volume::setVolumeStores_data()
+void ZelAudioManagerVolumeTest::setVolumeStores_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<bool>("save");
@@ -100,7 +100,7 @@ void tst_ZelAudioManager_Volume::setVolumeStores_data()
     }
 }
 
-void tst_ZelAudioManager_Volume::setVolumeStores()
+void ZelAudioManagerVolumeTest::setVolumeStores()
 {
     QFETCH(int, type);
     QFETCH(bool, save);
@@ -115,7 +115,7 @@ void tst_ZelAudioManager_Volume::setVolumeStores()
     QCOMPARE(storedLines(), after);
 }
 
-void tst_ZelAudioManager_Volume::saveVolumeWritesAllSix()
+void ZelAudioManagerVolumeTest::saveVolumeWritesAllSix()
 {
     start();
     for (int type = 0; type < 6; ++type)
@@ -131,7 +131,7 @@ void tst_ZelAudioManager_Volume::saveVolumeWritesAllSix()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::deferredWrite()
+void ZelAudioManagerVolumeTest::deferredWrite()
 {
     start();
     manager->setVolume(ZelAudioTypeTelephony, 10, false);
@@ -150,7 +150,7 @@ void tst_ZelAudioManager_Volume::deferredWrite()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::deferredWriteIsRestarted()
+void ZelAudioManagerVolumeTest::deferredWriteIsRestarted()
 {
     start();
     manager->setVolume(ZelAudioTypeTelephony, 10, false);
@@ -170,7 +170,7 @@ void tst_ZelAudioManager_Volume::deferredWriteIsRestarted()
     QVERIFY(!managerstate::delayVolumeTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Volume::deferredWriteSendsWhatIsStoredThen()
+void ZelAudioManagerVolumeTest::deferredWriteSendsWhatIsStoredThen()
 {
     start();
     manager->setVolume(ZelAudioTypeRing, 10, false);
@@ -184,7 +184,7 @@ void tst_ZelAudioManager_Volume::deferredWriteSendsWhatIsStoredThen()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending_data()
+void ZelAudioManagerVolumeTest::singleChannelTypesAreNeverPending_data()
 {
     QTest::addColumn<int>("type");
     QTest::newRow("prompts, the alternative track") << 1;
@@ -194,7 +194,7 @@ void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending_data()
     QTest::newRow("a negative type") << -3;
 }
 
-void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending()
+void ZelAudioManagerVolumeTest::singleChannelTypesAreNeverPending()
 {
     QFETCH(int, type);
     start();
@@ -206,7 +206,7 @@ void tst_ZelAudioManager_Volume::singleChannelTypesAreNeverPending()
     QCOMPARE(takeCalls(), QStringList());
 }
 
-void tst_ZelAudioManager_Volume::pendingTypesDrain_data()
+void ZelAudioManagerVolumeTest::pendingTypesDrain_data()
 {
     // Each type is one letter; only a, c and d can become pending through setVolume().
     const QList<ZelAudioType> a = {ZelAudioTypeMedia};
@@ -234,7 +234,7 @@ void tst_ZelAudioManager_Volume::pendingTypesDrain_data()
     QTest::newRow("a type without channels is written nowhere") << f << QStringList() << QList<ZelAudioType>();
 }
 
-void tst_ZelAudioManager_Volume::pendingTypesDrain()
+void ZelAudioManagerVolumeTest::pendingTypesDrain()
 {
     QFETCH(QList<ZelAudioType>, pending);
     QFETCH(QStringList, expected);
@@ -251,7 +251,7 @@ void tst_ZelAudioManager_Volume::pendingTypesDrain()
     QVERIFY(!managerstate::delayVolumeTimer(*manager).isActive());
 }
 
-void tst_ZelAudioManager_Volume::leftoverIsWrittenWithTheNext()
+void ZelAudioManagerVolumeTest::leftoverIsWrittenWithTheNext()
 {
     start();
     manager->setVolume(ZelAudioTypeMedia, 10, false);
@@ -267,7 +267,7 @@ void tst_ZelAudioManager_Volume::leftoverIsWrittenWithTheNext()
     QCOMPARE(managerstate::pendingVolumeTypes(*manager), QList<ZelAudioType>{ZelAudioTypeRing});
 }
 
-void tst_ZelAudioManager_Volume::volumeKey_data()
+void ZelAudioManagerVolumeTest::volumeKey_data()
 {
     QTest::addColumn<int>("volume");
     QTest::addColumn<bool>("up");
@@ -289,7 +289,7 @@ void tst_ZelAudioManager_Volume::volumeKey_data()
     QTest::newRow("down from the smallest number") << lowest << false << 0 << true;
 }
 
-void tst_ZelAudioManager_Volume::volumeKey()
+void ZelAudioManagerVolumeTest::volumeKey()
 {
     QFETCH(int, volume);
     QFETCH(bool, up);
@@ -311,7 +311,7 @@ void tst_ZelAudioManager_Volume::volumeKey()
     QCOMPARE(lines.filter(operation), QStringList({operation + QLatin1String(up ? "true" : "false"), operation + QStringLiteral("0 %1").arg(expected)}));
 }
 
-void tst_ZelAudioManager_Volume::volumeKeyTellsAfterEverythingIsDone()
+void ZelAudioManagerVolumeTest::volumeKeyTellsAfterEverythingIsDone()
 {
     start();
     manager->updateAudioChannel(AudioChannelBtAudio);
@@ -326,7 +326,7 @@ void tst_ZelAudioManager_Volume::volumeKeyTellsAfterEverythingIsDone()
     takeVolumeChanges();
 }
 
-void tst_ZelAudioManager_Volume::channelsOfType_data()
+void ZelAudioManagerVolumeTest::channelsOfType_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QList<int>>("expected");
@@ -337,7 +337,7 @@ void tst_ZelAudioManager_Volume::channelsOfType_data()
     QTest::newRow("a negative type") << -1 << QList<int>();
 }
 
-void tst_ZelAudioManager_Volume::channelsOfType()
+void ZelAudioManagerVolumeTest::channelsOfType()
 {
     QFETCH(int, type);
     QFETCH(QList<int>, expected);
@@ -350,7 +350,7 @@ void tst_ZelAudioManager_Volume::channelsOfType()
     QCOMPARE(numbers, expected);
 }
 
-void tst_ZelAudioManager_Volume::onlyLogged()
+void ZelAudioManagerVolumeTest::onlyLogged()
 {
     start();
     manager->setVolResponse(static_cast<VolResponseState>(2), true);
@@ -363,6 +363,6 @@ void tst_ZelAudioManager_Volume::onlyLogged()
                           QStringLiteral("[DBG] THREAD void ZelAudioManager::saveVolume() LINE --")}));
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Volume)
+POLICY_TEST_MAIN(ZelAudioManagerVolumeTest)
 
 #include "tst_zelaudiomanager_volume.moc"

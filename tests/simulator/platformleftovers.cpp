@@ -20,7 +20,7 @@ struct LateClient
     LateClient() = default;
     ~LateClient()
     {
-        if (source == nullptr)
+        if (!source)
             return;
         source->setHandsfreeDelay(1);
         destroy(source);

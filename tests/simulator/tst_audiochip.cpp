@@ -38,7 +38,7 @@ void makeAudible(AudioChip &chip)
 
 } // namespace
 
-class TestAudioChip : public QObject
+class AudioChipTest : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private Q_SLOTS:
     void changesAreFoundInStateTable();
 };
 
-void TestAudioChip::startsSilent()
+void AudioChipTest::startsSilent()
 {
     const AudioChip chip;
     QCOMPARE(chip.masterVolume(), 0);
@@ -83,7 +83,7 @@ void TestAudioChip::startsSilent()
     }
 }
 
-void TestAudioChip::effectiveGain_data()
+void AudioChipTest::effectiveGain_data()
 {
     using Prepare = std::function<void(AudioChip &)>;
     QTest::addColumn<Prepare>("prepare");
@@ -119,7 +119,7 @@ void TestAudioChip::effectiveGain_data()
     QTest::newRow("no channel") << Prepare(none) << 0U << 0.0;
 }
 
-void TestAudioChip::effectiveGain()
+void AudioChipTest::effectiveGain()
 {
     QFETCH(std::function<void(AudioChip &)>, prepare);
     QFETCH(quint32, channel);
@@ -131,7 +131,7 @@ void TestAudioChip::effectiveGain()
     QVERIFY(std::abs(chip.effectiveGain(mainTrack, player, channel) - gain) < 1e-12);
 }
 
-void TestAudioChip::effectiveGainOfUnknown()
+void AudioChipTest::effectiveGainOfUnknown()
 {
     AudioChip chip;
     makeAudible(chip);
@@ -148,7 +148,7 @@ void TestAudioChip::effectiveGainOfUnknown()
     QCOMPARE(chip.effectiveGain(second, player, 1), 0.5);
 }
 
-void TestAudioChip::effectiveMainVolume_data()
+void AudioChipTest::effectiveMainVolume_data()
 {
     QTest::addColumn<int>("volume");
     QTest::addColumn<int>("mode");
@@ -163,7 +163,7 @@ void TestAudioChip::effectiveMainVolume_data()
     QTest::newRow("muted") << 80 << 0 << 60 << true << 0;
 }
 
-void TestAudioChip::effectiveMainVolume()
+void AudioChipTest::effectiveMainVolume()
 {
     QFETCH(int, volume);
     QFETCH(int, mode);
@@ -181,7 +181,7 @@ void TestAudioChip::effectiveMainVolume()
     QCOMPARE(chip.effectiveMainVolume(), effective);
 }
 
-void TestAudioChip::equalizerBands()
+void AudioChipTest::equalizerBands()
 {
     AudioChip chip;
     QCOMPARE(chip.equalizerGain(1, 0), 0.0);
@@ -207,7 +207,7 @@ void TestAudioChip::equalizerBands()
     QCOMPARE(chip.equalizerGain(1, 8), 0.0);
 }
 
-void TestAudioChip::effectiveSound()
+void AudioChipTest::effectiveSound()
 {
     AudioChip chip;
     makeAudible(chip);
@@ -224,7 +224,7 @@ void TestAudioChip::effectiveSound()
     QVERIFY(chip.effectiveGainDb(mainTrack, player, 2, 0) < 0);
 }
 
-void TestAudioChip::alternativeTrack()
+void AudioChipTest::alternativeTrack()
 {
     AudioChip chip;
     chip.setTrackVolume(alternative, gps, 30);
@@ -240,7 +240,7 @@ void TestAudioChip::alternativeTrack()
     QCOMPARE(chip.alternativeVolume(), 90);
 }
 
-void TestAudioChip::alternativeCount()
+void AudioChipTest::alternativeCount()
 {
     AudioChip chip;
     QCOMPARE(chip.alternativeCount(alternative), 0);
@@ -252,7 +252,7 @@ void TestAudioChip::alternativeCount()
     QCOMPARE(chip.alternativeCount(alternative), 3);
 }
 
-void TestAudioChip::activeSourceFollowsRouting()
+void AudioChipTest::activeSourceFollowsRouting()
 {
     AudioChip chip;
     chip.setOutputSource(mainTrack, player);
@@ -267,7 +267,7 @@ void TestAudioChip::activeSourceFollowsRouting()
     QVERIFY(chip.activeSource(mainTrack).isNull());
 }
 
-void TestAudioChip::maskGoesToTrackRoutedLast()
+void AudioChipTest::maskGoesToTrackRoutedLast()
 {
     AudioChip chip;
     QCOMPARE(chip.lastRoutedTrack(), mainTrack);
@@ -281,7 +281,7 @@ void TestAudioChip::maskGoesToTrackRoutedLast()
     QCOMPARE(chip.outputChannelMask(second), 0x3FU);
 }
 
-void TestAudioChip::filterAndDelayOfAllOutputs()
+void AudioChipTest::filterAndDelayOfAllOutputs()
 {
     AudioChip chip;
     QCOMPARE(chip.setFilter({4, 1, 0, 0, 0, 0, 0}), 0);
@@ -296,7 +296,7 @@ void TestAudioChip::filterAndDelayOfAllOutputs()
     }
 }
 
-void TestAudioChip::calibration()
+void AudioChipTest::calibration()
 {
     AudioChip chip;
     chip.startMicGainCalibration();
@@ -305,7 +305,7 @@ void TestAudioChip::calibration()
     QCOMPARE(chip.calibration(), simulator::Calibration::Applied);
 }
 
-void TestAudioChip::changeSignals()
+void AudioChipTest::changeSignals()
 {
     AudioChip chip;
     QSignalSpy changed(&chip, &AudioChip::changed);
@@ -332,7 +332,7 @@ void TestAudioChip::changeSignals()
     QCOMPARE(chip.trackVolume(mainTrack, player), 0);
 }
 
-void TestAudioChip::changesAreFoundInStateTable()
+void AudioChipTest::changesAreFoundInStateTable()
 {
     // Whatever changed() tells stands in the table under the same names with the same value.
     AudioChip chip;
@@ -377,5 +377,5 @@ void TestAudioChip::changesAreFoundInStateTable()
     QCOMPARE(changes, 35);
 }
 
-QTEST_GUILESS_MAIN(TestAudioChip)
+QTEST_GUILESS_MAIN(AudioChipTest)
 #include "tst_audiochip.moc"

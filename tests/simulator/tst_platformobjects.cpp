@@ -155,7 +155,7 @@ const std::vector<Row> &rows()
         {"Source.setOutputSource(\"second\", \"S+IPod\") -> 0", [](const Objects &o) { return o.source->setOutputSource("second", "S+IPod"); }},
         {"Source.setOutputSource(\"front\", \"S+IPod\") -> 101", [](const Objects &o) { return o.source->setOutputSource("front", "S+IPod"); }},
         {"Source.setOutputSource(\"main\", \"\") -> 102", [](const Objects &o) { return o.source->setOutputSource("main", ""); }},
-        {"Source.getActiveSource(\"main\") -> null", [](const Objects &o) { return o.source->getActiveSource("main") == nullptr ? 0 : -1; }},
+        {"Source.getActiveSource(\"main\") -> null", [](const Objects &o) { return !o.source->getActiveSource("main") ? 0 : -1; }},
         {"Source.setInputDestination(\"input0\", \"uplink\") -> 0", [](const Objects &o) { return o.source->setInputDestination("input0", "uplink"); }},
         {"Source.setInputDestination(\"input3\", \"uplink\") -> 101", [](const Objects &o) { return o.source->setInputDestination("input3", "uplink"); }},
         {"Source.setInputDestination(\"input0\", null) -> 102", [](const Objects &o) { return o.source->setInputDestination("input0", nullptr); }},
@@ -245,7 +245,7 @@ QString operationOf(const char *call)
 } // namespace
 
 /// The platform's objects as a client sees them: results, what is journaled, what is refused.
-class TestPlatformObjects : public QObject
+class PlatformObjectsTest : public QObject
 {
     Q_OBJECT
 
@@ -267,14 +267,14 @@ private:
     Platform *const m_platform = Platform::instance();
 };
 
-void TestPlatformObjects::calls_data()
+void PlatformObjectsTest::calls_data()
 {
     QTest::addColumn<int>("row");
     for (int row = 0; row < static_cast<int>(rows().size()); ++row)
         QTest::newRow(rows()[static_cast<std::size_t>(row)].call) << row;
 }
 
-void TestPlatformObjects::calls()
+void PlatformObjectsTest::calls()
 {
     QFETCH(int, row);
     const Row &expected = rows()[static_cast<std::size_t>(row)];
@@ -293,7 +293,7 @@ void TestPlatformObjects::calls()
     QCOMPARE(m_platform->books()->problems(), QStringList());
 }
 
-void TestPlatformObjects::injectedFaults_data()
+void PlatformObjectsTest::injectedFaults_data()
 {
     QTest::addColumn<int>("row");
     QSet<QString> seen;
@@ -305,7 +305,7 @@ void TestPlatformObjects::injectedFaults_data()
     }
 }
 
-void TestPlatformObjects::injectedFaults()
+void PlatformObjectsTest::injectedFaults()
 {
     QFETCH(int, row);
     const Row &request = rows()[static_cast<std::size_t>(row)];
@@ -322,7 +322,7 @@ void TestPlatformObjects::injectedFaults()
     QCOMPARE(request.request(objects), 0);
 }
 
-void TestPlatformObjects::everyOperationIsCovered()
+void PlatformObjectsTest::everyOperationIsCovered()
 {
     QSet<QString> covered;
     for (const Row &row : rows())
@@ -334,7 +334,7 @@ void TestPlatformObjects::everyOperationIsCovered()
     QCOMPARE(covered, all);
 }
 
-void TestPlatformObjects::refusalsChangeNothing()
+void PlatformObjectsTest::refusalsChangeNothing()
 {
     const Objects objects;
     QSignalSpy changed(m_platform->chip(), &simulator::AudioChip::changed);
@@ -346,7 +346,7 @@ void TestPlatformObjects::refusalsChangeNothing()
     }
 }
 
-void TestPlatformObjects::recordsAreCapturedAsBytes()
+void PlatformObjectsTest::recordsAreCapturedAsBytes()
 {
     const Objects objects;
     simulator::AudioChip *const chip = m_platform->chip();
@@ -375,7 +375,7 @@ void TestPlatformObjects::recordsAreCapturedAsBytes()
     QCOMPARE(chip->lastChannelGain().gain, quint8(33));
 }
 
-void TestPlatformObjects::getters()
+void PlatformObjectsTest::getters()
 {
     const Objects objects;
     objects.volume->setMasterVolume(70);
@@ -412,7 +412,7 @@ void TestPlatformObjects::getters()
     QVERIFY(objects.source->getActiveSource("no track") == nullptr);
 }
 
-void TestPlatformObjects::firstOperationIsFirstInTheTable()
+void PlatformObjectsTest::firstOperationIsFirstInTheTable()
 {
     // As a caller that was compiled against the platform's own header does it: object, table, first entry.
     const Objects objects;
@@ -432,5 +432,5 @@ void TestPlatformObjects::firstOperationIsFirstInTheTable()
              }));
 }
 
-QTEST_GUILESS_MAIN(TestPlatformObjects)
+QTEST_GUILESS_MAIN(PlatformObjectsTest)
 #include "tst_platformobjects.moc"

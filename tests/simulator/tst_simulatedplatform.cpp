@@ -32,7 +32,7 @@ void recordCritical(QtMsgType level, const QMessageLogContext &context, const QS
 
 } // namespace
 
-class TestSimulatedPlatform : public QObject
+class SimulatedPlatformTest : public QObject
 {
     Q_OBJECT
 
@@ -77,18 +77,18 @@ private:
     Platform *const m_platform = Platform::instance();
 };
 
-void TestSimulatedPlatform::init()
+void SimulatedPlatformTest::init()
 {
     m_platform->reset();
 }
 
-void TestSimulatedPlatform::cleanup()
+void SimulatedPlatformTest::cleanup()
 {
     qInstallMessageHandler(nullptr);
     m_platform->reset();
 }
 
-void TestSimulatedPlatform::journalLinesOfOneObject()
+void SimulatedPlatformTest::journalLinesOfOneObject()
 {
     Volume *const first = createVolume();
     Volume *const second = createVolume();
@@ -122,7 +122,7 @@ void TestSimulatedPlatform::journalLinesOfOneObject()
     QVERIFY(m_platform->journal()->toText().contains(QLatin1String(" ms  ") + lines.at(3) + QLatin1String("  (unknown track)\n")));
 }
 
-void TestSimulatedPlatform::journalEntryHoldsValues()
+void SimulatedPlatformTest::journalEntryHoldsValues()
 {
     audio::audio_channel_gain_t gain = {4, 67, {}};
     Volume *const volume = createVolume();
@@ -141,7 +141,7 @@ void TestSimulatedPlatform::journalEntryHoldsValues()
     QCOMPARE(entry.note, QString());
 }
 
-void TestSimulatedPlatform::journalTells()
+void SimulatedPlatformTest::journalTells()
 {
     QSignalSpy appended(m_platform->journal(), &Journal::appended);
     QSignalSpy cleared(m_platform->journal(), &Journal::cleared);
@@ -156,7 +156,7 @@ void TestSimulatedPlatform::journalTells()
     QCOMPARE(m_platform->journal()->count(), 0);
 }
 
-void TestSimulatedPlatform::journalSwitchedOff()
+void SimulatedPlatformTest::journalSwitchedOff()
 {
     m_platform->journal()->setEnabled(false);
     Mixer *const mixer = createMixer();
@@ -169,7 +169,7 @@ void TestSimulatedPlatform::journalSwitchedOff()
     QCOMPARE(m_platform->journal()->count(), 2);
 }
 
-void TestSimulatedPlatform::journalFiltersByOperation()
+void SimulatedPlatformTest::journalFiltersByOperation()
 {
     Mixer *const mixer = createMixer();
     mixer->setFrontRearMode(0);
@@ -180,7 +180,7 @@ void TestSimulatedPlatform::journalFiltersByOperation()
     QCOMPARE(m_platform->journal()->entriesOf(QStringLiteral("Volume.create")).count(), 0);
 }
 
-void TestSimulatedPlatform::faultAlways()
+void SimulatedPlatformTest::faultAlways()
 {
     QVERIFY(m_platform->faults()->fail(QStringLiteral("Volume.setMasterVolume"), 7));
     Volume *const volume = createVolume();
@@ -195,7 +195,7 @@ void TestSimulatedPlatform::faultAlways()
     destroy(volume);
 }
 
-void TestSimulatedPlatform::faultOnNthCall_data()
+void SimulatedPlatformTest::faultOnNthCall_data()
 {
     QTest::addColumn<QList<int>>("failingCalls");
     QTest::addColumn<QList<int>>("results");
@@ -208,7 +208,7 @@ void TestSimulatedPlatform::faultOnNthCall_data()
     QTest::newRow("beyond the last") << QList<int>{5} << QList<int>{0, 0, 0, 0};
 }
 
-void TestSimulatedPlatform::faultOnNthCall()
+void SimulatedPlatformTest::faultOnNthCall()
 {
     QFETCH(QList<int>, failingCalls);
     QFETCH(QList<int>, results);
@@ -225,7 +225,7 @@ void TestSimulatedPlatform::faultOnNthCall()
     QCOMPARE(seen, results);
 }
 
-void TestSimulatedPlatform::faultsTogether()
+void SimulatedPlatformTest::faultsTogether()
 {
     // The n-th call comes first where it was ordered first; a call of another operation counts for neither.
     QVERIFY(m_platform->faults()->fail(QStringLiteral("App.enableDps"), 5, 2));
@@ -238,7 +238,7 @@ void TestSimulatedPlatform::faultsTogether()
     destroy(app);
 }
 
-void TestSimulatedPlatform::faultOfActiveSource()
+void SimulatedPlatformTest::faultOfActiveSource()
 {
     Source *const source = createSource();
     QCOMPARE(source->setOutputSource("main", "S+GPS"), 0);
@@ -250,7 +250,7 @@ void TestSimulatedPlatform::faultOfActiveSource()
              QStringList({QStringLiteral("Source.getActiveSource(\"main\") -> null"), QStringLiteral("Source.getActiveSource(\"main\") -> \"S+GPS\"")}));
 }
 
-void TestSimulatedPlatform::faultOfAlterNumber()
+void SimulatedPlatformTest::faultOfAlterNumber()
 {
     Source *const source = createSource();
     m_platform->chip()->setAlternativeCount(2);
@@ -261,7 +261,7 @@ void TestSimulatedPlatform::faultOfAlterNumber()
     QCOMPARE(m_platform->journal()->calls().last(), QStringLiteral("Source.queryAlterNumber(\"alternative\") -> -5"));
 }
 
-void TestSimulatedPlatform::factoryFault_data()
+void SimulatedPlatformTest::factoryFault_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QVector<bool>>("made"); // per factory in the order App, Mixer, Source, Volume
@@ -272,7 +272,7 @@ void TestSimulatedPlatform::factoryFault_data()
     QTest::newRow("Volume") << QStringLiteral("Volume") << QVector<bool>{true, true, true, false};
 }
 
-void TestSimulatedPlatform::factoryFault()
+void SimulatedPlatformTest::factoryFault()
 {
     QFETCH(QString, kind);
     QFETCH(QVector<bool>, made);
@@ -282,7 +282,7 @@ void TestSimulatedPlatform::factoryFault()
         const auto make = [&results](auto factory) {
             auto *const object = factory();
             results += object != nullptr;
-            if (object != nullptr)
+            if (object)
                 destroy(object);
         };
         make(createApp);
@@ -305,7 +305,7 @@ void TestSimulatedPlatform::factoryFault()
     QCOMPARE(m_platform->books()->problems(), QStringList());
 }
 
-void TestSimulatedPlatform::unknownFaultIsRefused()
+void SimulatedPlatformTest::unknownFaultIsRefused()
 {
     simulator::Faults *const faults = m_platform->faults();
     QVERIFY(!faults->fail(QStringLiteral("Volume.setTrackVolum"), 1));
@@ -319,7 +319,7 @@ void TestSimulatedPlatform::unknownFaultIsRefused()
     QCOMPARE(faults->pending(), QStringList());
 }
 
-void TestSimulatedPlatform::pendingFaults()
+void SimulatedPlatformTest::pendingFaults()
 {
     simulator::Faults *const faults = m_platform->faults();
     QSignalSpy changed(faults, &simulator::Faults::changed);
@@ -341,14 +341,14 @@ void TestSimulatedPlatform::pendingFaults()
     QCOMPARE(faults->pending().count(), 2);
 }
 
-void TestSimulatedPlatform::booksCount_data()
+void SimulatedPlatformTest::booksCount_data()
 {
     QTest::addColumn<ObjectKind>("kind");
     for (const ObjectKind kind : simulator::allObjectKinds)
         QTest::newRow(simulator::objectKindName(kind).data()) << kind;
 }
 
-void TestSimulatedPlatform::booksCount()
+void SimulatedPlatformTest::booksCount()
 {
     QFETCH(ObjectKind, kind);
     simulator::Books *const books = m_platform->books();
@@ -386,7 +386,7 @@ void TestSimulatedPlatform::booksCount()
     QCOMPARE(books->problems(), QStringList());
 }
 
-void TestSimulatedPlatform::problems_data()
+void SimulatedPlatformTest::problems_data()
 {
     QTest::addColumn<QString>("mistake");
     QTest::addColumn<QString>("problem");
@@ -398,7 +398,7 @@ void TestSimulatedPlatform::problems_data()
     QTest::newRow("another kind") << QStringLiteral("kind") << QStringLiteral("destroy(Source *) of a pointer that no factory gave");
 }
 
-void TestSimulatedPlatform::problems()
+void SimulatedPlatformTest::problems()
 {
     QFETCH(QString, mistake);
     QFETCH(QString, problem);
@@ -436,7 +436,7 @@ void TestSimulatedPlatform::problems()
     QCOMPARE(m_platform->books()->problems(), QStringList());
 }
 
-void TestSimulatedPlatform::destroyedObjectChangesNothing()
+void SimulatedPlatformTest::destroyedObjectChangesNothing()
 {
     qInstallMessageHandler(recordCritical);
     QVERIFY(m_platform->faults()->fail(QStringLiteral("Volume.setMasterVolume"), 7, 1));
@@ -449,7 +449,7 @@ void TestSimulatedPlatform::destroyedObjectChangesNothing()
     QCOMPARE(m_platform->journal()->entries().last().note, QStringLiteral("the object is destroyed"));
 }
 
-void TestSimulatedPlatform::exitReport_data()
+void SimulatedPlatformTest::exitReport_data()
 {
     QTest::addColumn<QString>("state");
     QTest::addColumn<QStringList>("reported");
@@ -483,7 +483,7 @@ program::Run runLeftovers(const QString &state, const QString &loggingRules)
 
 } // namespace
 
-void TestSimulatedPlatform::exitReport()
+void SimulatedPlatformTest::exitReport()
 {
     QFETCH(QString, state);
     QFETCH(QStringList, reported);
@@ -499,7 +499,7 @@ void TestSimulatedPlatform::exitReport()
     QCOMPARE(switchedOff.errors, QString());
 }
 
-void TestSimulatedPlatform::saysThatItIsSimulated()
+void SimulatedPlatformTest::saysThatItIsSimulated()
 {
     const QString line = QStringLiteral("qzaudio.simulator info: This is the simulated audio platform: nothing reaches any hardware.");
     QCOMPARE(program::lines(runLeftovers(QStringLiteral("nothing"), QString()).errors), QStringList(line));
@@ -507,7 +507,7 @@ void TestSimulatedPlatform::saysThatItIsSimulated()
     QCOMPARE(runLeftovers(QStringLiteral("nothing"), QStringLiteral("qzaudio.simulator.info=false")).errors, QString());
 }
 
-void TestSimulatedPlatform::reverseGear()
+void SimulatedPlatformTest::reverseGear()
 {
     QSignalSpy reported(zelmcu::ZEL_McuService::instance(), &zelmcu::ZEL_McuService::mcuBackCarSetMute);
     QSignalSpy changed(m_platform, &Platform::reverseGearChanged);
@@ -519,7 +519,7 @@ void TestSimulatedPlatform::reverseGear()
     QVERIFY(!m_platform->reverseGear());
 }
 
-void TestSimulatedPlatform::homeUiType()
+void SimulatedPlatformTest::homeUiType()
 {
     QSignalSpy changed(m_platform, &Platform::homeUiTypeChanged);
     QCOMPARE(vd::SettingsProvider::instance()->getHomeUiType(), 0);
@@ -531,7 +531,7 @@ void TestSimulatedPlatform::homeUiType()
     QCOMPARE(vd::SettingsProvider::instance()->getHomeUiType(), -3);
 }
 
-void TestSimulatedPlatform::callsTakeTime()
+void SimulatedPlatformTest::callsTakeTime()
 {
     QCOMPARE(m_platform->callDuration(), 0);
     m_platform->setCallDuration(-1);
@@ -544,7 +544,7 @@ void TestSimulatedPlatform::callsTakeTime()
     QVERIFY(m_platform->now() - start >= 6);
 }
 
-void TestSimulatedPlatform::resetBringsEverythingBack()
+void SimulatedPlatformTest::resetBringsEverythingBack()
 {
     qInstallMessageHandler(recordCritical);
     const QVector<simulator::StateItem> before = m_platform->chip()->stateTable();
@@ -578,7 +578,7 @@ void TestSimulatedPlatform::resetBringsEverythingBack()
     }
 }
 
-void TestSimulatedPlatform::heldObjectsSurviveReset()
+void SimulatedPlatformTest::heldObjectsSurviveReset()
 {
     const int aliveBefore = m_platform->books()->alive(ObjectKind::Source);
     Source *const held = createSource();
@@ -597,5 +597,5 @@ void TestSimulatedPlatform::heldObjectsSurviveReset()
     QCOMPARE(m_platform->books()->problems(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestSimulatedPlatform)
+QTEST_GUILESS_MAIN(SimulatedPlatformTest)
 #include "tst_simulatedplatform.moc"

@@ -17,7 +17,7 @@
 
 using simulator::VirtualClock;
 
-class TestVirtualClock : public QObject
+class VirtualClockTest : public QObject
 {
     Q_OBJECT
 
@@ -55,13 +55,13 @@ private:
     qint64 m_start = 0;
 };
 
-void TestVirtualClock::init()
+void VirtualClockTest::init()
 {
     m_clock->setIdle(VirtualClock::Idle::Advance);
     m_start = m_clock->now();
 }
 
-void TestVirtualClock::singleShot_data()
+void VirtualClockTest::singleShot_data()
 {
     QTest::addColumn<int>("interval");
     QTest::addColumn<Qt::TimerType>("type");
@@ -73,7 +73,7 @@ void TestVirtualClock::singleShot_data()
     QTest::newRow("the longest") << std::numeric_limits<int>::max() << Qt::CoarseTimer;
 }
 
-void TestVirtualClock::singleShot()
+void VirtualClockTest::singleShot()
 {
     QFETCH(int, interval);
     QFETCH(Qt::TimerType, type);
@@ -94,7 +94,7 @@ void TestVirtualClock::singleShot()
     QCOMPARE(elapsed(), 2 * qint64(interval));
 }
 
-void TestVirtualClock::repeating()
+void VirtualClockTest::repeating()
 {
     QTimer timer;
     QList<qint64> instants;
@@ -107,7 +107,7 @@ void TestVirtualClock::repeating()
     QCOMPARE(elapsed(), qint64(200));
 }
 
-void TestVirtualClock::restarted()
+void VirtualClockTest::restarted()
 {
     QTimer timer;
     timer.setSingleShot(true);
@@ -125,7 +125,7 @@ void TestVirtualClock::restarted()
     QCOMPARE(timeout.count(), 1);
 }
 
-void TestVirtualClock::stoppedBySlot()
+void VirtualClockTest::stoppedBySlot()
 {
     QTimer timer;
     int turns = 0;
@@ -138,7 +138,7 @@ void TestVirtualClock::stoppedBySlot()
     QCOMPARE(turns, 2);
 }
 
-void TestVirtualClock::orderOfDeadlines()
+void VirtualClockTest::orderOfDeadlines()
 {
     QStringList order;
     const auto note = [&order](const char *name) { return [&order, name] { order += QLatin1String(name); }; };
@@ -150,7 +150,7 @@ void TestVirtualClock::orderOfDeadlines()
     QCOMPARE(order, QStringList({QStringLiteral("10"), QStringLiteral("15"), QStringLiteral("20 first"), QStringLiteral("20 second")}));
 }
 
-void TestVirtualClock::startedInsideSlot()
+void VirtualClockTest::startedInsideSlot()
 {
     QList<qint64> instants;
     QTimer::singleShot(10, this, [this, &instants] {
@@ -165,7 +165,7 @@ void TestVirtualClock::startedInsideSlot()
     QCOMPARE(instants.last(), qint64(21));
 }
 
-void TestVirtualClock::nestedAdvance()
+void VirtualClockTest::nestedAdvance()
 {
     QStringList order;
     QTimer timer;
@@ -183,7 +183,7 @@ void TestVirtualClock::nestedAdvance()
     QCOMPARE(order.last(), QStringLiteral("outer 40"));
 }
 
-void TestVirtualClock::zeroTimers()
+void VirtualClockTest::zeroTimers()
 {
     QTimer timer;
     QSignalSpy timeout(&timer, &QTimer::timeout);
@@ -206,7 +206,7 @@ void TestVirtualClock::zeroTimers()
     QCOMPARE(onceTimeout.count(), 1);
 }
 
-void TestVirtualClock::postedEventsBetweenTimers()
+void VirtualClockTest::postedEventsBetweenTimers()
 {
     QStringList order;
     QTimer::singleShot(10, this, [this, &order] {
@@ -221,7 +221,7 @@ void TestVirtualClock::postedEventsBetweenTimers()
     QCOMPARE(order, QStringList({QStringLiteral("before"), QStringLiteral("first"), QStringLiteral("posted"), QStringLiteral("second")}));
 }
 
-void TestVirtualClock::deletedBetween()
+void VirtualClockTest::deletedBetween()
 {
     auto *const doomed = new QTimer(this);
     QSignalSpy timeout(doomed, &QTimer::timeout);
@@ -241,7 +241,7 @@ void TestVirtualClock::deletedBetween()
     QCOMPARE(*turns, 1);
 }
 
-void TestVirtualClock::remainingAndRegistered()
+void VirtualClockTest::remainingAndRegistered()
 {
     QTimer timer;
     timer.setTimerType(Qt::CoarseTimer);
@@ -263,7 +263,7 @@ void TestVirtualClock::remainingAndRegistered()
     QVERIFY(!m_clock->unregisterTimer(123456));
 }
 
-void TestVirtualClock::processEventsKeepsTime()
+void VirtualClockTest::processEventsKeepsTime()
 {
     QTimer timer;
     QSignalSpy timeout(&timer, &QTimer::timeout);
@@ -276,7 +276,7 @@ void TestVirtualClock::processEventsKeepsTime()
     QCOMPARE(elapsed(), qint64(0));
 }
 
-void TestVirtualClock::blockedTime()
+void VirtualClockTest::blockedTime()
 {
     QTimer timer;
     QList<qint64> instants;
@@ -290,7 +290,7 @@ void TestVirtualClock::blockedTime()
     QCOMPARE(instants, QList<qint64>({35, 40}));
 }
 
-void TestVirtualClock::hasPendingEvents()
+void VirtualClockTest::hasPendingEvents()
 {
     QCoreApplication::processEvents();
     QVERIFY(!m_clock->hasPendingEvents());
@@ -307,7 +307,7 @@ void TestVirtualClock::hasPendingEvents()
     QVERIFY(!m_clock->hasPendingEvents());
 }
 
-void TestVirtualClock::execJumpsToDeadline()
+void VirtualClockTest::execJumpsToDeadline()
 {
     QElapsedTimer real;
     real.start();
@@ -322,7 +322,7 @@ void TestVirtualClock::execJumpsToDeadline()
     QVERIFY(real.elapsed() < 60'000);
 }
 
-void TestVirtualClock::execWaitsForThread()
+void VirtualClockTest::execWaitsForThread()
 {
     QEventLoop loop;
     const std::unique_ptr<QThread> thread(QThread::create([&loop] {
@@ -335,7 +335,7 @@ void TestVirtualClock::execWaitsForThread()
     QCOMPARE(elapsed(), qint64(0));
 }
 
-void TestVirtualClock::idleWait()
+void VirtualClockTest::idleWait()
 {
     m_clock->setIdle(VirtualClock::Idle::Wait);
     QCOMPARE(m_clock->idle(), VirtualClock::Idle::Wait);
@@ -353,7 +353,7 @@ void TestVirtualClock::idleWait()
     QCOMPARE(timeout.count(), 1);
 }
 
-void TestVirtualClock::descriptors()
+void VirtualClockTest::descriptors()
 {
     std::array<int, 2> ends = {};
     QCOMPARE(pipe(ends.data()), 0);
@@ -386,7 +386,7 @@ void TestVirtualClock::descriptors()
     ::close(ends[1]);
 }
 
-void TestVirtualClock::processRuns()
+void VirtualClockTest::processRuns()
 {
     QProcess process;
     QEventLoop loop;
@@ -399,7 +399,7 @@ void TestVirtualClock::processRuns()
     QCOMPARE(process.readAll(), QByteArray("through the event loop"));
 }
 
-void TestVirtualClock::longDrive()
+void VirtualClockTest::longDrive()
 {
     QTimer timer;
     QSignalSpy timeout(&timer, &QTimer::timeout);
@@ -408,7 +408,7 @@ void TestVirtualClock::longDrive()
     QCOMPARE(timeout.count(), 12'000);
 }
 
-void TestVirtualClock::journalTime()
+void VirtualClockTest::journalTime()
 {
     using namespace audio::SPAudioSetting;
     simulator::Platform *const platform = simulator::Platform::instance();
@@ -420,7 +420,7 @@ void TestVirtualClock::journalTime()
     QCOMPARE(platform->journal()->entries().at(0).time, m_start + 250);
 }
 
-void TestVirtualClock::slowPlatform()
+void VirtualClockTest::slowPlatform()
 {
     using namespace audio::SPAudioSetting;
     simulator::Platform *const platform = simulator::Platform::instance();
@@ -452,7 +452,7 @@ int main(int argc, char **argv)
 {
     VirtualClock::install();
     QCoreApplication application(argc, argv);
-    TestVirtualClock test;
+    VirtualClockTest test;
     const int result = QTest::qExec(&test, argc, argv);
     lateTimer()->start(1000);
     return result;

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FLASH_H
+#define FLASH_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>
@@ -33,3 +34,5 @@ Entries entries();
 QByteArray fullSettings();
 
 } // namespace flash
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef POWERCUT_H
+#define POWERCUT_H
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -41,3 +42,5 @@ struct FaultyRun
 FaultyRun runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped);
 
 } // namespace powercut
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SETTINGSPROCESS_H
+#define SETTINGSPROCESS_H
 
 #include <program.h>
 
@@ -20,3 +21,5 @@ std::unique_ptr<QProcess> start(const QStringList &arguments);
 QString storedValue(const QString &group, const QString &key);
 
 } // namespace settingsprocess
+
+#endif

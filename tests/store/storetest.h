@@ -1,4 +1,5 @@
-#pragma once
+#ifndef STORETEST_H
+#define STORETEST_H
 
 #include <logrecorder.h>
 #include <platform.h>
@@ -27,3 +28,5 @@ private Q_SLOTS:
     void init();
     void cleanup();
 };
+
+#endif

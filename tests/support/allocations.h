@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ALLOCATIONS_H
+#define ALLOCATIONS_H
 
 /**
  * Number of blocks that this thread has asked the heap for.
@@ -7,3 +8,5 @@
  * sanitizer's where a sanitizer brings its own.
  */
 int allocationCount();
+
+#endif

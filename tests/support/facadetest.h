@@ -1,4 +1,5 @@
-#pragma once
+#ifndef FACADETEST_H
+#define FACADETEST_H
 
 #include "logrecorder.h"
 
@@ -39,3 +40,5 @@ private:
     int m_volumesBefore = 0;
     int m_appsBefore = 0;
 };
+
+#endif

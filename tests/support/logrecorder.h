@@ -1,4 +1,5 @@
-#pragma once
+#ifndef LOGRECORDER_H
+#define LOGRECORDER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
@@ -35,3 +36,5 @@ public:
 private:
     Q_DISABLE_COPY(LogRecorder)
 };
+
+#endif

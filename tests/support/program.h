@@ -1,4 +1,5 @@
-#pragma once
+#ifndef PROGRAM_H
+#define PROGRAM_H
 
 #include <QtCore/QProcess>
 #include <QtCore/QString>
@@ -36,3 +37,5 @@ void start(QProcess &process, const QStringList &commandLine);
 QStringList lines(const QString &output);
 
 } // namespace program
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef SITUATIONEXPECTATIONS_H
+#define SITUATIONEXPECTATIONS_H
 
 #include <QtCore/QList>
 #include <QtCore/QString>
@@ -161,3 +162,5 @@ inline QList<int> channelsOfType(int type)
 }
 
 } // namespace expectation
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef TEXTS_H
+#define TEXTS_H
 
 #include <QtCore/QString>
 
@@ -7,3 +8,5 @@ inline QString operator""_s(const char *text, std::size_t size)
 {
     return QString::fromUtf8(text, static_cast<int>(size));
 }
+
+#endif
