@@ -57,11 +57,12 @@ QVector<Command::Option> HelpCommand::options() const
 
 QString HelpCommand::details() const
 {
-    return QStringLiteral("Tells all about a command; without one, lists the commands.\n"
-                          "\n"
-                          "A shell that completes a command line gives its words but the program's up to the one at the cursor, "
-                          "which may be empty. The first line of the answer is FILE or DIR where also the path of a file or a folder fits, "
-                          "else empty; each further one is a word that fits.\n");
+    return QStringLiteral(
+        "Tells all about a command; without one, lists the commands. Knows what scenarios can call, too: AudioPolicy, AudioPolicy.setVolume.\n"
+        "\n"
+        "A shell that completes a command line gives its words but the program's up to the one at the cursor, "
+        "which may be empty. The first line of the answer is FILE or DIR where also the path of a file or a folder fits, "
+        "else empty; each further one is a word that fits.\n");
 }
 
 Command::Completions HelpCommand::completions(const QStringList &before) const

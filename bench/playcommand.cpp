@@ -196,6 +196,11 @@ Command::Completions PlayCommand::completions(const QStringList & /*before*/) co
     return {names, QStringLiteral("FILE")};
 }
 
+const HelpTopics *PlayCommand::helpTopics() const
+{
+    return &m_scriptHelp;
+}
+
 bool PlayCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
 {
     return parsed.isSet(QStringLiteral("in-process")) && !parsed.isSet(QStringLiteral("realtime"));

@@ -2,6 +2,7 @@
 #define PLAYCOMMAND_H
 
 #include "command.h"
+#include "scripthelp.h"
 
 #include <optional>
 
@@ -20,6 +21,7 @@ public:
     QString details() const override;
     QVector<Ending> endings() const override;
     Completions completions(const QStringList &before) const override;
+    const HelpTopics *helpTopics() const override;
     bool wantsVirtualTime(const QCommandLineParser &parsed) const override;
     int run(const QCommandLineParser &parsed) override;
 
@@ -47,6 +49,8 @@ private:
     static int playInProcess(const Request &request, const QString &file, int resultsTo);
     static int playAll(const Request &given, const QStringList &words);
     static QStringList optionsFor(const Request &request);
+
+    ScriptHelp m_scriptHelp;
 };
 
 #endif

@@ -92,10 +92,13 @@ if(QZAUDIO_WITH_QML)
         LIBRARY DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio/Simulator
         COMPONENT qml
     )
-    install(FILES qml/qmldir DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio COMPONENT qml)
-    install(FILES qml/qmldir.simulator
+    # As they lie in the build folder, under the names that QML looks for.
+    install(FILES ${PROJECT_BINARY_DIR}/qml/QzAudio/qmldir ${PROJECT_BINARY_DIR}/qml/QzAudio/plugins.qmltypes
+        DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio
+        COMPONENT qml
+    )
+    install(FILES ${PROJECT_BINARY_DIR}/qml/QzAudio/Simulator/qmldir ${PROJECT_BINARY_DIR}/qml/QzAudio/Simulator/plugins.qmltypes
         DESTINATION ${QZAUDIO_QML_INSTALL_DIR}/QzAudio/Simulator
-        RENAME qmldir
         COMPONENT qml
     )
     qzaudio_find_siblings(qzaudio-bench ${CMAKE_INSTALL_BINDIR})

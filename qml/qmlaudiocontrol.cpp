@@ -12,23 +12,23 @@ namespace
 {
 
 constexpr policynames::Number tags[] = {
-    {AudioControl::Main, "Main", "the front seats"},
-    {AudioControl::Second, "Second", "the rear earphones"},
-    {AudioControl::Alternative, "Alternative", "prompts and calls over the main audio"},
-    {AudioControl::Uplink, "Uplink", "what the other end of a call hears"},
-    {AudioControl::Input0, "Input0", "the first recording track"},
-    {AudioControl::Input1, "Input1", "the second recording track"},
-    {AudioControl::Input2, "Input2", "the third recording track"},
-    {AudioControl::MainIm, "MainIm", "the main audio, mixed in at once"},
+    {AudioControl::Main, "Main", "main"},
+    {AudioControl::Second, "Second", "second, the rear seats"},
+    {AudioControl::Alternative, "Alternative", "alternative: prompts and calls over the main audio"},
+    {AudioControl::Uplink, "Uplink", "uplink"},
+    {AudioControl::Input0, "Input0", "input0"},
+    {AudioControl::Input1, "Input1", "input1"},
+    {AudioControl::Input2, "Input2", "input2"},
+    {AudioControl::MainIm, "MainIm", "main_im"},
 };
 
 constexpr policynames::Number outputChannels[] = {
-    {AudioControl::LeftFront, "LeftFront", "the loudspeaker at the driver's or passenger's left"},
+    {AudioControl::LeftFront, "LeftFront", "front left"},
     {AudioControl::RightFront, "RightFront", "front right"},
     {AudioControl::LeftRear, "LeftRear", "rear left"},
     {AudioControl::RightRear, "RightRear", "rear right"},
-    {AudioControl::FifthOutput, "FifthOutput", "the fifth output"},
-    {AudioControl::SixthOutput, "SixthOutput", "the sixth output"},
+    {AudioControl::FifthOutput, "FifthOutput", "the fifth, outside fade and balance"},
+    {AudioControl::SixthOutput, "SixthOutput", "the sixth, outside fade and balance"},
 };
 
 /// A number is a tag, anything else a platform track.

@@ -2,6 +2,10 @@
 #include <exitstatus.h>
 #include <helptext.h>
 #include <helptopics.h>
+#include <qmlaudiocontrol.h>
+#include <qmlaudiopolicy.h>
+#include <qmlaudiosettings.h>
+#include <qmlplatform.h>
 
 #include <QtTest/QtTest>
 
@@ -82,6 +86,9 @@ private Q_SLOTS:
     void completions_data();
     void completions();
     void everyCommand();
+    void scriptOperations_data();
+    void scriptOperations();
+    void everyScriptOperation();
 
 private:
     CommandList commands;
@@ -227,6 +234,53 @@ void BenchHelpTest::everyCommand()
         QCOMPARE(findCommand(own, command->name()), command.get());
         QVERIFY2(!command->summary().isEmpty() && !command->details().isEmpty(), qPrintable(command->name()));
         QVERIFY2(command->details().endsWith(QLatin1Char('\n')), qPrintable(command->name()));
+    }
+}
+
+void BenchHelpTest::scriptOperations_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("parts");
+
+    const auto row = [](const char *name, const QStringList &parts) { QTest::newRow(name) << QString::fromLatin1(name) << parts; };
+    row("AudioPolicy.setVolume",
+        {QStringLiteral("AudioPolicy.setVolume(type, volume, save)\n"),
+         QStringLiteral("\n  type          a whole number from -2147483648 to 2147483647: AudioPolicy.Media\n                0, AudioPolicy.Prompt 1,"),
+         QStringLiteral("\n  save          true or false\n"),
+         QStringLiteral("\n  gives         nothing\n")});
+    row("AudioControl.changeAlterStepVolume",
+        {QStringLiteral("changeAlterStepVolume(up, current)\n"), QStringLiteral("from 0 to 255"), QStringLiteral("gives         {result, step}\n")});
+    row("AudioPolicy.getMicCalibrationGain", {QStringLiteral("gives         {first, second}\n")});
+    row("AudioPolicy.updateAudioStatus", {QStringLiteral("AudioPolicy.StatusBtTelephony\n                2,")});
+    row("AudioSettings.data", {QStringLiteral("defaultValue  anything\n")});
+    row("Platform.isMuted", {QStringLiteral("Platform.isMuted(track)\n"), QStringLiteral("gives         true or false\n")});
+    row("Platform", {QStringLiteral("Platform, the car:\n"), QStringLiteral("\n  isMuted(track)")});
+}
+
+void BenchHelpTest::scriptOperations()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, parts);
+
+    const CommandList own = knownCommands();
+    const QString text = HelpText::on(name, own).value_or(QString());
+    for (const QString &part : qAsConst(parts))
+        QVERIFY2(text.contains(part), qPrintable(text));
+    const QString misspelled = HelpText::unknown(name + QLatin1Char('x'), HelpText::names(own));
+    QVERIFY2(misspelled.endsWith(QLatin1String("; the nearest is ") + name), qPrintable(misspelled));
+}
+
+void BenchHelpTest::everyScriptOperation()
+{
+    const CommandList own = knownCommands();
+    for (const ScriptType *const type :
+         {&QmlAudioControl::scriptType(), &QmlAudioPolicy::scriptType(), &QmlAudioSettings::scriptType(), &QmlPlatform::scriptType()}) {
+        QVERIFY(!type->operations().isEmpty());
+        for (const ScriptOperation &operation : type->operations()) {
+            const QString name = type->name() + QLatin1Char('.') + QLatin1String(operation.name);
+            const QString text = HelpText::on(name, own).value_or(QString());
+            QVERIFY2(!operation.help.isEmpty() && text.contains(operation.signature()), qPrintable(name));
+        }
     }
 }
 

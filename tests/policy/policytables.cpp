@@ -1,5 +1,6 @@
 #include <audiocontroltables.h>
 #include <audiodatabasetables.h>
+#include <documenttables.h>
 #include <policynames.h>
 #include <situationtables.h>
 #include <zelaudiomanagertables.h>
@@ -18,8 +19,7 @@
  *
  *   policy_tables [--check] DOCUMENT
  *
- * Each table stands between the lines "<!-- table: NAME -->" and "<!-- end of table -->". With --check nothing is written, and the
- * exit status is 1 when document and library disagree.
+ * With --check nothing is written, and the exit status is 1 when document and library disagree.
  */
 
 namespace
@@ -246,72 +246,16 @@ QMap<QString, QStringList> allTables()
     };
 }
 
-struct Renewal
-{
-    QStringList lines; ///< the document as it has to be
-    QStringList problems;
-    QStringList outdated; ///< names of the tables that differ
-};
-
-Renewal renewed(const QStringList &document)
-{
-    const QString begin = QStringLiteral("<!-- table: ");
-    const QString end = QStringLiteral("<!-- end of table -->");
-    QMap<QString, QStringList> missing = allTables();
-    Renewal renewal;
-    for (int i = 0; i < document.size(); ++i) {
-        renewal.lines += document.at(i);
-        if (!document.at(i).startsWith(begin))
-            continue;
-        const QString name = document.at(i).mid(begin.size()).section(QLatin1String(" -->"), 0, 0);
-        const int last = document.indexOf(end, i);
-        if (!missing.contains(name) || last < 0) {
-            renewal.problems += QStringLiteral("line %1: there is no table \"%2\", or it stands twice, or it does not end").arg(i + 1).arg(name);
-            continue;
-        }
-        const QStringList table = missing.take(name);
-        if (document.mid(i + 1, last - i - 1) != table)
-            renewal.outdated += name;
-        renewal.lines += table;
-        i = last - 1;
-    }
-    const QStringList names = missing.keys();
-    for (const QString &name : names)
-        renewal.problems += QStringLiteral("the table \"%1\" is missing").arg(name);
-    return renewal;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QTextStream error(stderr);
-    const bool check = argc == 3 && std::strcmp(argv[1], "--check") == 0;
-    if (argc != 2 && !check) {
-        error << "Usage: policy_tables [--check] DOCUMENT" << Qt::endl;
+    const bool onlyCheck = argc == 3 && std::strcmp(argv[1], "--check") == 0;
+    if (argc != 2 && !onlyCheck) {
+        QTextStream(stderr) << "Usage: policy_tables [--check] DOCUMENT" << Qt::endl;
         return 2;
     }
-    QFile file(QFile::decodeName(argv[argc - 1]));
-    if (!file.open(QIODevice::ReadOnly)) {
-        error << file.fileName() << ": " << file.errorString() << Qt::endl;
-        return 2;
-    }
-    const Renewal renewal = renewed(QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')));
-    file.close();
-    for (const QString &problem : renewal.problems)
-        error << file.fileName() << ": " << problem << Qt::endl;
-    if (!renewal.problems.isEmpty())
-        return 1;
-    if (check) {
-        for (const QString &name : renewal.outdated)
-            error << file.fileName() << ": the table \"" << name << "\" is not the library's; tools/policy-tables renews it" << Qt::endl;
-        return renewal.outdated.isEmpty() ? 0 : 1;
-    }
-    if (renewal.outdated.isEmpty())
-        return 0;
-    if (!file.open(QIODevice::WriteOnly) || file.write(renewal.lines.join(QLatin1Char('\n')).toUtf8()) < 0 || !file.flush()) {
-        error << file.fileName() << ": " << file.errorString() << Qt::endl;
-        return 2;
-    }
-    return 0;
+    DocumentTables tables(onlyCheck, "tools/policy-tables");
+    tables.renewTables(QFile::decodeName(argv[argc - 1]), allTables());
+    return tables.exitStatus();
 }
