@@ -23,12 +23,13 @@ QString ScriptOperation::signature() const
 QString ScriptOperation::resultFields() const
 {
     QByteArrayList fields;
-    if (call.givesResult)
-        fields.append(resultName);
     for (int i = 0; i < call.count; ++i) {
         if (call.parameters[i].isOutput)
             fields.append(names.at(i));
     }
+    // A result with a name of its own belongs behind the others.
+    if (call.givesResult)
+        fields.insert(resultName == "result" ? 0 : fields.size(), resultName);
     return fields.size() < 2 ? QString() : QLatin1Char('{') + QLatin1String(fields.join(", ")) + QLatin1Char('}');
 }
 

@@ -245,13 +245,13 @@ void BenchHelpTest::scriptOperations_data()
     const auto row = [](const char *name, const QStringList &parts) { QTest::newRow(name) << QString::fromLatin1(name) << parts; };
     row("AudioPolicy.setVolume",
         {QStringLiteral("AudioPolicy.setVolume(type, volume, save)\n"),
-         QStringLiteral("\n  type          a whole number from -2147483648 to 2147483647: AudioPolicy.Media\n                0, AudioPolicy.Prompt 1,"),
+         QStringLiteral("\n  type          a whole number from -2147483648 to 2147483647: AudioPolicy.Media"),
          QStringLiteral("\n  save          true or false\n"),
          QStringLiteral("\n  gives         nothing\n")});
     row("AudioControl.changeAlterStepVolume",
         {QStringLiteral("changeAlterStepVolume(up, current)\n"), QStringLiteral("from 0 to 255"), QStringLiteral("gives         {result, step}\n")});
     row("AudioPolicy.getMicCalibrationGain", {QStringLiteral("gives         {first, second}\n")});
-    row("AudioPolicy.updateAudioStatus", {QStringLiteral("AudioPolicy.StatusBtTelephony\n                2,")});
+    row("AudioPolicy.updateAudioStatus", {QStringLiteral("AudioPolicy.StatusBtTelephony")});
     row("AudioSettings.data", {QStringLiteral("defaultValue  anything\n")});
     row("Platform.isMuted", {QStringLiteral("Platform.isMuted(track)\n"), QStringLiteral("gives         true or false\n")});
     row("Platform", {QStringLiteral("Platform, the car:\n"), QStringLiteral("\n  isMuted(track)")});
