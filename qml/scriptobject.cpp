@@ -37,7 +37,7 @@ void ScriptType::read(const ScriptRow *table, std::size_t size)
 {
     QString group;
     for (const ScriptRow *row = table; row != table + size; ++row) {
-        if (row->call.run == nullptr) {
+        if (!row->call.run) {
             group = QLatin1String(row->name);
             continue;
         }

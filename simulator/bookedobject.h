@@ -1,6 +1,7 @@
 #ifndef BOOKEDOBJECT_H
 #define BOOKEDOBJECT_H
 
+#include "call.h"
 #include "objectkind.h"
 
 #include <QtCore/QString>
@@ -9,9 +10,16 @@ namespace simulator
 {
 
 /**
- * What the books keep of every object that was handed out.
+ * What the platform's objects have in common: what the books keep of each that was handed out, and how a call goes.
  *
  * A second base, after the platform's interface, so that the interface's table of operations comes first.
+ *
+ * A class of objects lists its operations as slots: moc makes of them the names that faults go by, and knows which of them write
+ * outputs. An operation whose arguments are those of a function of the chip is one line:
+ *
+ *     int setMasterVolume(unsigned char volume) override { return call(__func__, &AudioChip::setMasterVolume, volume); }
+ *
+ * Where they are not, a lambda with the same arguments stands between the two.
  */
 class BookedObject
 {
@@ -33,6 +41,19 @@ public:
     int number = 0; ///< among its kind, from 1
     bool isAlive = true;
     bool isForgiven = false; ///< alive at a reset: not reported at exit
+
+protected:
+    template<typename Request, typename... Arguments>
+    int call(const char *operation, const Request &request, Arguments &&...arguments) const
+    {
+        return Call(*this, operation).run(request, Call::argument(std::forward<Arguments>(arguments))...);
+    }
+
+    template<typename Request, typename... Arguments>
+    auto ask(const char *operation, const Request &request, Arguments &&...arguments) const
+    {
+        return Call(*this, operation).ask(request, Call::argument(std::forward<Arguments>(arguments))...);
+    }
 };
 
 } // namespace simulator

@@ -1,109 +1,62 @@
 #include "call.h"
 
+#include "bookedobject.h"
 #include "platform.h"
 
 namespace simulator
 {
 
-Call::Call(const BookedObject &object, Operation operation)
+Call::Call(const BookedObject &object, const char *operation)
     : m_object(object)
-    , m_operation(operation)
     , m_isRecorded(Platform::instance()->journal()->isEnabled())
 {
     m_entry.time = Platform::instance()->now();
     m_entry.kind = object.kind;
     m_entry.number = object.number;
-    m_entry.operation = QLatin1String(operationInfo(operation).name);
+    m_entry.operation = QLatin1String(operation);
 }
 
-Call &Call::argument(const QVariant &value, const QString &text, const QByteArray &record)
+AudioChip &Call::chip()
 {
-    m_entry.arguments += value;
+    return *Platform::instance()->chip();
+}
+
+void Call::add(const QVariant &argument, const QString &text)
+{
+    m_entry.arguments += argument;
     m_entry.argumentTexts += text;
-    if (!record.isEmpty())
-        m_entry.record = record;
-    return *this;
 }
 
-Call &Call::with(const QString &name)
-{
-    return m_isRecorded ? argument(name.isNull() ? QVariant() : QVariant(name), quotedText(name)) : *this;
-}
-
-Call &Call::with(bool value)
-{
-    return m_isRecorded ? argument(value, value ? QStringLiteral("true") : QStringLiteral("false")) : *this;
-}
-
-Call &Call::with(int value)
-{
-    return m_isRecorded ? argument(value, QString::number(value)) : *this;
-}
-
-Call &Call::with(unsigned int value)
-{
-    return m_isRecorded ? argument(value, QString::number(value)) : *this;
-}
-
-Call &Call::with(unsigned char value)
-{
-    return with(int(value));
-}
-
-Call &Call::with(float value)
-{
-    return m_isRecorded ? argument(value, floatText(value)) : *this;
-}
-
-void Call::output(const QVariant &value)
-{
-    m_entry.outputs += value;
-}
-
-Call::Answer Call::admit()
+std::optional<int> Call::refuse()
 {
     Platform *const platform = Platform::instance();
     platform->passCallDuration();
     if (!m_object.isAlive) {
         platform->books()->addProblem(m_object.name() + QLatin1Char('.') + m_entry.operation + QLatin1String(" is called after its destroy"));
         m_entry.note = refusalText(ObjectDestroyed);
-        return {false, ObjectDestroyed};
+        return ObjectDestroyed;
     }
-    if (const std::optional<int> fault = platform->faults()->takeFault(m_operation)) {
-        m_entry.note = QStringLiteral("injected fault");
-        return {false, *fault};
-    }
-    return {true, 0};
+    const std::optional<Faults::Order> order = platform->faults()->takeFault(m_object.kind, m_entry.operation);
+    if (!order)
+        return std::nullopt;
+    m_entry.note = QStringLiteral("injected fault");
+    if (!order->isAfterWriting)
+        return order->code;
+    m_faultAfterWriting = order->code;
+    return std::nullopt;
 }
 
-void Call::finish(const QVariant &result)
+int Call::judge(int code)
 {
-    m_entry.result = result;
-    Platform::instance()->journal()->append(m_entry);
-}
-
-int Call::run(const std::function<int(AudioChip &)> &request)
-{
-    const Answer answer = admit();
-    int code = answer.fault;
-    if (answer.isDone) {
-        code = request(*Platform::instance()->chip());
-        m_entry.note = refusalText(code);
-    }
-    finish(code);
+    if (m_faultAfterWriting)
+        return *m_faultAfterWriting;
+    m_entry.note = refusalText(code);
     return code;
 }
 
-Call::Answer Call::query(const std::function<QVariant(AudioChip &)> &request)
+void Call::write() const
 {
-    const Answer answer = admit();
-    QVariant result;
-    if (answer.isDone)
-        result = request(*Platform::instance()->chip());
-    else if (m_operation == Operation::QueryAlterNumber)
-        result = answer.fault;
-    finish(result);
-    return answer;
+    Platform::instance()->journal()->append(m_entry);
 }
 
 } // namespace simulator

@@ -2,7 +2,6 @@
 #define JOURNAL_H
 
 #include "journalentry.h"
-#include "operations.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QVector>
@@ -24,7 +23,7 @@ namespace simulator
  *     Volume#4.destroy()
  *
  * - Arguments in the order of the signature. Pointers to results are left out; what was written through them follows the code
- *   after a comma, on success only.
+ *   after a comma: on success, and where a fault was ordered that comes after writing.
  * - Names in double quotes, a null name as null; true and false; integers in decimal.
  * - Floating-point numbers with the fewest digits that read back the same: 80, 4.8, -0.5, nan, inf.
  * - Records field by field in the order of their declaration, arrays in []. Reserved fields appear only where one is not 0, and

@@ -25,8 +25,8 @@ QString operationText(const JournalEntry &entry)
     else
         result += QString::number(entry.result.toInt());
     for (const QVariant &output : entry.outputs) {
-        const bool isFloat = output.userType() == QMetaType::Float;
-        result += QLatin1String(", ") + (isFloat ? floatText(output.toFloat()) : QString::number(output.toLongLong()));
+        const bool isFloat = output.userType() == QMetaType::Double;
+        result += QLatin1String(", ") + (isFloat ? floatText(output.toFloat()) : QString::number(output.toInt()));
     }
     return result;
 }

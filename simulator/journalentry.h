@@ -23,7 +23,7 @@ struct JournalEntry
     QStringList argumentTexts; ///< the same, as line() prints them
     QByteArray record; ///< bytes of the record that was passed by address, empty where none was
     QVariant result; ///< int code, QString or an invalid value (a null name or object, no result)
-    QVariantList outputs; ///< what was written through the caller's pointers; empty unless the call succeeded
+    QVariantList outputs; ///< what was written through the caller's pointers; empty where the chip refused
     QString note; ///< why the call was refused, or that a fault was injected; empty on success
 
     /// "Volume#3", or "Volume" where there is no object.

@@ -5,18 +5,26 @@
 
 #include <spaudiosetting.h>
 
+#include <QtCore/QObject>
+
 namespace simulator
 {
 
 /// The platform's Mixer on the simulated chip.
 class MixerObject final : public audio::SPAudioSetting::Mixer, public BookedObject
 {
+    Q_GADGET
+
 public:
     static constexpr ObjectKind staticKind = ObjectKind::Mixer;
 
-    MixerObject();
+    MixerObject()
+        : BookedObject(staticKind)
+    {
+    }
 
-    int setFrontRearMode(int mode) override;
+public Q_SLOTS:
+    int setFrontRearMode(int mode) override { return call(__func__, &AudioChip::setFrontRearMode, mode); }
 };
 
 } // namespace simulator

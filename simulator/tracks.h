@@ -17,22 +17,23 @@ inline bool isTrack(const QString &name)
     return std::any_of(trackNames.cbegin(), trackNames.cend(), [&name](const char *track) { return name == QLatin1String(track); });
 }
 
-/// Output channels by bit. The last two have no gain in fade and balance.
+/// Output channels by bit.
 struct OutputChannel
 {
     quint32 bit;
     const char *name;
-    bool hasGain;
 };
 
 constexpr std::array<OutputChannel, 6> outputChannels = {{
-    {1, "left front", true},
-    {2, "right front", true},
-    {4, "left rear", true},
-    {8, "right rear", true},
-    {16, "fifth output", false},
-    {32, "sixth output", false},
+    {1, "left front"},
+    {2, "right front"},
+    {4, "left rear"},
+    {8, "right rear"},
+    {16, "fifth output"},
+    {32, "sixth output"},
 }};
+
+constexpr std::size_t gainChannelCount = 4; ///< the first ones: those that have a gain in fade and balance
 
 constexpr quint32 allOutputBits = 0x3F; ///< the six channels
 constexpr quint32 everyOutput = 0xFFFF; ///< how callers address all of them

@@ -10,6 +10,11 @@ OperationTest::Given OperationTest::refused(const char *operation, int code)
     return [operation, code](OperationTest &test) { QVERIFY(test.platform->faults()->fail(QString::fromLatin1(operation), code)); };
 }
 
+OperationTest::Given OperationTest::refusedAfterWriting(const char *operation, int code)
+{
+    return [operation, code](OperationTest &test) { QVERIFY(test.platform->faults()->failAfterWriting(QString::fromLatin1(operation), code)); };
+}
+
 OperationTest::Given OperationTest::refusedOnce(const char *operation, int code, int n)
 {
     return [operation, code, n](OperationTest &test) { QVERIFY(test.platform->faults()->fail(QString::fromLatin1(operation), code, n)); };

@@ -43,6 +43,8 @@ protected:
     // What is wrong with the platform
     /// Every call of an operation fails.
     static Given refused(const char *operation, int code);
+    /// Every call of an operation writes its outputs and fails all the same.
+    static Given refusedAfterWriting(const char *operation, int code);
     /// Only the n-th call of an operation fails, counted from 1.
     static Given refusedOnce(const char *operation, int code, int n);
     /// The platform makes no more objects of a kind.

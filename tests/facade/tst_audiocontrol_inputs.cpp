@@ -248,10 +248,10 @@ void AudioControlInputsTest::getAuxinChannel_data()
                {info("get AuxinChannel "), info(QStringLiteral("get auxin pin success %1").arg(pin))});
     }
     addRow("refused: channel 0 whatever the pin is",
-           {onPin(4), refused("Source.getInputSelectPin", 7)},
+           {onPin(4), refusedAfterWriting("Source.getInputSelectPin", 7)},
            auxin,
            0,
-           fresh("Source", {"Source.getInputSelectPin(1) -> 7"_s}),
+           fresh("Source", {"Source.getInputSelectPin(1) -> 7, 4"_s}),
            {info("get AuxinChannel "), error("get auxin pin error 7")});
     addRow("no Source can be made: channel 0",
            {onPin(4), noneMade("Source")},

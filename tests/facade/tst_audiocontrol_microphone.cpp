@@ -186,6 +186,12 @@ void AudioControlMicrophoneTest::getMicAnalogGain_data()
            QVariantList{7, -77.0, -78.0},
            fresh("Volume", {"Volume.getMicAnalogGain() -> 7"_s}),
            {});
+    addRow("refused after writing",
+           {gains, refusedAfterWriting("Volume.getMicAnalogGain", 7)},
+           getAnalogGain,
+           QVariantList{7, 4.5, -3.0},
+           fresh("Volume", {"Volume.getMicAnalogGain() -> 7, 4.5, -3"_s}),
+           {});
     addRow("no Volume can be made",
            {noneMade("Volume")},
            getAnalogGain,
@@ -267,6 +273,12 @@ void AudioControlMicrophoneTest::getMicCalibrationGain_data()
            QVariantList{7, 0, 0},
            fresh("Volume", {"Volume.getMicCalibrationGain() -> 7"_s}),
            {});
+    addRow("refused after writing",
+           {gains, refusedAfterWriting("Volume.getMicCalibrationGain", 7)},
+           getCalibration,
+           QVariantList{7, 12, -4},
+           fresh("Volume", {"Volume.getMicCalibrationGain() -> 7, 12, -4"_s}),
+           {});
     addRow("no Volume can be made: nothing is written",
            {noneMade("Volume")},
            getCalibration,
@@ -308,6 +320,12 @@ void AudioControlMicrophoneTest::getDownlinkDelayEstimation_data()
            getEstimation,
            QVariantList{7, -77},
            fresh("App", {"App.getDownlinkDelayEstimation() -> 7"_s}),
+           {asked});
+    addRow("refused after writing",
+           {found(120), refusedAfterWriting("App.getDownlinkDelayEstimation", 7)},
+           getEstimation,
+           QVariantList{7, 120},
+           fresh("App", {"App.getDownlinkDelayEstimation() -> 7, 120"_s}),
            {asked});
     addRow("no App can be made", {noneMade("App")}, getEstimation, QVariantList{-1, -77}, {notCreated("App")}, {error("Create audio source failed.")});
 }
@@ -404,6 +422,12 @@ void AudioControlMicrophoneTest::getMicrophoneTest_data()
            runTest({98, 99}),
            "98 99"_s,
            {"App.getMicrophoneTest(8) -> 7"_s},
+           {error("get microphone test error.ret: 7")});
+    addRow("refused after writing: the list stays",
+           {given, refusedAfterWriting("App.getMicrophoneTest", 7)},
+           runTest({98, 99}),
+           "98 99"_s,
+           {"App.getMicrophoneTest(8) -> 7, 1, 0, 65535, 4, 5, 6, 7, 8"_s},
            {error("get microphone test error.ret: 7")});
     addRow("without an App: the list stays", {startedWithoutObjects()}, runTest({98, 99}), "98 99"_s, {}, {error("get microphone test error.ret: -1")});
 }

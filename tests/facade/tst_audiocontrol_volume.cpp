@@ -213,6 +213,12 @@ void AudioControlVolumeTest::getStreamVolume_data()
            0,
            fresh("Volume", {R"(Volume.getTrackVolume("second", "S+GPS") -> 7)"_s}),
            {error(R"(get stream "second" "S+GPS" err 7)")});
+    addRow("the platform refuses after writing: what it wrote",
+           {holding(77), refusedAfterWriting("Volume.getTrackVolume", 7)},
+           get(1, "S+GPS_APP"),
+           77,
+           fresh("Volume", {R"(Volume.getTrackVolume("second", "S+GPS") -> 7, 77)"_s}),
+           {error(R"(get stream "second" "S+GPS" err 7)")});
     addRow("no Volume is made",
            {holding(77), noneMade("Volume")},
            get(1, "S+GPS_APP"),
@@ -276,6 +282,12 @@ void AudioControlVolumeTest::getMasterVolume_data()
            get,
            0,
            {"Volume.getMasterVolume(0) -> 7"_s},
+           {error("get master volume err 7")});
+    addRow("what the platform wrote before it refused",
+           {set, refusedAfterWriting("Volume.getMasterVolume", 7)},
+           get,
+           42,
+           {"Volume.getMasterVolume(0) -> 7, 42"_s},
            {error("get master volume err 7")});
     addRow("0 without the long-lived Volume", {startedWithoutObjects(), set}, get, 0, {}, {error("get master volume err -1")});
 }

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void maskGoesToTrackRoutedLast();
     void filterAndDelayOfAllOutputs();
     void calibration();
+    void floatsReadAsTheirDecimals();
     void changeSignals();
     void changesAreFoundInStateTable();
 };
@@ -303,6 +304,34 @@ void AudioChipTest::calibration()
     QCOMPARE(chip.calibration(), simulator::Calibration::Running);
     chip.setMicGainCalibration();
     QCOMPARE(chip.calibration(), simulator::Calibration::Applied);
+}
+
+void AudioChipTest::floatsReadAsTheirDecimals()
+{
+    AudioChip chip;
+    chip.setMicVolume(4.8F);
+    chip.setMicPgaGain(4.8F, -0.1F);
+    chip.setMicOpGain(4.8F, -0.1F);
+    chip.setMicAnalogGain(4.8F, -0.1F);
+    chip.setDpsUserGain(4.8F);
+    chip.setSpeakerDelay(2, 4.8F);
+    chip.setEqParameter({0xFFFF, {}, {4.8F, -0.1F}, {3, 3}});
+    const std::array<double, 2> gains = {4.8, -0.1};
+    QCOMPARE(chip.micVolume(), 4.8);
+    QVERIFY(chip.micPgaGain() == gains);
+    QVERIFY(chip.micOpGain() == gains);
+    QVERIFY(chip.micAnalogGain() == gains);
+    QCOMPARE(chip.dpsUserGain(), 4.8);
+    QCOMPARE(chip.speakerDelay(2), 4.8);
+    QCOMPARE(chip.equalizerGain(2, 0), 4.8);
+    const QVariantList shown = {4.8, -0.1};
+    QCOMPARE(stateValue(chip, QStringLiteral("microphone"), QStringLiteral("volume")), QVariant(4.8));
+    QCOMPARE(stateValue(chip, QStringLiteral("microphone"), QStringLiteral("pga gain")), QVariant(shown));
+    QCOMPARE(stateValue(chip, QStringLiteral("microphone"), QStringLiteral("op gain")), QVariant(shown));
+    QCOMPARE(stateValue(chip, QStringLiteral("microphone"), QStringLiteral("analog gain")), QVariant(shown));
+    QCOMPARE(stateValue(chip, QStringLiteral("processing"), QStringLiteral("dps user gain")), QVariant(4.8));
+    QCOMPARE(stateValue(chip, QStringLiteral("speaker delay"), QStringLiteral("right front")), QVariant(4.8));
+    QCOMPARE(stateValue(chip, QStringLiteral("processing"), QStringLiteral("equalizer")).toList().mid(0, 2), shown);
 }
 
 void AudioChipTest::changeSignals()

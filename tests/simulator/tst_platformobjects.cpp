@@ -1,4 +1,3 @@
-#include <operations.h>
 #include <platform.h>
 #include <spaudiosetting.h>
 
@@ -257,6 +256,8 @@ private Q_SLOTS:
     void calls();
     void injectedFaults_data();
     void injectedFaults();
+    void faultsAfterWriting_data();
+    void faultsAfterWriting();
     void everyOperationIsCovered();
     void refusalsChangeNothing();
     void recordsAreCapturedAsBytes();
@@ -322,14 +323,63 @@ void PlatformObjectsTest::injectedFaults()
     QCOMPARE(request.request(objects), 0);
 }
 
+void PlatformObjectsTest::faultsAfterWriting_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("writes");
+    const QStringList writing = {
+        QStringLiteral("Volume.getMasterVolume"),
+        QStringLiteral("Volume.getTrackVolume"),
+        QStringLiteral("Volume.getMicAnalogGain"),
+        QStringLiteral("Volume.getMicCalibrationGain"),
+        QStringLiteral("Source.getInputSelectPin"),
+        QStringLiteral("App.getMicrophoneTest"),
+        QStringLiteral("App.getDownlinkDelayEstimation"),
+    };
+    QSet<QString> seen;
+    for (int row = 0; row < static_cast<int>(rows().size()); ++row) {
+        const QString operation = operationOf(rows()[static_cast<std::size_t>(row)].call);
+        if (!seen.contains(operation))
+            QTest::newRow(qPrintable(operation)) << row << writing.contains(operation);
+        seen += operation;
+    }
+}
+
+void PlatformObjectsTest::faultsAfterWriting()
+{
+    QFETCH(int, row);
+    QFETCH(bool, writes);
+    const Row &request = rows()[static_cast<std::size_t>(row)];
+    const QString operation = operationOf(request.call);
+    simulator::Faults *const faults = m_platform->faults();
+    QCOMPARE(faults->failAfterWriting(operation, -77, 2), writes);
+    QVERIFY(!faults->failAfterWriting(operation, 0));
+    QVERIFY(!faults->failAfterWriting(operation, -77, 0));
+    if (!writes) {
+        QVERIFY(!faults->failAfterWriting(operation, -77));
+        QCOMPARE(faults->pending(), QStringList());
+        return;
+    }
+
+    QCOMPARE(faults->pending(), QStringList(operation + QStringLiteral(" -77 after writing in 2 calls")));
+    const Objects objects;
+    QCOMPARE(request.request(objects), 0);
+    QCOMPARE(request.request(objects), -77);
+    QCOMPARE(request.request(objects), 0);
+    const auto entries = m_platform->journal()->entriesOf(operation);
+    QVERIFY(!entries.at(1).outputs.isEmpty());
+    QCOMPARE(entries.at(1).outputs, entries.at(0).outputs);
+    QCOMPARE(entries.at(1).note, QStringLiteral("injected fault"));
+    QCOMPARE(entries.at(1).call(), QString::fromLatin1(request.call).replace(QStringLiteral(") -> 0"), QStringLiteral(") -> -77")));
+}
+
 void PlatformObjectsTest::everyOperationIsCovered()
 {
     QSet<QString> covered;
     for (const Row &row : rows())
         covered += operationOf(row.call);
-    QSet<QString> all;
-    for (const simulator::OperationInfo &info : simulator::operationTable)
-        all += simulator::operationName(info.operation);
+    const QStringList operations = simulator::Faults::operations();
+    const QSet<QString> all(operations.cbegin(), operations.cend());
     QCOMPARE(all.count(), 42);
     QCOMPARE(covered, all);
 }

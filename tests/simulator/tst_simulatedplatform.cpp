@@ -52,6 +52,7 @@ private Q_SLOTS:
     void faultsTogether();
     void faultOfActiveSource();
     void faultOfAlterNumber();
+    void faultAfterWriting();
     void factoryFault_data();
     void factoryFault();
     void unknownFaultIsRefused();
@@ -261,6 +262,38 @@ void SimulatedPlatformTest::faultOfAlterNumber()
     QCOMPARE(m_platform->journal()->calls().last(), QStringLiteral("Source.queryAlterNumber(\"alternative\") -> -5"));
 }
 
+void SimulatedPlatformTest::faultAfterWriting()
+{
+    simulator::Faults *const faults = m_platform->faults();
+    m_platform->chip()->setMasterVolume(42);
+    QVERIFY(faults->failAfterWriting(QStringLiteral("Volume.getMasterVolume"), 7));
+    QVERIFY(faults->fail(QStringLiteral("Volume.getMasterVolume"), 8, 1));
+    QVERIFY(faults->failAfterWriting(QStringLiteral("Volume.getTrackVolume"), 9));
+    QCOMPARE(faults->pending().at(0), QStringLiteral("Volume.getMasterVolume 7 after writing always"));
+
+    Volume *const volume = createVolume();
+    unsigned char written = 255;
+    QCOMPARE(volume->getMasterVolume(&written, 0), 7); // the fault that was ordered first
+    QCOMPARE(int(written), 42);
+    QCOMPARE(volume->getMasterVolume(nullptr, 0), 7);
+    // What the chip refuses is not written.
+    written = 255;
+    QCOMPARE(volume->getTrackVolume("mian", "S+GPS", &written), 9);
+    QCOMPARE(int(written), 255);
+    faults->clear();
+    QVERIFY(faults->fail(QStringLiteral("Volume.getMasterVolume"), 8));
+    QCOMPARE(volume->getMasterVolume(&written, 0), 8);
+    QCOMPARE(int(written), 255);
+    destroy(volume);
+    QCOMPARE(m_platform->journal()->calls(),
+             QStringList({
+                 QStringLiteral("Volume.getMasterVolume(0) -> 7, 42"),
+                 QStringLiteral("Volume.getMasterVolume(0) -> 7"),
+                 QStringLiteral("Volume.getTrackVolume(\"mian\", \"S+GPS\") -> 9"),
+                 QStringLiteral("Volume.getMasterVolume(0) -> 8"),
+             }));
+}
+
 void SimulatedPlatformTest::factoryFault_data()
 {
     QTest::addColumn<QString>("kind");
@@ -325,7 +358,7 @@ void SimulatedPlatformTest::pendingFaults()
     QSignalSpy changed(faults, &simulator::Faults::changed);
     QVERIFY(faults->fail(QStringLiteral("Volume.setMasterVolume"), 7));
     QVERIFY(faults->fail(QStringLiteral("Mixer.setFrontRearMode"), 8, 2));
-    faults->failFactory(ObjectKind::Source, 3);
+    QVERIFY(faults->failFactory(QStringLiteral("Source"), 3));
     QCOMPARE(changed.count(), 3);
     QCOMPARE(faults->pending(),
              QStringList({
