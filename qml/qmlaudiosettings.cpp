@@ -15,23 +15,23 @@ namespace
 
 constexpr ScriptRow operations[] = {
     {"readers"},
-    {SCRIPT_CALL(AudioDataBase, data), "group, key, defaultValue, ScriptKind::Looks", "the stored value of group/key, or the default given", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getVolume), "type, ScriptKind::Looks", "the volume of a type, usually 0 to 25", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, data), "group, key, defaultValue", "the stored value of group/key, or the default given", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getVolume), "type", "the volume of a type, usually 0 to 25", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, eqType), "", "the equalizer type, 0 to 7", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, loudNess), "", "whether loudness is on", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, micType), "", "true for the original microphone", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, micInputValue), "", "the microphone's volume, 0 to 91", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getCustomEQ), "index, ScriptKind::Looks", "a band, 0 to 15, of the custom curve as stored", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getCustomEQ), "index", "a band, 0 to 15, of the custom curve as stored", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, getAutoMicGain), "", "the gain of the microphone in use, in whole dB", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, getHandsfreeDelay), "", "the delay of the microphone in use", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, getEqBaseData), "", "the eight presets: [{type, tag, gains}, …]", ScriptKind::Looks},
     {SCRIPT_CALL(AudioDataBase, getCurrentIndexInItem), "", "the index of the stored equalizer type's preset", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getCurrentIndexInDefault), "type, ScriptKind::Looks", "the index of a type's preset; 0 where there is none", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getNextEqType), "up, ScriptKind::Looks", "the type of the next preset up or down", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getAudioStatusInfo), "status, ScriptKind::Looks", "what a status stands for: {type, param}", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getStatusToSpName), "status, ScriptKind::Looks", "the source of a status, as applications name it", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getChannelInfo), "channel, ScriptKind::Looks", "what a channel stands for: {type, spName}", ScriptKind::Looks},
-    {SCRIPT_CALL(AudioDataBase, getGroupDefaultData), "volumes, ScriptKind::Looks", "the volume of every source: {name: volume, …}", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getCurrentIndexInDefault), "type", "the index of a type's preset; 0 where there is none", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getNextEqType), "up", "the type of the next preset up or down", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getAudioStatusInfo), "status", "what a status stands for: {type, param}", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getStatusToSpName), "status", "the source of a status, as applications name it", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getChannelInfo), "channel", "what a channel stands for: {type, spName}", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioDataBase, getGroupDefaultData), "volumes", "the volume of every source: {name: volume, …}", ScriptKind::Looks},
 };
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include <private/qmetaobjectbuilder_p.h>
 
+#include <algorithm>
+
 QByteArrayList ScriptOperation::inputs() const
 {
     QByteArrayList list;
@@ -43,7 +45,11 @@ void ScriptType::read(const ScriptRow *table, std::size_t size)
         }
         QByteArrayList names = QByteArray(row->names).replace(", ", ",").split(',');
         names.removeAll(QByteArray());
-        Q_ASSERT_X(names.size() == row->call.count || names.size() == row->call.count + 1, row->name, "each parameter has a name");
+        const bool writes
+            = std::any_of(row->call.parameters, row->call.parameters + row->call.count, [](const ScriptParameter &parameter) { return parameter.isOutput; });
+        Q_ASSERT_X(names.size() == row->call.count || (names.size() == row->call.count + 1 && writes && row->call.givesResult),
+                   row->name,
+                   "each parameter has a name");
         const QByteArray resultName = names.size() > row->call.count ? names.takeLast() : QByteArray("result");
         m_callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group});
     }
