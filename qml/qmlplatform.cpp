@@ -3,6 +3,7 @@
 #include "platformarguments.h"
 
 #include "platform.h"
+#include "recordfields.h"
 #include "tracks.h"
 
 #include <algorithm>
@@ -122,70 +123,54 @@ namespace
 
 // Records and other values of the simulator as objects ---------------------------------------------------------------------
 
-QVariantMap effectiveSound(AudioChip &chip, const QString &track, const QString &source, quint32 channel, int band)
+/// Of an array of records each field is a list. Nobody is to look at reserved fields.
+template<typename Field>
+void addField(QVariantMap &object, const char *name, const Field &field)
 {
-    const simulator::Sound sound = chip.effectiveSound(track, source, channel, band);
-    return {{QStringLiteral("gain"), sound.gain},
-            {QStringLiteral("equalizer"), ScriptValues::decimal(float(sound.equalizer))},
-            {QStringLiteral("delay"), ScriptValues::decimal(float(sound.delay))}};
+    if (QByteArray(name).startsWith("reserved"))
+        return;
+    if constexpr (std::is_class_v<std::remove_all_extents_t<Field>>) {
+        QVariantMap lists;
+        for (const auto &record : field) {
+            QVariantMap one;
+            simulator::visitFields(record, [&one](const char *part, const auto &value) { addField(one, part, value); });
+            for (auto value = one.cbegin(); value != one.cend(); ++value)
+                lists.insert(value.key(), lists.value(value.key()).toList() << value.value());
+        }
+        object.insert(lists);
+    } else {
+        object.insert(QLatin1String(name), ScriptValues::toScript(field));
+    }
 }
 
-float equalizerGain(AudioChip &chip, quint32 channel, int band)
+template<typename Record>
+QVariantMap toObject(const Record &record)
 {
-    return float(chip.equalizerGain(channel, band));
-}
-
-float speakerDelay(AudioChip &chip, quint32 channel)
-{
-    return float(chip.speakerDelay(channel));
-}
-
-float dpsUserGain(AudioChip &chip)
-{
-    return float(chip.dpsUserGain());
+    QVariantMap object;
+    simulator::visitFields(record, [&object](const char *name, const auto &field) { addField(object, name, field); });
+    return object;
 }
 
 QVariantMap lastEqParameter(AudioChip &chip)
 {
-    const audio::audio_eq_parameter_t record = chip.lastEqParameter();
-    return {{QStringLiteral("channel"), record.channel},
-            {QStringLiteral("frequency"), ScriptValues::toScript(record.frequency)},
-            {QStringLiteral("gain"), ScriptValues::toScript(record.gain)},
-            {QStringLiteral("type"), ScriptValues::toScript(record.type)}};
+    return toObject(chip.lastEqParameter());
 }
 
 QVariantMap lastExtEqParameter(AudioChip &chip)
 {
-    const audio::audio_ext_eq_parameter_t record = chip.lastExtEqParameter();
-    QVariantList frequencies;
-    QVariantList gains;
-    QVariantList qualities;
-    QVariantList types;
-    for (const audio::audio_ext_eq_band_t &band : record.band) {
-        frequencies.append(int(band.frequency));
-        gains.append(ScriptValues::decimal(band.gain));
-        qualities.append(ScriptValues::decimal(band.q));
-        types.append(band.type);
-    }
-    return {{QStringLiteral("channel"), record.channel},
-            {QStringLiteral("frequency"), frequencies},
-            {QStringLiteral("gain"), gains},
-            {QStringLiteral("q"), qualities},
-            {QStringLiteral("type"), types}};
+    return toObject(chip.lastExtEqParameter());
 }
 
 QVariantMap filter(AudioChip &chip, quint32 channel)
 {
     const auto record = chip.filter(channel);
-    if (!record)
-        return {};
-    return {{QStringLiteral("channel"), record->channel},
-            {QStringLiteral("value1"), int(record->value1)},
-            {QStringLiteral("notFlag"), int(record->notFlag)},
-            {QStringLiteral("value2"), int(record->value2)},
-            {QStringLiteral("kind"), int(record->kind)},
-            {QStringLiteral("value3"), int(record->value3)},
-            {QStringLiteral("value4"), int(record->value4)}};
+    return record ? toObject(*record) : QVariantMap();
+}
+
+QVariantMap effectiveSound(AudioChip &chip, const QString &track, const QString &source, quint32 channel, int band)
+{
+    const simulator::Sound sound = chip.effectiveSound(track, source, channel, band);
+    return {{QStringLiteral("gain"), sound.gain}, {QStringLiteral("equalizer"), sound.equalizer}, {QStringLiteral("delay"), sound.delay}};
 }
 
 QVariantList state(AudioChip &chip)
@@ -226,6 +211,14 @@ void failOnce(QmlPlatform &platform, const QString &operation, int code, int n)
     if (!Platform::instance()->faults()->fail(operation, code, n)) {
         throwScriptError(
             &platform, QJSValue::RangeError, QStringLiteral("there is no call %1 of an operation %2 to fail with code %3").arg(n).arg(operation).arg(code));
+    }
+}
+
+void failAfterWriting(QmlPlatform &platform, const QString &operation, int code)
+{
+    if (!Platform::instance()->faults()->failAfterWriting(operation, code)) {
+        throwScriptError(
+            &platform, QJSValue::RangeError, QStringLiteral("there is no operation %1 that writes something, to fail with code %2").arg(operation).arg(code));
     }
 }
 
@@ -287,7 +280,7 @@ constexpr ScriptRow operations[] = {
      ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, effectiveGainDb), "track, source, channel, band", "level and equalizer in dB", ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, effectiveMainVolume), "", "the volume of what plays on the main track, lowered by ducking; 0 when muted", ScriptKind::Looks},
-    {"equalizerGain", scriptCall<&equalizerGain>, "channel, band", "a band of the curve set last, in dB", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, equalizerGain), "channel, band", "a band of the curve set last, in dB", ScriptKind::Looks},
     {"volumes"},
     {SCRIPT_CALL(AudioChip, masterVolume), "", "the master volume, 0 to 100", ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, trackVolume), "track, source", "the volume of a source, 0 to 148", ScriptKind::Looks},
@@ -312,9 +305,9 @@ constexpr ScriptRow operations[] = {
     {"lastExtEqParameter", scriptCall<&lastExtEqParameter>, "", "the extended equalizer record set last", ScriptKind::Looks},
     {"filter", scriptCall<&filter>, "channel", "the filter of a channel; {} where none was set", ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, isLoudnessOn), "", "whether loudness is on", ScriptKind::Looks},
-    {"speakerDelay", scriptCall<&speakerDelay>, "channel", "the delay of a channel", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, speakerDelay), "channel", "the delay of a channel", ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, isDpsEnabled), "", "whether DPS is on", ScriptKind::Looks},
-    {"dpsUserGain", scriptCall<&dpsUserGain>, "", "the gain of DPS", ScriptKind::Looks},
+    {SCRIPT_CALL(AudioChip, dpsUserGain), "", "the gain of DPS", ScriptKind::Looks},
     {SCRIPT_CALL(AudioChip, isStereoEnabled), "", "whether stereo processing is on", ScriptKind::Looks},
     {"microphone"},
     {SCRIPT_CALL(AudioChip, micVolume), "", "the microphone's volume", ScriptKind::Looks},
@@ -340,6 +333,10 @@ constexpr ScriptRow operations[] = {
     {"faults"},
     {"fail", scriptCall<&fail>, "operation, code", "each call of an operation, \"Volume.setTrackVolume\", fails with a code from now on"},
     {"failOnce", scriptCall<&failOnce>, "operation, code, n", "only the n-th call from now fails"},
+    {"failAfterWriting",
+     scriptCall<&failAfterWriting>,
+     "operation, code",
+     "each call of an operation that writes to its arguments, \"Volume.getTrackVolume\", does so and fails all the same"},
     {"failFactory", scriptCall<&failFactory>, "kind", "each \"App\", \"Mixer\", \"Source\" or \"Volume\" that is asked for is null"},
     {"pendingFaults", scriptCall<&Faults::pending>, "", "the faults that are set", ScriptKind::Looks},
     {"clearFaults", scriptCall<&Faults::clear>, "", "no more faults"},

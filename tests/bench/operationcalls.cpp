@@ -487,6 +487,9 @@ void addCar(Calls<Platform> &calls)
     calls.acts("failOnce(operation, code, n)", "'Volume.setTrackVolume', 82, 3", [](Platform &platform) {
         platform.faults()->fail(text("Volume.setTrackVolume"), 82, 3);
     });
+    calls.acts("failAfterWriting(operation, code)", "'Volume.getTrackVolume', 83", [](Platform &platform) {
+        platform.faults()->failAfterWriting(text("Volume.getTrackVolume"), 83);
+    });
     calls.acts("failFactory(kind)", "'Mixer'", [](Platform &platform) { platform.faults()->failFactory(text("Mixer")); });
     calls.looks("pendingFaults()", "", [](Platform &platform) { return platform.faults()->pending(); });
     calls.acts("clearFaults()", "", [](Platform &platform) { platform.faults()->clear(); });

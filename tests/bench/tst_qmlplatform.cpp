@@ -153,6 +153,10 @@ void QmlPlatformTest::refusals_data()
 
     const auto row = [](const char *script, const char *error) { QTest::newRow(script) << QString::fromLatin1(script) << QString::fromLatin1(error); };
     row("Platform.fail('Volume.setVolume', 1)", "RangeError: there is no operation Volume.setVolume to fail with code 1");
+    row("Platform.failAfterWriting('Volume.setMasterVolume', 1)",
+        "RangeError: there is no operation Volume.setMasterVolume that writes something, to fail with code 1");
+    row("Platform.failAfterWriting('Volume.getMasterVolume', 0)",
+        "RangeError: there is no operation Volume.getMasterVolume that writes something, to fail with code 0");
     row("Platform.fail('Volume.setMasterVolume', 0)", "RangeError: there is no operation Volume.setMasterVolume to fail with code 0");
     row("Platform.failOnce('Volume.setMasterVolume', 1, 0)", "RangeError: there is no call 0 of an operation Volume.setMasterVolume to fail with code 1");
     row("Platform.failFactory('Speaker')", "RangeError: kind must be App, Mixer, Source or Volume, not Speaker");

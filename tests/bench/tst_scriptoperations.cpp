@@ -1,6 +1,7 @@
 #include "audiocontroltables.h"
 #include "audiopolicyinspector.h"
 #include "logrecorder.h"
+#include "memberaccess.h"
 #include "operationcalls.h"
 #include "qmlaudiocontrol.h"
 #include "qmlaudiopolicy.h"
@@ -26,6 +27,8 @@ using simulator::VirtualClock;
 
 namespace
 {
+
+OPEN_MEMBER(ZelAudioManager, cpDucking, bool)
 
 /// Gives nothing but this, whatever it is asked for.
 constexpr const char *zeroForEver = "getAlterStepVolume";
@@ -267,7 +270,7 @@ QStringList stateOf(ZelAudioManager &manager)
         lines += QStringLiteral("volume: %1").arg(volume);
     for (const int gain : inspector.customCurve())
         lines += QStringLiteral("custom curve: %1").arg(gain);
-    lines += QLatin1String("ducking: ") + asText(inspector.ducking());
+    lines += QLatin1String("ducking: ") + asText(manager.*memberOf(cpDucking_Member()));
     lines += QLatin1String("CarPlay connected: ") + asText(manager.getCPConnected());
     const auto timers = inspector.timers();
     for (const AudioPolicyInspector::Timer &entry : timers)
