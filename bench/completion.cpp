@@ -63,7 +63,12 @@ QStringList switches(const QVector<Command::Option> &options)
 Command::Completions beginningWith(const QString &begin, Command::Completions completions)
 {
     QStringList &words = completions.words;
-    const auto isOther = [&begin](const QString &word) { return !word.startsWith(begin); };
+    // Members, "AudioPolicy.setVolume", only behind what they are members of: hundreds of words help nobody.
+    const QStringList all = words;
+    const auto isOther = [&begin, &all](const QString &word) {
+        const int dot = word.indexOf(QLatin1Char('.'));
+        return !word.startsWith(begin) || (dot >= begin.size() && all.contains(word.left(dot)));
+    };
     words.erase(std::remove_if(words.begin(), words.end(), isOther), words.end());
     return completions;
 }

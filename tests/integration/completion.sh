@@ -116,7 +116,8 @@ all_lines()
     fits '' settings own.js o
     fits $'abandon\ncurrent\nmonitor\nrequest' focus ''
     fits '' focus request ''
-    fits "$commands" help ''
+    fits "$commands"$'\nAudioControl\nAudioPolicy\nAudioSettings\nPlatform' help ''
+    fits $'AudioPolicy.setVolResponse\nAudioPolicy.setVolume' help AudioPolicy.setV
     fits settings help s
     fits '' help settings ''
 
