@@ -1,4 +1,5 @@
-#pragma once
+#ifndef OPERATIONCALLS_H
+#define OPERATIONCALLS_H
 
 #include "scriptoperation.h"
 
@@ -37,3 +38,5 @@ struct OperationCall
 
 /// Every operation of AudioControl, AudioPolicy, AudioSettings and Platform.
 QVector<OperationCall> operationCalls();
+
+#endif

@@ -73,7 +73,7 @@ void addSituations()
 
 } // namespace
 
-class tst_ZelAudioManager_Situations : public PolicyTest
+class ZelAudioManagerSituationsTest : public PolicyTest
 {
     Q_OBJECT
 
@@ -96,7 +96,7 @@ private:
     QStringList takePlainCalls();
 };
 
-void tst_ZelAudioManager_Situations::initTestCase()
+void ZelAudioManagerSituationsTest::initTestCase()
 {
     // Thousands of rows: one manager serves them all, and its lines are other tests' business.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
@@ -104,25 +104,25 @@ void tst_ZelAudioManager_Situations::initTestCase()
     startOnly();
 }
 
-void tst_ZelAudioManager_Situations::init()
+void ZelAudioManagerSituationsTest::init()
 {
     platform->reset();
     for (int type = 0; type < typeCount; ++type)
         manager->setVolume(static_cast<ZelAudioType>(type), levels[static_cast<std::size_t>(type)].stored, false);
 }
 
-void tst_ZelAudioManager_Situations::cleanup()
+void ZelAudioManagerSituationsTest::cleanup()
 {
 }
 
-void tst_ZelAudioManager_Situations::cleanupTestCase()
+void ZelAudioManagerSituationsTest::cleanupTestCase()
 {
     manager.reset();
     QCOMPARE(platform->books()->problems(), QStringList());
     QCOMPARE(takeVolumeChanges(), QList<VolumeChange>());
 }
 
-void tst_ZelAudioManager_Situations::enter(int status, int channel)
+void ZelAudioManagerSituationsTest::enter(int status, int channel)
 {
     manager->updateAudioChannel(static_cast<AudioChannel>(channel));
     managerstate::currentStatus(*manager) = static_cast<AudioStatus>(status);
@@ -131,7 +131,7 @@ void tst_ZelAudioManager_Situations::enter(int status, int channel)
     takePlainCalls();
 }
 
-QStringList tst_ZelAudioManager_Situations::takePlainCalls()
+QStringList ZelAudioManagerSituationsTest::takePlainCalls()
 {
     QStringList plain;
     const QStringList all = takeCalls();
@@ -142,12 +142,12 @@ QStringList tst_ZelAudioManager_Situations::takePlainCalls()
     return plain;
 }
 
-void tst_ZelAudioManager_Situations::updateAudioStatus_data()
+void ZelAudioManagerSituationsTest::updateAudioStatus_data()
 {
     addSituations();
 }
 
-void tst_ZelAudioManager_Situations::updateAudioStatus()
+void ZelAudioManagerSituationsTest::updateAudioStatus()
 {
     QFETCH(int, status);
     QFETCH(int, channel);
@@ -174,7 +174,7 @@ void tst_ZelAudioManager_Situations::updateAudioStatus()
     }
 }
 
-void tst_ZelAudioManager_Situations::setVolume_data()
+void ZelAudioManagerSituationsTest::setVolume_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<int>("channel");
@@ -187,7 +187,7 @@ void tst_ZelAudioManager_Situations::setVolume_data()
     }
 }
 
-void tst_ZelAudioManager_Situations::setVolume()
+void ZelAudioManagerSituationsTest::setVolume()
 {
     QFETCH(int, status);
     QFETCH(int, channel);
@@ -212,12 +212,12 @@ void tst_ZelAudioManager_Situations::setVolume()
     QCOMPARE(manager->currentAudioChannel(), channel);
 }
 
-void tst_ZelAudioManager_Situations::updateCurrentAudioVolume_data()
+void ZelAudioManagerSituationsTest::updateCurrentAudioVolume_data()
 {
     addSituations();
 }
 
-void tst_ZelAudioManager_Situations::updateCurrentAudioVolume()
+void ZelAudioManagerSituationsTest::updateCurrentAudioVolume()
 {
     // One step up from levels, and the step back.
     constexpr std::array<Level, typeCount> louder = {{
@@ -253,6 +253,6 @@ void tst_ZelAudioManager_Situations::updateCurrentAudioVolume()
         QCOMPARE(manager->getVolume(static_cast<ZelAudioType>(each)), levels[static_cast<std::size_t>(each)].stored);
 }
 
-POLICY_TEST_MAIN(tst_ZelAudioManager_Situations)
+POLICY_TEST_MAIN(ZelAudioManagerSituationsTest)
 
 #include "tst_zelaudiomanager_situations.moc"
