@@ -183,7 +183,7 @@ struct Caller
         if (reader.failed())
             return {};
         auto &target = scriptTarget<Target>(callee);
-        const auto invoke = [&target, &values]() -> Result {
+        const auto invoke = [&]() -> Result {
             if constexpr (std::is_member_function_pointer_v<decltype(operation)>)
                 return (target.*operation)(pass<Parameters>(std::get<Index>(values))...);
             else

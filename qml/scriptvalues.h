@@ -56,12 +56,10 @@ struct IsMap<Value, std::void_t<typename Value::mapped_type>> : std::bool_consta
 template<typename Value>
 QVariant toScript(const Value &value)
 {
-    if constexpr (std::is_enum_v<Value>) {
+    if constexpr (std::is_enum_v<Value> || (std::is_integral_v<Value> && sizeof(Value) < sizeof(int) && !std::is_same_v<Value, bool>)) {
         return static_cast<int>(value);
     } else if constexpr (std::is_same_v<Value, float>) {
         return decimal(value);
-    } else if constexpr (std::is_integral_v<Value> && sizeof(Value) < sizeof(int) && !std::is_same_v<Value, bool>) {
-        return static_cast<int>(value);
     } else if constexpr (IsMap<Value>::value) {
         QVariantMap object;
         for (auto entry = value.cbegin(); entry != value.cend(); ++entry)

@@ -111,7 +111,7 @@ void AudioDataBase::_initVolume()
 QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 {
     QStringList complaints;
-    const QVariant value = settingsstorage::value(SettingsText::path(group, key), defaultValue, complaints);
+    QVariant value = settingsstorage::value(SettingsText::path(group, key), defaultValue, complaints);
     complain(QZAUDIO_HERE, complaints);
     return value;
 }

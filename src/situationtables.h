@@ -26,34 +26,34 @@ struct Status
 {
     AudioStatus status;
     ZelAudioType type; ///< of the volume that it applies
-    audio::AudioControl::AudioTag tag; ///< of the stream that gets it
     const char *source; ///< that gets it
+    audio::AudioControl::AudioTag tag; ///< of the source's stream
     ZelAudioType keyType; ///< of the volume that the volume keys change
 };
 
 // clang-format off
 /// The number of a status is its row's index.
 constexpr Status statuses[] = {
-    {AudioStatusNone,               ZelAudioTypeMedia,     audio::AudioControl::Main, noSource,                 asTheChannelSays},
-    {AudioStatusBtPhoneRing,        ZelAudioTypeRing,      audio::AudioControl::Main, "S+BtPcmPhone",           ZelAudioTypeRing},
-    {AudioStatusBtPhoneTelephony,   ZelAudioTypeTelephony, audio::AudioControl::Main, "S+BtPcmPhone",           ZelAudioTypeTelephony},
-    {AudioStatus{3},                ZelAudioTypeTelephony, audio::AudioControl::Main, "S+BtPcmPhone",           ZelAudioTypeTelephony},
-    {AudioStatus{4},                ZelAudioTypeMedia,     audio::AudioControl::Main, "S+BtPcmPhone",           asTheChannelSays},
-    {AudioStatusCarPlayAlert,       ZelAudioTypeRing,      audio::AudioControl::Main, "S+CarPlayAlert_APP",     ZelAudioTypeRing},
-    {AudioStatusCarPlayTelephony,   ZelAudioTypeTelephony, audio::AudioControl::Main, "S+CarPlayTelephony_APP", ZelAudioTypeTelephony},
-    {AudioStatus{7},                ZelAudioTypeMedia,     audio::AudioControl::Main, noSource,                 asTheChannelSays},
-    {AudioStatusCarPlaySpeech,      ZelAudioTypeSpeech,    audio::AudioControl::Main, "S+CarPlaySpeech_APP",    asTheChannelSays},
-    {AudioStatus{9},                ZelAudioTypeMedia,     audio::AudioControl::Main, "S+CarPlaySpeech_APP",    asTheChannelSays},
-    {AudioStatusCarPlayDuck,        ZelAudioTypePrompt,    audio::AudioControl::Main, noSource,                 ZelAudioTypePrompt},
-    {AudioStatusCarPlayRestore,     ZelAudioTypeMedia,     audio::AudioControl::Main, noSource,                 asTheChannelSays},
-    {AudioStatusAndroidAutoSpeech,  ZelAudioTypeSpeech,    audio::AudioControl::Main, "S+AndroidAuto_APP",      asTheChannelSays},
-    {AudioStatus{13},               ZelAudioTypeMedia,     audio::AudioControl::Main, "S+AndroidAuto_APP",      asTheChannelSays},
-    {AudioStatusAndroidAutoDuck,    ZelAudioTypePrompt,    audio::AudioControl::Main, "S+AndroidAuto_APP",      ZelAudioTypePrompt},
-    {AudioStatusAndroidAutoRestore, ZelAudioTypeMedia,     audio::AudioControl::Main, "S+AndroidAuto_APP",      asTheChannelSays},
-    {AudioStatusCarLifeSpeech,      ZelAudioTypeSpeech,    audio::AudioControl::Main, "S+CarLife_APP",          asTheChannelSays},
-    {AudioStatus{17},               ZelAudioTypeMedia,     audio::AudioControl::Main, "S+CarLife_APP",          asTheChannelSays},
-    {AudioStatusCarLifeDuck,        ZelAudioTypePrompt,    audio::AudioControl::Main, "S+CarLife_APP",          ZelAudioTypePrompt},
-    {AudioStatusCarLifeRestore,     ZelAudioTypeMedia,     audio::AudioControl::Main, "S+CarLife_APP",          asTheChannelSays},
+    {AudioStatusNone,               ZelAudioTypeMedia,     noSource,                 audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusBtPhoneRing,        ZelAudioTypeRing,      "S+BtPcmPhone",           audio::AudioControl::Main, ZelAudioTypeRing},
+    {AudioStatusBtPhoneTelephony,   ZelAudioTypeTelephony, "S+BtPcmPhone",           audio::AudioControl::Main, ZelAudioTypeTelephony},
+    {AudioStatus{3},                ZelAudioTypeTelephony, "S+BtPcmPhone",           audio::AudioControl::Main, ZelAudioTypeTelephony},
+    {AudioStatus{4},                ZelAudioTypeMedia,     "S+BtPcmPhone",           audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusCarPlayAlert,       ZelAudioTypeRing,      "S+CarPlayAlert_APP",     audio::AudioControl::Main, ZelAudioTypeRing},
+    {AudioStatusCarPlayTelephony,   ZelAudioTypeTelephony, "S+CarPlayTelephony_APP", audio::AudioControl::Main, ZelAudioTypeTelephony},
+    {AudioStatus{7},                ZelAudioTypeMedia,     noSource,                 audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusCarPlaySpeech,      ZelAudioTypeSpeech,    "S+CarPlaySpeech_APP",    audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatus{9},                ZelAudioTypeMedia,     "S+CarPlaySpeech_APP",    audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusCarPlayDuck,        ZelAudioTypePrompt,    noSource,                 audio::AudioControl::Main, ZelAudioTypePrompt},
+    {AudioStatusCarPlayRestore,     ZelAudioTypeMedia,     noSource,                 audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusAndroidAutoSpeech,  ZelAudioTypeSpeech,    "S+AndroidAuto_APP",      audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatus{13},               ZelAudioTypeMedia,     "S+AndroidAuto_APP",      audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusAndroidAutoDuck,    ZelAudioTypePrompt,    "S+AndroidAuto_APP",      audio::AudioControl::Main, ZelAudioTypePrompt},
+    {AudioStatusAndroidAutoRestore, ZelAudioTypeMedia,     "S+AndroidAuto_APP",      audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusCarLifeSpeech,      ZelAudioTypeSpeech,    "S+CarLife_APP",          audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatus{17},               ZelAudioTypeMedia,     "S+CarLife_APP",          audio::AudioControl::Main, asTheChannelSays},
+    {AudioStatusCarLifeDuck,        ZelAudioTypePrompt,    "S+CarLife_APP",          audio::AudioControl::Main, ZelAudioTypePrompt},
+    {AudioStatusCarLifeRestore,     ZelAudioTypeMedia,     "S+CarLife_APP",          audio::AudioControl::Main, asTheChannelSays},
 };
 
 struct Channel
