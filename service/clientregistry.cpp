@@ -54,8 +54,8 @@ void ClientRegistry::remove(const QString &clientId)
 
 QStringList ClientRegistry::takeConnection(const QString &connection)
 {
-    const QStringList clients = m_connections.take(connection).clients;
-    for (const QString &client : clients)
+    QStringList clients = m_connections.take(connection).clients;
+    for (const QString &client : qAsConst(clients))
         m_owners.remove(client);
     return clients;
 }

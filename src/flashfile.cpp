@@ -114,7 +114,7 @@ Failure giveSecondName(const QString &temporaryPath)
         return failureOf("link");
     if (::rename(temporary.constData(), QFile::encodeName(flashfile::damagedPath()).constData()) == 0)
         return synchronizeFolder(flashfile::damagedPath());
-    const Failure failure = failureOf("rename");
+    Failure failure = failureOf("rename");
     ::unlink(temporary.constData());
     return failure;
 }

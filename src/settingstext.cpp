@@ -326,11 +326,9 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
         }
         if (currentGroup != group || isPlaceFound)
             continue;
-        if (line.kind == Line::Kind::Header)
-            placeOfEntry = line.end;
-        else if (line.kind == Line::Kind::Entry && settingscodec::decodedName(nameOf(m_bytes, line)) > key)
+        if (line.kind == Line::Kind::Entry && settingscodec::decodedName(nameOf(m_bytes, line)) > key)
             isPlaceFound = placeOfEntry >= 0;
-        else if (line.kind == Line::Kind::Entry)
+        else if (line.kind == Line::Kind::Header || line.kind == Line::Kind::Entry)
             placeOfEntry = line.end;
     }
     if (placeOfEntry >= 0)
