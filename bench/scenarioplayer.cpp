@@ -54,12 +54,9 @@ QJSValue operations(QJSEngine &engine, const ScriptType &type)
         QJSValue parameters = engine.newArray();
         QJSValue enumerations = engine.newArray();
         quint32 next = 0;
-        for (int i = 0; i < operation.call.count; ++i) {
-            const ScriptParameter &parameter = operation.call.parameters[i];
-            if (parameter.isOutput)
-                continue;
-            parameters.setProperty(next, QLatin1String(operation.names.at(i)));
-            enumerations.setProperty(next++, QLatin1String(parameter.enumeration));
+        for (const ScriptInput &input : operation.inputs) {
+            parameters.setProperty(next, QLatin1String(input.name));
+            enumerations.setProperty(next++, QLatin1String(input.parameter->enumeration));
         }
         QJSValue described = engine.newObject();
         described.setProperty(QStringLiteral("parameters"), parameters);

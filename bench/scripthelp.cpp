@@ -75,12 +75,9 @@ QString manual(const ScriptType &type, const ScriptOperation &operation)
 {
     constexpr int width = 12;
     QString text = type.name() + QLatin1Char('.') + operation.signature() + QLatin1String("\n\n") + operation.help + QLatin1String("\n\n");
-    for (int i = 0; i < operation.call.count; ++i) {
-        const ScriptParameter &parameter = operation.call.parameters[i];
-        if (parameter.isOutput)
-            continue;
-        const QString names = enumeratorsText(parameter.enumeration);
-        text += listLine(QLatin1String(operation.names.at(i)), width, parameter.accepts() + (names.isEmpty() ? QString() : QLatin1String(": ") + names));
+    for (const ScriptInput &input : operation.inputs) {
+        const QString names = enumeratorsText(input.parameter->enumeration);
+        text += listLine(QLatin1String(input.name), width, input.parameter->accepts() + (names.isEmpty() ? QString() : QLatin1String(": ") + names));
     }
     return text + listLine(QStringLiteral("gives"), width, resultText(operation));
 }

@@ -258,9 +258,10 @@ bool checkNames(QObject &callee, const ScriptOperation &operation, const QJSValu
 {
     // Whoever sets a source may name any: it is known from then on.
     PlatformArguments arguments(&callee, static_cast<QmlPlatform &>(callee).sourcesInUse());
-    for (int i = 0; i < operation.call.count; ++i) {
-        if (operation.kind == ScriptKind::Looks || operation.names.at(i) == "track")
-            arguments.check({operation.names.at(i).constData(), given[i]});
+    for (const ScriptInput &input : operation.inputs) {
+        if (operation.kind == ScriptKind::Looks || input.name == "track")
+            arguments.check({input.name.constData(), *given});
+        ++given;
     }
     return !arguments.failed();
 }

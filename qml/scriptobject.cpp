@@ -7,19 +7,12 @@
 
 #include <algorithm>
 
-QByteArrayList ScriptOperation::inputs() const
-{
-    QByteArrayList list;
-    for (int i = 0; i < call.count; ++i) {
-        if (!call.parameters[i].isOutput)
-            list.append(names.at(i));
-    }
-    return list;
-}
-
 QString ScriptOperation::signature() const
 {
-    return QLatin1String(name) + QLatin1Char('(') + QLatin1String(inputs().join(", ")) + QLatin1Char(')');
+    QByteArrayList given;
+    for (const ScriptInput &input : inputs)
+        given.append(input.name);
+    return QLatin1String(name) + QLatin1Char('(') + QLatin1String(given.join(", ")) + QLatin1Char(')');
 }
 
 QString ScriptOperation::resultFields() const
@@ -51,7 +44,12 @@ void ScriptType::read(const ScriptRow *table, std::size_t size)
                    row->name,
                    "each parameter has a name");
         const QByteArray resultName = names.size() > row->call.count ? names.takeLast() : QByteArray("result");
-        m_callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group});
+        QVector<ScriptInput> inputs;
+        for (int i = 0; i < row->call.count; ++i) {
+            if (!row->call.parameters[i].isOutput)
+                inputs.append({names.at(i), row->call.parameters + i});
+        }
+        m_callable.append({row->name, row->call, names, resultName, QString::fromUtf8(row->help), row->kind, group, inputs});
     }
 }
 
@@ -66,10 +64,12 @@ QMetaObject ScriptType::extend(const QMetaObject &base) const
             keys.addKey(QByteArray(enumeration.prefix) + enumeration.numbers[i].name, enumeration.numbers[i].number);
     }
     for (const ScriptOperation &operation : m_callable) {
-        const QByteArrayList names = operation.inputs();
+        QByteArrayList names;
         QByteArrayList types;
-        for (int i = 0; i < names.size(); ++i)
+        for (const ScriptInput &input : operation.inputs) {
+            names.append(input.name);
             types.append("QJSValue");
+        }
         const bool givesNothing = qstrcmp(operation.call.resultType, "void") == 0;
         QMetaMethodBuilder method = builder.addMethod(operation.name + '(' + types.join(',') + ')', givesNothing ? "void" : "QVariant");
         method.setParameterNames(names);
@@ -90,8 +90,7 @@ int ScriptType::metacall(QObject &callee, QMetaObject::Call call, int id, void *
     }
     const ScriptOperation &operation = m_callable.at(id);
     QVarLengthArray<QJSValue> given;
-    const int inputs = operation.inputs().size();
-    for (int i = 0; i < inputs; ++i)
+    for (int i = 0; i < operation.inputs.size(); ++i)
         given.append(*static_cast<const QJSValue *>(arguments[i + 1]));
     const auto afterwards = qScopeGuard([this, &callee] {
         if (m_after)

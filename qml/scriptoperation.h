@@ -10,6 +10,7 @@
 #include <QtCore/QByteArrayList>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
+#include <QtCore/QVector>
 
 #include <cstddef>
 #include <tuple>
@@ -60,6 +61,13 @@ struct ScriptRow
 
 #define SCRIPT_CALL(Class, operation) #operation, scriptCall < &Class::operation>
 
+/// A parameter that a script gives.
+struct ScriptInput
+{
+    QByteArray name;
+    const ScriptParameter *parameter;
+};
+
 /// An operation as its row says.
 struct ScriptOperation
 {
@@ -70,9 +78,8 @@ struct ScriptOperation
     QString help;
     ScriptKind kind;
     QString group; // the heading that it stands under
+    QVector<ScriptInput> inputs; // the parameters that are not written
 
-    /// What a script gives: the parameters that are not written.
-    QByteArrayList inputs() const;
     /// "setVolume(type, volume, save)"
     QString signature() const;
     /// "{result, step}", or empty where the result is a plain value or none.

@@ -109,10 +109,12 @@ QStringList operationLines(const ScriptType &type)
     for (const ScriptOperation &operation : type.operations()) {
         const QString result
             = qstrcmp(operation.call.resultType, "void") == 0 ? QString() : QStringLiteral("; type: ") + quoted(QLatin1String(operation.call.resultType));
-        const QByteArrayList names = operation.inputs();
+        QByteArrayList names;
         QByteArrayList types;
-        for (int i = 0; i < names.size(); ++i)
+        for (const ScriptInput &input : operation.inputs) {
+            names.append(input.name);
             types.append("QJSValue");
+        }
         lines += QStringLiteral("        Method { name: %1%2;%3 }").arg(quoted(QLatin1String(operation.name)), result, parameters(names, types));
     }
     return lines;

@@ -451,7 +451,7 @@ void ScriptOperationsTest::calls()
     QCOMPARE(operation->signature(), row.signature);
     QVERIFY2(operation->kind == row.kind, "it is of the other kind");
     const QVariant arguments = evaluate(QLatin1Char('[') + row.arguments + QLatin1Char(']'));
-    QCOMPARE(arguments.toList().size(), operation->inputs().size());
+    QCOMPARE(arguments.toList().size(), operation->inputs.size());
     QVERIFY2(areDifferent(leaves(arguments)), "all arguments have to be different");
 
     const auto inCpp = [&row, this] {
@@ -473,7 +473,7 @@ void ScriptOperationsTest::calls()
         called += row.type->name() + QLatin1Char('.') + row.name();
 
     QStringList meaning = expected;
-    if (operation->inputs().isEmpty() && (qstrcmp(operation->call.resultType, "bool") == 0 || qstrcmp(operation->call.resultType, "int") == 0)) {
+    if (operation->inputs.isEmpty() && (qstrcmp(operation->call.resultType, "bool") == 0 || qstrcmp(operation->call.resultType, "int") == 0)) {
         for (int situation = 1; situation < Situation::count; ++situation) {
             const QStringList elsewhere = observe(row, inCpp, situation);
             QCOMPARE(difference(observe(row, inScript, situation), elsewhere), QString());
@@ -544,7 +544,7 @@ void ScriptOperationsTest::argumentsInOtherPlacesShow()
         return [=, &row] { return evaluate(script.arg(row.arguments).arg(first).arg(second).arg(row.type->name(), row.name())); };
     };
     const QStringList expected = observe(row, inScript(0, 0));
-    const int count = operationOf(row)->inputs().size();
+    const int count = operationOf(row)->inputs.size();
     for (int second = 1; second < count; ++second) {
         for (int first = 0; first < second; ++first) {
             const bool isSame = difference(observe(row, inScript(first, second)), expected).isEmpty();
