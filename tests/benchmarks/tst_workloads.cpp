@@ -1,0 +1,107 @@
+#include <journal.h>
+#include <logrecorder.h>
+#include <platform.h>
+#include <workloads.h>
+
+#include <QtCore/QLoggingCategory>
+#include <QtTest/QtTest>
+
+#include <cstddef>
+
+/// A floor is one only while it does the same on the platform, and writes the same lines, as the work that it stands beside.
+class WorkloadsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void namesAreDifferent();
+    void floorCallsPlatformAsWorkDoes_data();
+    void floorCallsPlatformAsWorkDoes();
+    void floorLogsAsWorkDoes_data();
+    void floorLogsAsWorkDoes();
+
+private:
+    QStringList callsOf(void (*work)(int), int rounds);
+    QStringList linesOf(void (*work)(int));
+
+    const Workloads m_workloads = allWorkloads();
+};
+
+QStringList WorkloadsTest::callsOf(void (*work)(int), int rounds)
+{
+    simulator::Journal *const journal = simulator::Platform::instance()->journal();
+    journal->clear();
+    work(rounds);
+    return journal->calls(simulator::Journal::Lifetimes::Include);
+}
+
+QStringList WorkloadsTest::linesOf(void (*work)(int))
+{
+    // What precedes the dashes differs by the number of the line.
+    static const QRegularExpression numbers(QStringLiteral(R"(^(\[DBG\]) \d+ (.*) \d+ --)"));
+    LogRecorder log;
+    work(1);
+    return log.takeTexts().replaceInStrings(numbers, QStringLiteral("\\1 THREAD \\2 LINE --"));
+}
+
+void WorkloadsTest::initTestCase()
+{
+    for (const Workload &workload : m_workloads) {
+        setUp(workload);
+        // What is kept for good is made in the first round.
+        workload.work(1);
+        if (workload.floor)
+            workload.floor(1);
+    }
+}
+
+void WorkloadsTest::namesAreDifferent()
+{
+    QSet<QString> names;
+    for (const Workload &workload : m_workloads)
+        names.insert(QString::fromLatin1(workload.name));
+    QCOMPARE(names.size(), static_cast<int>(m_workloads.size()));
+}
+
+void WorkloadsTest::floorCallsPlatformAsWorkDoes_data()
+{
+    QTest::addColumn<std::size_t>("index");
+    for (std::size_t i = 0; i < m_workloads.size(); ++i) {
+        if (m_workloads[i].floor)
+            QTest::newRow(m_workloads[i].name) << i;
+    }
+}
+
+void WorkloadsTest::floorCallsPlatformAsWorkDoes()
+{
+    QFETCH(std::size_t, index);
+    const Workload &workload = m_workloads[index];
+    setUp(workload);
+    const QStringList calls = callsOf(workload.work, 2);
+    QCOMPARE(callsOf(workload.floor, 2), calls);
+    const bool isOnPlatform = !QByteArray(workload.name).startsWith("focus/") && !QByteArray(workload.name).startsWith("logging/");
+    QCOMPARE(!calls.isEmpty(), isOnPlatform);
+}
+
+void WorkloadsTest::floorLogsAsWorkDoes_data()
+{
+    QTest::addColumn<std::size_t>("index");
+    for (std::size_t i = 0; i < m_workloads.size(); ++i) {
+        if (m_workloads[i].isLogged)
+            QTest::newRow(m_workloads[i].name) << i;
+    }
+}
+
+void WorkloadsTest::floorLogsAsWorkDoes()
+{
+    QFETCH(std::size_t, index);
+    const Workload &workload = m_workloads[index];
+    setUp(workload);
+    const QStringList lines = linesOf(workload.work);
+    QVERIFY(!lines.isEmpty());
+    QCOMPARE(linesOf(workload.floor), lines);
+}
+
+QTEST_GUILESS_MAIN(WorkloadsTest)
+#include "tst_workloads.moc"
