@@ -32,13 +32,15 @@ const char *orEmpty(const char *name)
 template<typename Gain>
 bool fillGains(const QList<Gain> &gains, audio_ext_eq_parameter_t &parameter, const logging::CodeLocation &at)
 {
-    for (int i = 0; i < gains.size(); ++i) {
-        const auto gain = static_cast<float>(gains.at(i));
+    audio_ext_eq_band_t *band = &parameter.band[0];
+    for (const Gain value : gains) {
+        const auto gain = static_cast<float>(value);
         if (!(gain >= -tables::highestGain && gain <= tables::highestGain)) {
-            logging::logError(at, "input gain val err", gains.at(i));
+            logging::logError(at, "input gain val err", value);
             return false;
         }
-        parameter.band[i].gain = gain;
+        band->gain = gain;
+        ++band;
     }
     return true;
 }
@@ -91,7 +93,7 @@ public:
     QLatin1String quotedTrack() const { return QLatin1String(track()); }
     QLatin1String quotedSource() const { return QLatin1String(source()); }
 
-    bool isBoosted() const { return m_source && tables::isBoosted(m_source->spName.view()); }
+    bool isBoosted() const { return m_source && tables::isBoosted(m_source); }
 
 private:
     /// Nothing that QString::fromUtf8() would drop.

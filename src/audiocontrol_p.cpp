@@ -62,9 +62,11 @@ int sendShortRecord(App *app, audio_eq_parameter_t &parameter, const char *headi
     logOutcome(at, result, message("set eq channel", parameter.channel), message("set eq error", result));
     if (result != 0)
         return -1;
-    logging::logInfo(at, heading);
-    for (const quint16 frequency : parameter.frequency)
-        logging::logInfo(at, frequency);
+    if (logging::isDebugEnabled()) {
+        logging::logInfo(at, heading);
+        for (const quint16 frequency : parameter.frequency)
+            logging::logInfo(at, frequency);
+    }
     return 0;
 }
 

@@ -103,6 +103,26 @@ constexpr const SourceName *sourceOf(std::string_view qtName)
     return nullptr;
 }
 
+/// By row of sourceNames.
+struct BoostedRows
+{
+    bool isBoosted[std::size(sourceNames)];
+};
+
+constexpr BoostedRows findBoostedRows()
+{
+    BoostedRows rows = {};
+    for (std::size_t i = 0; i < std::size(sourceNames); ++i)
+        rows.isBoosted[i] = isBoosted(sourceNames[i].spName.view());
+    return rows;
+}
+constexpr BoostedRows boostedRows = findBoostedRows();
+
+constexpr bool isBoosted(const SourceName *row)
+{
+    return boostedRows.isBoosted[row - &sourceNames[0]];
+}
+
 constexpr bool areNumberedFromZero()
 {
     for (std::size_t i = 0; i < std::size(trackNames); ++i) {

@@ -1,7 +1,5 @@
 #include "logging.h"
 
-#include <QtCore/QLoggingCategory>
-
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -16,9 +14,12 @@ QDebug open(logging::Form form, const logging::CodeLocation &at)
 
 } // namespace
 
-bool logging::isDebugEnabled()
+std::atomic<const QLoggingCategory *> logging::knownCategory{nullptr};
+
+bool logging::isDebugEnabledInQt()
 {
     const QLoggingCategory *const category = QLoggingCategory::defaultCategory();
+    knownCategory.store(category, std::memory_order_relaxed);
     return category && category->isDebugEnabled();
 }
 

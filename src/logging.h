@@ -2,8 +2,10 @@
 #define LOGGING_H
 
 #include <QtCore/QDebug>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QMessageLogger>
 
+#include <atomic>
 #include <tuple>
 
 /*
@@ -29,8 +31,24 @@ struct CodeLocation
     const char *function;
 };
 
-/// False, too, at process exit once Qt has no categories any more: the destructors of static objects may still get here.
-bool isDebugEnabled();
+/// As it was found when it was asked for first. Null before that.
+extern std::atomic<const QLoggingCategory *> knownCategory;
+
+/// Asks Qt for the category.
+bool isDebugEnabledInQt();
+
+/**
+ * False, too, at process exit once Qt has no categories any more: the destructors of static objects may still get here.
+ *
+ * To ask Qt for the category costs more than many an operation. It never moves, so while it says no, that is the answer; its memory, a part of
+ * Qt's own, stays readable when it is gone. Only where it says yes, or is not known, Qt is asked.
+ */
+inline bool isDebugEnabled()
+{
+    const QLoggingCategory *const category = knownCategory.load(std::memory_order_relaxed);
+    return Q_UNLIKELY(!category || category->isDebugEnabled()) && isDebugEnabledInQt();
+}
+
 bool isCriticalEnabled();
 
 /// An item of each type is written by one function, which no line has a copy of: lines are many, and rare are those that are written.
