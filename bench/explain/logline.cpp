@@ -1,0 +1,321 @@
+#include "logline.h"
+
+#include "logmarks.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <vector>
+
+using LogLines::Form;
+using LogLines::Row;
+
+namespace
+{
+
+constexpr std::string_view blanks = " \t\n\r";
+
+std::string_view trimmed(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+bool startsWith(std::string_view text, std::string_view begin)
+{
+    return text.substr(0, begin.size()) == begin;
+}
+
+/// Takes a number off the beginning of a text; what follows it must be a blank, the end or @p alsoBefore.
+template<typename Number>
+std::optional<Number> takeNumber(std::string_view &text, char alsoBefore = ' ')
+{
+    Number value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto taken = std::size_t(end - text.data());
+    const bool isWhole = error == std::errc() && (taken == text.size() || blanks.find(text[taken]) != std::string_view::npos || text[taken] == alsoBefore);
+    if (!isWhole)
+        return {};
+    text.remove_prefix(taken);
+    return value;
+}
+
+/// The number that an escape in quotes stands for, of at most so many hexadecimal digits.
+uint escaped(std::string_view text, std::size_t &at, std::size_t most)
+{
+    constexpr int hexadecimal = 16;
+    uint value = 0;
+    const std::string_view digits = text.substr(at + 1, most);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, hexadecimal);
+    if (error == std::errc())
+        at += std::size_t(end - digits.data());
+    return value;
+}
+
+/// A text in quotes as QDebug writes it, taken off the beginning.
+std::optional<QString> takeQuoted(std::string_view &text)
+{
+    if (text.empty() || text.front() != '"')
+        return {};
+    constexpr std::size_t digitsOfUnicode = 4;
+    constexpr std::size_t digitsOfLong = 8;
+    QString value;
+    std::size_t plainFrom = 1;
+    const auto addPlain = [&](std::size_t end) { value += QString::fromUtf8(text.data() + plainFrom, int(end - plainFrom)); };
+    for (std::size_t at = 1; at < text.size(); ++at) {
+        if (text[at] == '"') {
+            addPlain(at);
+            text.remove_prefix(at + 1);
+            // QDebug writes an empty pair behind a hexadecimal escape that a digit follows.
+            if (startsWith(text, "\"")) {
+                plainFrom = 1;
+                at = 0;
+                continue;
+            }
+            return value;
+        }
+        if (text[at] != '\\')
+            continue;
+        addPlain(at);
+        ++at;
+        if (at >= text.size())
+            break;
+        switch (text[at]) {
+        case 'n':
+            value += QLatin1Char('\n');
+            break;
+        case 't':
+            value += QLatin1Char('\t');
+            break;
+        case 'r':
+            value += QLatin1Char('\r');
+            break;
+        case 'b':
+            value += QLatin1Char('\b');
+            break;
+        case 'f':
+            value += QLatin1Char('\f');
+            break;
+        case 'x':
+        case 'u':
+        case 'U': {
+            const uint code = escaped(text, at, text[at] == 'U' ? digitsOfLong : digitsOfUnicode);
+            value += QString::fromUcs4(&code, 1);
+            break;
+        }
+        default:
+            value += QLatin1Char(text[at]);
+        }
+        plainFrom = at + 1;
+    }
+    return {};
+}
+
+/// "(6, 0, -1.5)", "()"
+std::optional<QVariantList> takeList(std::string_view &text)
+{
+    if (text.empty() || text.front() != '(')
+        return {};
+    QVariantList list;
+    std::string_view rest = text.substr(1);
+    while (!rest.empty() && rest.front() != ')') {
+        const auto value = takeNumber<double>(rest, rest.find(',') < rest.find(')') ? ',' : ')');
+        if (!value)
+            return {};
+        list.append(*value);
+        if (startsWith(rest, ", "))
+            rest.remove_prefix(2);
+    }
+    if (rest.empty())
+        return {};
+    text = rest.substr(1);
+    return list;
+}
+
+/// Takes a value of a kind off the beginning of the text; an invalid one where there is none.
+QVariant takeValue(char kind, std::string_view &text)
+{
+    switch (kind) {
+    case 'n': {
+        const auto value = takeNumber<qint64>(text);
+        return value ? QVariant(*value) : QVariant();
+    }
+    case 'r': {
+        const auto value = takeNumber<double>(text);
+        return value ? QVariant(*value) : QVariant();
+    }
+    case 'b':
+        for (const bool value : {true, false}) {
+            const std::string_view word = value ? "true" : "false";
+            if (startsWith(text, word)) {
+                text.remove_prefix(word.size());
+                return value;
+            }
+        }
+        return {};
+    case 'q': {
+        const auto value = takeQuoted(text);
+        return value ? QVariant(*value) : QVariant();
+    }
+    case 'l': {
+        const auto value = takeList(text);
+        return value ? QVariant(*value) : QVariant();
+    }
+    case 'p': {
+        const std::string_view word = text.substr(0, text.find_first_of(blanks));
+        text.remove_prefix(word.size());
+        return word.empty() ? QVariant() : QString::fromUtf8(word.data(), int(word.size()));
+    }
+    default:
+        return {};
+    }
+}
+
+void skipBlanks(std::string_view &text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+}
+
+bool matches(std::string_view words, std::string_view text, QVector<QVariant> &values);
+
+/// A text that may hold anything, and behind it the words: it ends where they can begin first.
+bool takeRest(std::string_view words, std::string_view text, QVector<QVariant> &values)
+{
+    const int index = values.size();
+    for (std::size_t at = words.empty() ? text.size() : 0; at <= text.size(); ++at) {
+        if (at > 0 && at < text.size() && text[at] != ' ')
+            continue;
+        values.resize(index);
+        values.append(QString::fromUtf8(text.data(), int(at)));
+        if (matches(words, text.substr(at), values))
+            return true;
+    }
+    values.resize(index);
+    return false;
+}
+
+/// Whether the words describe the text; its values are added.
+bool matches(std::string_view words, std::string_view text, QVector<QVariant> &values)
+{
+    skipBlanks(text);
+    while (!words.empty()) {
+        const std::string_view word = words.substr(0, words.find(' '));
+        words.remove_prefix(std::min(word.size() + 1, words.size()));
+        const bool isValue = word.size() == 2 && word.front() == '%';
+        if (isValue && word[1] == 'w') {
+            return takeRest(words, text, values);
+        }
+        if (isValue) {
+            const QVariant value = takeValue(word[1], text);
+            if (!value.isValid())
+                return false;
+            values.append(value);
+        } else if (startsWith(text, word)) {
+            text.remove_prefix(word.size());
+        } else {
+            return false;
+        }
+        if (!text.empty() && blanks.find(text.front()) == std::string_view::npos)
+            return false;
+        skipBlanks(text);
+    }
+    return text.empty();
+}
+
+/// Indexes of the rows, by form and function, so that a line is compared with few of them.
+class RowIndex
+{
+public:
+    RowIndex()
+    {
+        for (const Row &row : LogLines::rows)
+            m_rows.push_back(&row);
+        std::stable_sort(m_rows.begin(), m_rows.end(), isBefore);
+    }
+
+    std::pair<const Row *const *, const Row *const *> find(Form form, std::string_view function) const
+    {
+        const auto isLess
+            = [](const Row *row, const std::pair<Form, std::string_view> &wanted) { return std::pair(row->form, std::string_view(row->function)) < wanted; };
+        const auto isGreater
+            = [](const std::pair<Form, std::string_view> &wanted, const Row *row) { return wanted < std::pair(row->form, std::string_view(row->function)); };
+        const std::pair wanted(form, function);
+        const auto first = std::lower_bound(m_rows.cbegin(), m_rows.cend(), wanted, isLess);
+        const auto last = std::upper_bound(first, m_rows.cend(), wanted, isGreater);
+        return {m_rows.data() + (first - m_rows.cbegin()), m_rows.data() + (last - m_rows.cbegin())};
+    }
+
+private:
+    static bool isBefore(const Row *one, const Row *other)
+    {
+        return std::pair(one->form, std::string_view(one->function)) < std::pair(other->form, std::string_view(other->function));
+    }
+
+    std::vector<const Row *> m_rows;
+};
+
+std::optional<LogLine> describe(Form form, std::string_view function, std::string_view text)
+{
+    static const RowIndex index;
+    const auto [first, last] = index.find(form, function);
+    LogLine line;
+    for (auto row = first; row != last; ++row) {
+        line.values.clear();
+        if (matches((*row)->words, text, line.values)) {
+            line.row = *row;
+            return line;
+        }
+    }
+    return {};
+}
+
+/// The function's name in a signature: "audio::AudioControl::setStreamVolume" in "void audio::AudioControl::setStreamVolume(AudioTag)".
+std::string_view functionOf(std::string_view signature)
+{
+    const std::string_view name = signature.substr(0, signature.find('('));
+    const std::size_t blank = name.find_last_of(" *&");
+    return blank == std::string_view::npos ? name : name.substr(blank + 1);
+}
+
+/// "THREAD SIGNATURE LINE -- words"
+std::optional<LogLine> readTrace(Form form, std::string_view text)
+{
+    const auto thread = takeNumber<qint64>(text);
+    constexpr std::string_view separator = " --";
+    // The first one behind the arguments: what follows may hold another.
+    const std::size_t arguments = text.find('(');
+    const std::size_t end = arguments == std::string_view::npos ? arguments : text.find(separator, arguments);
+    if (!thread || end == std::string_view::npos)
+        return {};
+    auto line = describe(form, functionOf(text.substr(0, end)), text.substr(end + separator.size()));
+    if (line)
+        line->thread = *thread;
+    return line;
+}
+
+} // namespace
+
+std::optional<LogLine> LogLine::read(std::string_view given)
+{
+    std::string_view text = trimmed(given);
+    const auto take = [&text](std::string_view begin) {
+        const bool isThere = startsWith(text, begin);
+        if (isThere)
+            text.remove_prefix(begin.size());
+        return isThere;
+    };
+    if (take(LogMarks::trace))
+        return readTrace(Form::Trace, text);
+    if (take(LogMarks::critical))
+        return readTrace(Form::Critical, text);
+    if (take(LogMarks::service))
+        return describe(Form::Service, {}, text);
+    if (!take(LogMarks::facade))
+        return {};
+    if (take("[Audiocontrol]"))
+        return describe(Form::Facade, {}, text);
+    if (!take("[Error] [Audiocontrol] line: "))
+        return describe(Form::FacadeNote, {}, text);
+    return takeNumber<qint64>(text) ? describe(Form::FacadeError, {}, text) : std::nullopt;
+}
