@@ -1,0 +1,82 @@
+#include "facaderules.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace
+{
+
+constexpr const char *boostedSources[] = {
+    "S+CarPlayTelephony",
+    "S+BtPhone",
+    "S+CarPlayAlert",
+    "S+BtRingtone",
+    "S+AuxIn",
+    "S+CarPlaySpeech",
+    "S+BtPcmPhone",
+};
+
+constexpr const char *groupMembers[] = {"S+AndroidAuto", "S+FilePlayer"};
+
+constexpr double microphoneStageTable[] = {0, 9, 12, 21, 27.5, 30, 40}; // dB, ascending
+constexpr double largestProgrammableGain = 6;
+
+constexpr int highestVolume = 148;
+constexpr int byteMask = 0xFF;
+
+template<std::size_t count>
+bool contains(const char *const (&names)[count], const QString &name)
+{
+    return std::any_of(std::begin(names), std::end(names), [&name](const char *one) { return name == QLatin1String(one); });
+}
+
+} // namespace
+
+int FacadeRules::sentVolume(const QString &source, int volume)
+{
+    return contains(boostedSources, source) ? sentAlternativeVolume(volume) : volume;
+}
+
+int FacadeRules::platformVolume(int volume)
+{
+    constexpr unsigned int factor = 4;
+    return int(unsigned(volume) * factor & unsigned(byteMask));
+}
+
+int FacadeRules::sentAlternativeVolume(int volume)
+{
+    constexpr double boost = 1.5;
+    return std::min(int(volume * boost) & byteMask, highestVolume);
+}
+
+QString FacadeRules::platformSource(const QString &name)
+{
+    if (name.startsWith(QLatin1String("s+")))
+        return platformSource(QLatin1Char('S') + name.mid(1));
+    const QString ending = QStringLiteral("_APP");
+    return name.endsWith(ending) ? name.chopped(ending.size()) : name;
+}
+
+QStringList FacadeRules::othersOfGroup(const QString &source)
+{
+    QStringList others;
+    if (!contains(groupMembers, source))
+        return others;
+    for (const char *const member : groupMembers) {
+        if (source != QLatin1String(member))
+            others.append(QLatin1String(member));
+    }
+    return others;
+}
+
+FacadeRules::MicrophoneStages FacadeRules::microphoneStages(double gain)
+{
+    if (gain <= 0)
+        return {0, int(gain)};
+    const double *above = std::lower_bound(std::begin(microphoneStageTable), std::end(microphoneStageTable), gain);
+    if (above == std::end(microphoneStageTable))
+        --above;
+    const double below = gain >= *above ? *above : *std::prev(above);
+    const double stage = gain - below > largestProgrammableGain && gain < *above ? *above : below;
+    return {stage, int(gain - stage)};
+}

@@ -1,0 +1,183 @@
+#include "logfilter.h"
+
+#include "calltext.h"
+#include "facaderules.h"
+#include "heard.h"
+#include "timelineevent.h"
+
+#include <algorithm>
+#include <iterator>
+
+using Kind = TimelineEvent::Kind;
+using LogTime::Clock;
+
+namespace
+{
+
+struct Area
+{
+    const char *name;
+    /// Parts of the names of operations, the platform's and the library's.
+    const char *operations[8];
+};
+
+// An operation is of the first area that it fits.
+constexpr Area areas[] = {
+    {"microphone", {"Mic", "Handsfree", "Downlink", "Aec", "AEC"}},
+    {"equalizer", {"Eq", "oudness", "oudNess", "Filter", "Dps", "Stereo", "SpeakerDel"}},
+    {"routing", {"Source", "ChannelMask", "FrontRear", "Destination", "SelectPin", "AudioChannel", "Auxin", "I2S"}},
+    {"volume", {"olume", "ute", "uck", "unk", "Att", "FadeBalance", "Status", "BackCar"}},
+};
+constexpr char focusArea[] = "focus";
+constexpr char focusBegin[] = "focus: ";
+
+/// Null for none.
+const Area *areaOf(const QString &operation)
+{
+    const auto fits = [&operation](const Area &area) {
+        return std::any_of(
+            std::begin(area.operations), std::end(area.operations), [&operation](const char *part) { return part && operation.contains(QLatin1String(part)); });
+    };
+    const auto *const found = std::find_if(std::begin(areas), std::end(areas), fits);
+    return found == std::end(areas) ? nullptr : found;
+}
+
+/// Calls that an event brought, with those of what it caused.
+template<typename Test>
+bool hasCall(const TimelineEvent &event, const Test &test)
+{
+    return (event.kind == Kind::Call && test(event.call))
+        || std::any_of(event.caused.cbegin(), event.caused.cend(), [&test](const TimelineEvent &caused) { return hasCall(caused, test); });
+}
+
+bool isRefused(const simulator::JournalEntry &call)
+{
+    return call.result.toInt() != 0;
+}
+
+struct Unit
+{
+    const char *name;
+    qint64 milliseconds;
+};
+
+constexpr Unit units[] = {{"ms", 1}, {"min", 60 * 1000}, {"s", 1000}, {"h", 60 * 60 * 1000}, {"", 1000}};
+
+} // namespace
+
+std::optional<LogLimit> LogLimit::read(const QString &text)
+{
+    LogLimit limit;
+    if (text.startsWith(QLatin1Char('+'))) {
+        for (const Unit &unit : units) {
+            if (!text.endsWith(QLatin1String(unit.name)))
+                continue;
+            bool isNumber = false;
+            const double number = text.mid(1).chopped(int(qstrlen(unit.name))).toDouble(&isNumber);
+            constexpr double most = 1e9;
+            if (!isNumber || !(number >= 0 && number <= most))
+                return {};
+            limit.m_offset = qint64(number * double(unit.milliseconds));
+            return limit;
+        }
+    }
+    const std::string given = text.toStdString();
+    for (const std::string &written : {given, given + ":00"}) {
+        LogTime::Reader reader(written);
+        auto moment = reader.calendar();
+        moment = moment ? moment : reader.yearless();
+        moment = moment ? moment : reader.daytime();
+        moment = moment ? moment : reader.seconds();
+        if (moment && reader.rest().empty()) {
+            limit.m_moment = *moment;
+            return limit;
+        }
+    }
+    return {};
+}
+
+std::optional<qint64> LogLimit::in(const LogClock &clock) const
+{
+    if (m_moment.clock == Clock::None)
+        return m_offset;
+    const Clock written = clock.first().clock;
+    const bool isDaytime = m_moment.clock == Clock::Daytime && (written == Clock::Calendar || written == Clock::Yearless);
+    return isDaytime || m_moment.clock == written ? std::make_optional(clock.timeOf(m_moment)) : std::nullopt;
+}
+
+LogFilter::LogFilter(TimelineView &shownBy, const LogClock &clock, const Wanted &wanted)
+    : m_view(shownBy)
+    , m_clock(clock)
+    , m_wanted(wanted)
+{
+    m_wanted.source = FacadeRules::platformSource(wanted.source);
+}
+
+QStringList LogFilter::areaNames()
+{
+    QStringList names{QLatin1String(&focusArea[0])};
+    for (const Area &area : areas)
+        names.append(QLatin1String(area.name));
+    names.sort();
+    return names;
+}
+
+void LogFilter::show(const TimelineEvent &event, const Heard &heard, bool isNew)
+{
+    if (!isInTime(event.time) || !isWanted(event))
+        return;
+    m_view.show(event, heard, isNew);
+    if (!m_wanted.tellsRefusals)
+        return;
+    for (const TimelineEvent &caused : event.caused) {
+        if (caused.kind != Kind::Call || !isRefused(caused.call))
+            continue;
+        TimelineEvent note;
+        note.time = caused.time;
+        note.text = QStringLiteral("refused: ") + callText(caused.call);
+        m_view.show(note, heard, false);
+    }
+}
+
+void LogFilter::finish(qint64 time)
+{
+    m_view.finish(time);
+}
+
+bool LogFilter::isInTime(qint64 time) const
+{
+    const auto isBeyond = [this, time](const std::optional<LogLimit> &limit, bool isLower) {
+        if (!limit)
+            return false;
+        const auto at = limit->in(m_clock);
+        return !at || (isLower ? time < *at : time > *at);
+    };
+    return !isBeyond(m_wanted.from, true) && !isBeyond(m_wanted.to, false);
+}
+
+bool LogFilter::isWanted(const TimelineEvent &event) const
+{
+    if (event.kind == Kind::Heading)
+        return true;
+    if (event.kind == Kind::Note) {
+        const bool isFocus = event.text.contains(QLatin1String(&focusBegin[0]));
+        return !isFocus || (m_wanted.source.isEmpty() && (m_wanted.areas.isEmpty() || m_wanted.areas.contains(QLatin1String(&focusArea[0]))));
+    }
+    return isOfArea(event) && isOfSource(event);
+}
+
+bool LogFilter::isOfArea(const TimelineEvent &event) const
+{
+    const auto isWantedArea = [this](const QString &operation) {
+        const Area *const area = areaOf(operation);
+        return area && m_wanted.areas.contains(QLatin1String(area->name));
+    };
+    return m_wanted.areas.isEmpty() || isWantedArea(event.text.section(QLatin1Char('('), 0, 0))
+        || hasCall(event, [&isWantedArea](const simulator::JournalEntry &call) { return isWantedArea(call.operation); });
+}
+
+bool LogFilter::isOfSource(const TimelineEvent &event) const
+{
+    return m_wanted.source.isEmpty() || event.text.contains(m_wanted.source)
+        || hasCall(event, [this](const simulator::JournalEntry &call) { return call.arguments.contains(m_wanted.source); });
+}

@@ -1,0 +1,61 @@
+#ifndef LOGFILTER_H
+#define LOGFILTER_H
+
+#include "logclock.h"
+#include "timelineview.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+
+/// A time that a user gives: "12:03:07", "2026-11-22 12:03:07", "+12s" from the log's first line.
+class LogLimit
+{
+public:
+    /// Empty where the text is no time.
+    static std::optional<LogLimit> read(const QString &text);
+
+    /// ms of the timeline; empty where the log's clock has no such times.
+    std::optional<qint64> in(const LogClock &clock) const;
+
+private:
+    qint64 m_offset = 0;
+    LogTime::Moment m_moment; // None for an offset
+};
+
+/// What of a log's timeline is shown.
+class LogFilter : public TimelineView
+{
+public:
+    struct Wanted
+    {
+        std::optional<LogLimit> from;
+        std::optional<LogLimit> to;
+        QStringList areas; ///< of areaNames(); empty for all
+        QString source; ///< the platform's name or that of applications; empty for all
+        bool tellsRefusals = false; ///< as notes, for a view that shows no calls
+    };
+
+    /// @param shownBy outlives the filter
+    LogFilter(TimelineView &shownBy, const LogClock &clock, const Wanted &wanted);
+
+    static QStringList areaNames();
+
+    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
+    void finish(qint64 time) override;
+
+    /// Whether the time lies between the limits.
+    bool isInTime(qint64 time) const;
+
+private:
+    bool isWanted(const TimelineEvent &event) const;
+    bool isOfArea(const TimelineEvent &event) const;
+    bool isOfSource(const TimelineEvent &event) const;
+
+    TimelineView &m_view;
+    const LogClock &m_clock;
+    Wanted m_wanted;
+};
+
+#endif

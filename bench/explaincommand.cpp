@@ -1,0 +1,325 @@
+#include "explaincommand.h"
+
+#include "console.h"
+#include "driveview.h"
+#include "exitstatus.h"
+#include "explain/logfilter.h"
+#include "explain/logframes.h"
+#include "explain/loggedunit.h"
+#include "explain/logjsonview.h"
+#include "explain/logsource.h"
+#include "explain/logstory.h"
+#include "explain/logsummary.h"
+#include "interruption.h"
+#include "requestview.h"
+#include "timeline.h"
+
+#include <QtCore/QLoggingCategory>
+
+#include <csignal>
+
+namespace
+{
+
+/// ms after which the lines that came last are taken for all of a request, where the log is followed.
+constexpr int patience = 200;
+
+/// Tells the unit, and for programs also where in the log it is told.
+class Teller : public LogStoryListener
+{
+public:
+    Teller(Timeline &timeline, LogFilter &filter, LogJsonView *json, LogSummary *summary)
+        : m_timeline(timeline)
+        , m_unit(timeline)
+        , m_filter(filter)
+        , m_json(json)
+        , m_summary(summary)
+    {
+    }
+
+    void request(const LoggedRequest &request) override
+    {
+        if (m_json)
+            m_json->setOrigin({request.lines.constFirst().number, request.process, request.program, LogTime::toText(request.moment)});
+        m_unit.apply(request);
+        if (m_summary && m_filter.isInTime(request.time()))
+            m_summary->add(request);
+    }
+
+    void note(qint64 time, quint64 line, const QString &text) override
+    {
+        setLine(line);
+        // Programs have the number apart, and what happened to focus is as good as a request.
+        const bool isPlain = m_json || line == 0 || text.startsWith(QLatin1String("focus: "));
+        m_unit.note(time, Console::printable(isPlain ? text : QStringLiteral("line %1: %2").arg(line).arg(text)));
+    }
+
+    void heading(qint64 time, quint64 line, const QString &text) override
+    {
+        setLine(line);
+        m_unit.heading(time, Console::printable(text));
+    }
+
+    void reboot() override { LoggedUnit::restart(); }
+
+    void finish()
+    {
+        if (m_summary)
+            m_summary->finish(m_timeline.now());
+        m_timeline.showUnfinished();
+    }
+
+private:
+    void setLine(quint64 line)
+    {
+        if (m_json)
+            m_json->setOrigin({line, LogFrame::unknown, {}, {}});
+    }
+
+    Timeline &m_timeline;
+    LoggedUnit m_unit;
+    LogFilter &m_filter;
+    LogJsonView *m_json;
+    LogSummary *m_summary;
+};
+
+int fail(const QString &file, const QString &problem)
+{
+    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), Console::printable(problem)));
+    return UsageError;
+}
+
+QString firstTime(const LogClock &clock)
+{
+    return clock.first().clock == LogTime::Clock::None ? QStringLiteral("without a time") : LogTime::toText(clock.first());
+}
+
+/// For a summary, which nothing else is shown beside.
+class NoView : public TimelineView
+{
+public:
+    void show(const TimelineEvent & /*event*/, const Heard & /*heard*/, bool /*isNew*/) override { }
+};
+
+void readAll(LogSource &source, LogStory &story, bool isFollowed)
+{
+    std::string_view line;
+    while (Interruption::received() == 0) {
+        const LogSource::Next next = source.next(line);
+        story.addNotes(source.takeNotes());
+        if (next == LogSource::Next::End)
+            break;
+        if (next == LogSource::Next::Line) {
+            story.add(line, source.lineNumber(), source.wasCut());
+        } else if (isFollowed) {
+            source.wait(patience);
+            if (source.next(line) == LogSource::Next::Line)
+                story.add(line, source.lineNumber(), source.wasCut());
+            else
+                story.pause();
+        }
+    }
+    story.finish();
+}
+
+} // namespace
+
+QString ExplainCommand::name() const
+{
+    return QStringLiteral("explain");
+}
+
+QString ExplainCommand::summary() const
+{
+    return QStringLiteral("tells from a unit's log what was heard, and why");
+}
+
+QString ExplainCommand::arguments() const
+{
+    return QStringLiteral("[LOG]");
+}
+
+QVector<Command::Option> ExplainCommand::options() const
+{
+    return {
+        {QStringLiteral("verbose"), {}, QStringLiteral("show each request with its platform calls; twice: those of the audio's start, too"), QLatin1Char('v')},
+        {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
+        {QStringLiteral("summary"), {}, QStringLiteral("show what it comes to: volumes, statuses, keys, saves, refusals")},
+        {QStringLiteral("follow"), {}, QStringLiteral("go on as lines come, until interrupted")},
+        {QStringLiteral("from"), QStringLiteral("TIME"), QStringLiteral("show what happened from then on: a time as in the log, or +12s from its first line")},
+        {QStringLiteral("to"), QStringLiteral("TIME"), QStringLiteral("show what happened until then")},
+        {QStringLiteral("only"),
+         QStringLiteral("AREAS"),
+         QStringLiteral("show these, with commas: %1").arg(LogFilter::areaNames().join(QStringLiteral(", "))),
+         {},
+         LogFilter::areaNames()},
+        {QStringLiteral("source"), QStringLiteral("NAME"), QStringLiteral("show what concerns this source: S+FilePlayer")},
+        {QStringLiteral("pattern"), QStringLiteral("FORM"), QStringLiteral("what the lines look like, in the words of QT_MESSAGE_PATTERN")},
+        {QStringLiteral("color"),
+         QStringLiteral("WHEN"),
+         QStringLiteral("auto (on a terminal), always or never"),
+         {},
+         {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}},
+    };
+}
+
+QString ExplainCommand::details() const
+{
+    return QStringLiteral(
+        "Reads a log that has the library's lines in it, from a file or the standard input, also one that gzip, xz or zstd compressed, and tells "
+        "what the unit did: each situation, what was heard at the driver's ear, and why. Lines of other programs are passed over.\n"
+        "\n"
+        "What stands before the library's text is found out for each line: nothing, the usual forms of QT_MESSAGE_PATTERN, journalctl's "
+        "(short, short-iso, short-precise, short-monotonic, json, export), syslog's, the text of DLT viewers, seconds as of the kernel.\n"
+        "\n"
+        "The unit's platform calls are made once more on the simulated platform, which says what was heard. What the log does not say is "
+        "shown as \"?\".\n");
+}
+
+QVector<Command::Ending> ExplainCommand::endings() const
+{
+    return {
+        {UsageError, QStringLiteral("a log that cannot be read")},
+        {NothingFound, QStringLiteral("a log has no line of the library")},
+    };
+}
+
+Command::Completions ExplainCommand::completions(const QStringList &before) const
+{
+    return {{}, before.isEmpty() ? QStringLiteral("FILE") : QString()};
+}
+
+bool ExplainCommand::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const
+{
+    return true;
+}
+
+std::optional<LogFilter::Wanted> ExplainCommand::understandWanted(const QCommandLineParser &parsed) const
+{
+    LogFilter::Wanted wanted;
+    for (const bool isFrom : {true, false}) {
+        const QString option = isFrom ? QStringLiteral("from") : QStringLiteral("to");
+        if (!parsed.isSet(option))
+            continue;
+        const auto limit = LogLimit::read(parsed.value(option));
+        if (!limit) {
+            complain(QStringLiteral("--%1 is a time as in the log, 12:03:07, or from its first line on, +12s, not %2").arg(option, parsed.value(option)));
+            return {};
+        }
+        (isFrom ? wanted.from : wanted.to) = limit;
+    }
+    if (parsed.isSet(QStringLiteral("only")))
+        wanted.areas = parsed.value(QStringLiteral("only")).split(QLatin1Char(','));
+    for (const QString &area : qAsConst(wanted.areas)) {
+        if (!LogFilter::areaNames().contains(area)) {
+            complain(QStringLiteral("--only knows %1, not %2").arg(LogFilter::areaNames().join(QStringLiteral(", ")), area));
+            return {};
+        }
+    }
+    wanted.source = parsed.value(QStringLiteral("source"));
+    return wanted;
+}
+
+std::optional<ExplainCommand::Request> ExplainCommand::understand(const QCommandLineParser &parsed) const
+{
+    Request request;
+    const auto isSet = [&parsed](const char *option) { return parsed.isSet(QLatin1String(option)); };
+    const auto wrong = [this](const QString &message) -> std::optional<Request> {
+        complain(message);
+        return {};
+    };
+    const QStringList words = parsed.positionalArguments().mid(1);
+    if (words.size() > 1)
+        return wrong(QStringLiteral("explain takes one log"));
+    const auto verbosity = parsed.optionNames().count(QStringLiteral("v")) + parsed.optionNames().count(QStringLiteral("verbose"));
+    if (int(isSet("summary")) + int(isSet("json")) + int(verbosity > 0) > 1)
+        return wrong(QStringLiteral("--summary, --json and --verbose do not go together"));
+    request.view = isSet("summary") ? View::Summary
+        : isSet("json")             ? View::Json
+        : verbosity == 0            ? View::Drive
+        : verbosity == 1            ? View::Requests
+                                    : View::Everything;
+    const QString color = parsed.value(QStringLiteral("color"));
+    if (!color.isEmpty() && color != QLatin1String("auto") && color != QLatin1String("always") && color != QLatin1String("never"))
+        return wrong(QStringLiteral("--color is auto, always or never, not %1").arg(color));
+    Console::setColors(color == QLatin1String("always")      ? Console::Colors::Always
+                           : color == QLatin1String("never") ? Console::Colors::Never
+                                                             : Console::Colors::Auto);
+    const auto wanted = understandWanted(parsed);
+    if (!wanted)
+        return {};
+    request.wanted = *wanted;
+    request.wanted.tellsRefusals = request.view == View::Drive;
+    request.isFollowed = isSet("follow");
+    request.file = words.isEmpty() ? QLatin1String(LogSource::standardInput()) : words.first();
+    return request;
+}
+
+int ExplainCommand::run(const QCommandLineParser &parsed)
+{
+    const std::optional<Request> request = understand(parsed);
+    if (!request)
+        return UsageError;
+    LogFrames frames;
+    if (parsed.isSet(QStringLiteral("pattern"))) {
+        const QString problem = frames.setPattern(parsed.value(QStringLiteral("pattern")));
+        if (!problem.isEmpty())
+            return complain(QStringLiteral("--pattern is no QT_MESSAGE_PATTERN: %1").arg(problem));
+    }
+    // Not this unit's platform, but that of the log.
+    QLoggingCategory::setFilterRules(QStringLiteral("qzaudio.simulator.info=false"));
+    return explain(*request, frames);
+}
+
+std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, LogJsonView *&json)
+{
+    if (request.view == View::Summary)
+        return std::make_unique<NoView>();
+    if (request.view == View::Drive)
+        return std::make_unique<DriveView>();
+    if (request.view != View::Json)
+        return std::make_unique<RequestView>(request.view == View::Everything);
+    auto view = std::make_unique<LogJsonView>(request.file);
+    json = view.get();
+    return view;
+}
+
+int ExplainCommand::explain(const Request &request, LogFrames &frames) const
+{
+    LogSource source;
+    const QString problem = source.open(request.file, request.isFollowed);
+    if (!problem.isEmpty())
+        return fail(request.file, problem);
+
+    LogJsonView *json = nullptr;
+    const std::unique_ptr<TimelineView> view = viewFor(request, json);
+    LogSummary summary;
+    LogClock clock;
+    LogFilter filter(*view, clock, request.wanted);
+    Timeline timeline(&filter);
+    Teller teller(timeline, filter, json, request.view == View::Summary ? &summary : nullptr);
+    LogStory story(frames, clock, teller);
+    const std::unique_ptr<Interruption> interruption = request.isFollowed ? std::make_unique<Interruption>() : nullptr;
+    readAll(source, story, request.isFollowed);
+    teller.finish();
+
+    const QString failure = source.failure();
+    if (!failure.isEmpty())
+        return fail(request.file, failure);
+    if (story.understood() == 0 && Interruption::received() == 0) {
+        Console::error(
+            QStringLiteral(
+                "qzaudio-bench: %1: no line of the audio library in %2 lines; looked for [DBG], [ERR] and [QT] with the library's words behind them\n")
+                .arg(Console::printable(request.file))
+                .arg(source.lineNumber()));
+        return NothingFound;
+    }
+    for (const auto &limit : {request.wanted.from, request.wanted.to}) {
+        if (limit && !limit->in(clock))
+            return complain(QStringLiteral("the log's lines have no such times as --from or --to; its first one is %1").arg(firstTime(clock)));
+    }
+    if (request.view == View::Summary)
+        Console::out(summary.toText());
+    const int signal = Interruption::received();
+    return signal == 0 ? Success : Interrupted - SIGINT + signal;
+}

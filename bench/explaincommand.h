@@ -1,0 +1,53 @@
+#ifndef EXPLAINCOMMAND_H
+#define EXPLAINCOMMAND_H
+
+#include "command.h"
+
+#include "explain/logfilter.h"
+
+#include <memory>
+#include <optional>
+
+class LogFrames;
+class LogJsonView;
+
+/// "explain": tells from the library's log lines what a head unit did.
+class ExplainCommand : public Command
+{
+public:
+    QString name() const override;
+    QString summary() const override;
+    QString arguments() const override;
+    QVector<Option> options() const override;
+    QString details() const override;
+    QVector<Ending> endings() const override;
+    Completions completions(const QStringList &before) const override;
+    bool wantsVirtualTime(const QCommandLineParser &parsed) const override;
+    int run(const QCommandLineParser &parsed) override;
+
+private:
+    enum class View {
+        Drive,
+        Requests,
+        Everything,
+        Json,
+        Summary,
+    };
+
+    struct Request
+    {
+        View view = View::Drive;
+        LogFilter::Wanted wanted;
+        QString file;
+        bool isFollowed = false;
+    };
+
+    /// Empty where a mistake was said.
+    std::optional<Request> understand(const QCommandLineParser &parsed) const;
+    std::optional<LogFilter::Wanted> understandWanted(const QCommandLineParser &parsed) const;
+    /// @param json receives the view where it is the one for programs
+    static std::unique_ptr<TimelineView> viewFor(const Request &request, LogJsonView *&json);
+    int explain(const Request &request, LogFrames &frames) const;
+};
+
+#endif
