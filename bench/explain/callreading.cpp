@@ -121,7 +121,7 @@ void CallReading::begin()
 
 void CallReading::add(LoggedRequest &request)
 {
-    const Line line = request.lines.constLast();
+    const Line &line = request.lines.constLast();
     addVolumeCalls(request, line);
     addRoutingCalls(request, line);
     addSoundCalls(request, line);

@@ -260,9 +260,14 @@ std::optional<LogLine> describe(Form form, std::string_view function, std::strin
     static const RowIndex index;
     const auto [first, last] = index.find(form, function);
     LogLine line;
+    skipBlanks(text);
+    const char begin = text.empty() ? '\0' : text.front();
     for (auto row = first; row != last; ++row) {
+        const char *const words = (*row)->words;
+        if (words[0] != '%' && words[0] != begin)
+            continue;
         line.values.clear();
-        if (matches((*row)->words, text, line.values)) {
+        if (matches(words, text, line.values)) {
             line.row = *row;
             return line;
         }

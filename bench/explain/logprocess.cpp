@@ -63,10 +63,10 @@ LogProcess::Course LogProcess::add(const LogLine &line, const LogFrame &frame, q
 /// Equal lines follow each other also where nobody doubled them, so that some of them have to be seen that cannot.
 bool LogProcess::isRepeated(const LogLine &line, const LogFrame &frame)
 {
-    const bool isEqual = m_lastText == QByteArray::fromRawData(frame.text.data(), int(frame.text.size())) && isSame(m_lastMoment, frame.time);
+    const bool isEqual = m_lastText == frame.text && isSame(m_lastMoment, frame.time);
     if (!isEqual) {
         m_isDoubled = m_isDoubled && !m_lastIsFollowed;
-        m_lastText = QByteArray(frame.text.data(), int(frame.text.size()));
+        m_lastText = frame.text;
         m_lastMoment = frame.time;
         m_lastIsFollowed = isFollowed(line.id());
         return false;

@@ -5,6 +5,7 @@
 #include "loggedrequest.h"
 
 #include <optional>
+#include <string>
 
 /**
  * One process that wrote a log: puts its lines together to requests.
@@ -54,7 +55,7 @@ private:
     QVector<Open> m_open; // the innermost last
     CallReading m_calls;
     qint64 m_lastTime = 0;
-    QByteArray m_lastText;
+    std::string m_lastText;
     LogTime::Moment m_lastMoment;
     bool m_lastIsFollowed = false; // by another line, always
     bool m_isDoubled = false; // each line of the log stands twice

@@ -97,6 +97,14 @@ void LogFramesTest::formsAreRecognised_data()
         "",
         812,
         "");
+    // Its length has a line break, too: 0x010A.
+    const QByteArray longer = text + '\n' + QByteArray(150, 'a') + '\n' + QByteArray(114 - text.size(), 'a');
+    row("journalctl export with a long text in binary",
+        "__CURSOR=s=1\nMESSAGE\n\x0a\x01" + QByteArray(6, '\0') + longer + "\n_PID=812\n\n",
+        "journalctl -o export",
+        "",
+        812,
+        "");
     row("journalctl export without an end", "__CURSOR=s=1\nMESSAGE=" + text + "\n_PID=812", "journalctl -o export", "", 812, "");
     row("RFC 3164", "<15>Nov 22 12:03:07 unit player[812]: " + text, "journalctl -o short, syslog as RFC 3164", "Nov 22 12:03:07.000", 812, "player");
     row("RFC 3164 without a host", "Nov 22 12:03:07 player: " + text, "journalctl -o short, syslog as RFC 3164", "Nov 22 12:03:07.000", -1, "player");
