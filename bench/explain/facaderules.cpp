@@ -69,6 +69,12 @@ QStringList FacadeRules::othersOfGroup(const QString &source)
     return others;
 }
 
+int FacadeRules::channelsOfType(int type)
+{
+    constexpr int channels[] = {14, 1, 2, 2, 1, 1}; // the alternative track is one for prompts and the HiCar call
+    return type >= 0 && std::size_t(type) < std::size(channels) ? channels[type] : 0;
+}
+
 FacadeRules::MicrophoneStages FacadeRules::microphoneStages(double gain)
 {
     if (gain <= 0)

@@ -24,6 +24,9 @@ QString platformSource(const QString &name);
 /// Those that follow when the step of a source is changed.
 QStringList othersOfGroup(const QString &source);
 
+/// Platform volumes that the policy sends for a volume type.
+int channelsOfType(int type);
+
 /// What a microphone gain in dB is made of.
 struct MicrophoneStages
 {

@@ -12,6 +12,7 @@ constexpr std::size_t mostLines = 12;
 
 enum class Order {
     AsListed, ///< each once at most, in this order
+    LastRepeats, ///< the same, but the last one any number of times
     Any, ///< any number of them, in any order
 };
 
@@ -29,6 +30,11 @@ constexpr Operation listed(Id begins, std::array<Id, mostLines> lines)
     return {begins, Order::AsListed, lines};
 }
 
+constexpr Operation lastRepeats(Id begins, std::array<Id, mostLines> lines)
+{
+    return {begins, Order::LastRepeats, lines};
+}
+
 constexpr Operation any(Id begins, std::array<Id, mostLines> lines)
 {
     return {begins, Order::Any, lines};
@@ -37,12 +43,12 @@ constexpr Operation any(Id begins, std::array<Id, mostLines> lines)
 // clang-format off
 constexpr Operation operations[] = {
     // Life cycle
-    any(Id::ManagerStarts, {Id::Init, Id::MasterSet, Id::MasterRefused, Id::MasterStepIgnored, Id::StoreAutoMicGainKey, Id::AnalogGain, Id::GetMicAnalogOpAndPga, Id::HandleChannelVolumeChanged}),
-    any(Id::Init, {Id::StoreHandsfreeDelayKey, Id::StoreAutoMicGainKey, Id::StepStreamSet, Id::StepStreamRefused, Id::StepTooHigh, Id::NameUnknown, Id::SetMicInputValue, Id::SetLoudNess, Id::EqType, Id::SetEqType, Id::MicTypeIsDefault, Id::SetMicLeftRightSwitch}),
+    lastRepeats(Id::ManagerStarts, {Id::Init, Id::MasterSet, Id::MasterRefused, Id::MasterStepIgnored, Id::StoreAutoMicGainKey, Id::AnalogGain, Id::GetMicAnalogOpAndPga, Id::HandleChannelVolumeChanged}),
+    any(Id::Init, {Id::StoreHandsfreeDelayKey, Id::StoreAutoMicGainKey, Id::StepStreamSet, Id::StepStreamRefused, Id::StepTooHigh, Id::NameUnknown, Id::SetMicInputValue, Id::SetLoudNess, Id::EqType, Id::MicTypeIsDefault, Id::SetMicLeftRightSwitch}),
     // Status, channel and volume
     listed(Id::UpdateAudioStatus, {Id::HandleVolumeTypeChanged}),
     listed(Id::HandleVolumeTypeChanged, {Id::CarPlayDuckIgnored, Id::NavigationEndsInCall, Id::MainChannelTemporarily, Id::StreamTag, Id::VolumeTooHigh, Id::VolumeAdjusted}),
-    listed(Id::UpdateAudioChannel, {Id::OutputTag, Id::EqualizerReset, Id::EqType, Id::SetEqType}),
+    listed(Id::UpdateAudioChannel, {Id::OutputTag, Id::EqualizerReset, Id::EqType}),
     listed(Id::SetVolume, {Id::HandleChannelVolumeChanged}),
     any(Id::HandleChannelVolumeChanged, {Id::StreamTag, Id::VolumeTooHigh, Id::AlternativeSet, Id::AlternativeRefused}),
     any(Id::DelaySetVolume, {Id::DelayedVolume, Id::StreamTag, Id::VolumeTooHigh}),
@@ -64,14 +70,14 @@ constexpr Operation operations[] = {
     listed(Id::SetMute, {Id::MuteBegins}),
     listed(Id::TriggerAtt, {Id::IsAttOn, Id::MuteBegins}),
     any(Id::MuteBegins, {Id::MuteRefused, Id::MuteBegins}),
-    listed(Id::SetHCconnect, {Id::AlternativeSet, Id::AlternativeRefused}),
+    listed(Id::SetHCconnect, {Id::VolumeTooHigh, Id::AlternativeSet, Id::AlternativeRefused}),
     // Equalizer
     listed(Id::EqType, {Id::SetEqType}),
     any(Id::InsertList, {Id::CustomEq}),
     listed(Id::SetEqType, {Id::InsertList, Id::SetEqTypeGains, Id::GainWrong, Id::EqualizerSet, Id::EqualizerRefused}),
     listed(Id::EqTypePrev, {Id::SetEqType}),
     listed(Id::EqTypeNext, {Id::SetEqType}),
-    listed(Id::OnFirstSetEqType, {Id::EqType, Id::SetEqType}),
+    listed(Id::OnFirstSetEqType, {Id::EqType}),
     listed(Id::AdjustCustomEq, {Id::InsertList, Id::AdjustCustomEqGains, Id::GainWrong, Id::EqualizerSet, Id::EqualizerRefused, Id::StoreSetCustomEq}),
     listed(Id::SetLoudNess, {Id::LoudnessSent}),
     listed(Id::LoudnessSent, {Id::LoudnessRefused}),
@@ -81,7 +87,7 @@ constexpr Operation operations[] = {
     any(Id::InitialFrequency, {Id::InitialFrequency}),
     // Microphone
     listed(Id::SetMicInputValue, {Id::MicrophoneVolumeWrong, Id::MicrophoneVolumeSet, Id::MicrophoneVolumeRefused}),
-    any(Id::SetMicLeftRightSwitch, {Id::MicrophoneSwitched, Id::MicrophoneSwitchRefused, Id::StoreAutoMicGainKey, Id::AnalogGain, Id::StoreHandsfreeDelayKey, Id::HandsfreeBegins}),
+    listed(Id::SetMicLeftRightSwitch, {Id::MicrophoneSwitched, Id::MicrophoneSwitchRefused, Id::StoreAutoMicGainKey, Id::AnalogGain, Id::StoreHandsfreeDelayKey, Id::HandsfreeBegins}),
     listed(Id::GetAutoMicGain, {Id::StoreAutoMicGainKey}),
     listed(Id::StoreAutoMicGainKey, {Id::StoreAutoMicGain}),
     listed(Id::StoreHandsfreeDelayKey, {Id::StoreHandsfreeDelay}),
@@ -103,6 +109,8 @@ constexpr Operation operations[] = {
     listed(Id::OutputFrontBegins, {Id::FrontChannels, Id::FrontAndRearChannels, Id::OutputFrontSet, Id::OutputFrontRefused}),
     listed(Id::InputTag, {Id::InputName, Id::TrackUnknown, Id::InputBegins}),
     listed(Id::InputBegins, {Id::InputTrack, Id::InputDestination, Id::InputResult, Id::InputSet, Id::InputRefused}),
+    listed(Id::PinUnknown, {Id::AuxiliaryBegins}),
+    listed(Id::QualityUnknown, {Id::EchoQualityBegins}),
     listed(Id::AuxiliaryBegins, {Id::AuxiliarySet, Id::AuxiliaryRefused}),
     listed(Id::AuxiliaryReadBegins, {Id::AuxiliaryRead, Id::AuxiliaryReadRefused, Id::InputUnknown}),
     listed(Id::DuckingBegins, {Id::FrontSeatSet, Id::FrontSeatRefused}),
@@ -146,6 +154,10 @@ LineGrammar::Position LineGrammar::after(Id begins, Position position, Id next)
     const auto &lines = operation->lines;
     const auto from = lines.cbegin() + (operation->order == Order::Any ? 0 : position);
     const auto found = std::find(from, lines.cend(), next);
+    const auto at = std::size_t(position);
+    const bool isLast = operation->order == Order::LastRepeats && position > 0 && (at == lines.size() || lines.at(at) == none);
+    if (isLast && lines.at(at - 1) == next)
+        return position;
     return found == lines.cend() ? notThere : int(found - lines.cbegin()) + 1;
 }
 

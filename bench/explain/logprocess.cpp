@@ -1,5 +1,6 @@
 #include "logprocess.h"
 
+#include "facaderules.h"
 #include "linegrammar.h"
 
 #include <qzaudio/audiotypes.h>
@@ -91,7 +92,7 @@ bool LogProcess::accept(const LogLine &line)
     for (int i = m_open.size() - 1; i >= 0; --i) {
         const LogLine &parent = m_request->lines.at(m_open.at(i).line).line;
         const int position = LineGrammar::after(parent.id(), m_open.at(i).position, line.id());
-        if (position == LineGrammar::notThere || !isPlausible(parent, line))
+        if (position == LineGrammar::notThere || !isPlausible(m_open.at(i).line, line))
             continue;
         m_open[i].position = position;
         m_open.resize(i + 1);
@@ -100,14 +101,31 @@ bool LogProcess::accept(const LogLine &line)
     return false;
 }
 
-/// Whether a line that may be part of an operation is part of this one, by what it says.
-bool LogProcess::isPlausible(const LogLine &parent, const LogLine &line) const
+/// Whether a line that may be part of an operation is part of this one, by what it says and what came before it.
+bool LogProcess::isPlausible(int index, const LogLine &line) const
 {
+    const LogLine &parent = m_request->lines.at(index).line;
+    const LogLine &last = m_request->lines.constLast().line;
     switch (line.id()) {
+    case Id::StreamTag:
+    case Id::VolumeTooHigh:
+        if (parent.id() == Id::HandleChannelVolumeChanged)
+            return countOf(index) < FacadeRules::channelsOfType(parent.number(0));
+        if (parent.id() == Id::DelaySetVolume)
+            return last.id() == Id::DelayedVolume;
+        return last.id() != Id::CarPlayDuckIgnored;
+    case Id::AlternativeSet:
+    case Id::AlternativeRefused:
+        return parent.id() != Id::HandleChannelVolumeChanged || countOf(index) < FacadeRules::channelsOfType(parent.number(0));
+    case Id::CpDuckAudio:
+    case Id::CpUnduckAudio:
+        return last.id() == Id::OnRecvBackCar && last.isTrue(0) == (line.id() == Id::CpDuckAudio);
     case Id::UpdateAudioStatus:
         return line.number(0) == (parent.id() == Id::HandleNotComeCpAlte ? AudioStatusCarPlayDuck : AudioStatusCarPlayRestore);
     case Id::HandleVolumeTypeChanged:
         return parent.id() != Id::UpdateAudioStatus || parent.number(0) == line.number(0);
+    case Id::SetVolume:
+        return last.id() == Id::KeyVolume && last.values == line.values.mid(0, last.values.size());
     case Id::UnDuck: {
         // Without the status there was a new duck meanwhile.
         const auto &lines = m_request->lines;
@@ -117,17 +135,28 @@ bool LogProcess::isPlausible(const LogLine &parent, const LogLine &line) const
     case Id::MuteBegins:
         if (parent.id() == Id::MuteBegins)
             return parent.text(0) == QLatin1String("main") && line.text(0) == QLatin1String("alternative") && parent.isTrue(1) == line.isTrue(1);
+        if (line.text(0) != QLatin1String("main"))
+            return false;
         if (parent.id() == Id::SetMute)
             return parent.isTrue(0) == line.isTrue(1);
+        if (parent.id() == Id::SetAudioMute)
+            return line.isTrue(1) == (last.id() != Id::IsAttOn);
         return parent.id() != Id::DeMute || !line.isTrue(1);
     case Id::EqType:
-        return parent.id() != Id::UpdateAudioChannel || m_request->lines.constLast().line.id() == Id::EqualizerReset || m_isFirstChannel;
+        return parent.id() != Id::UpdateAudioChannel || last.id() == Id::EqualizerReset || m_isFirstChannel;
     case Id::SetEqType:
         // At the top it may be a question and then an answer to it.
         return parent.id() != Id::EqType || m_open.size() > 1 || m_equalizerType == LoggedRequest::none || m_equalizerType == line.number(0);
     default:
         return true;
     }
+}
+
+/// Lines that the one at the index caused.
+int LogProcess::countOf(int index) const
+{
+    const auto &lines = m_request->lines;
+    return int(std::count_if(lines.cbegin(), lines.cend(), [index](const LoggedRequest::Line &line) { return line.parent == index; }));
 }
 
 void LogProcess::begin(const LogLine &line, const LogFrame &frame, qint64 time)

@@ -45,7 +45,8 @@ private:
 
     bool isRepeated(const LogLine &line, const LogFrame &frame);
     bool accept(const LogLine &line);
-    bool isPlausible(const LogLine &parent, const LogLine &line) const;
+    bool isPlausible(int index, const LogLine &line) const;
+    int countOf(int index) const;
     void begin(const LogLine &line, const LogFrame &frame, qint64 time);
     void append(const LogLine &line, const LogFrame &frame, qint64 time, int parent);
     void learn(const LogLine &line);

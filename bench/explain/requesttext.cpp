@@ -136,6 +136,8 @@ constexpr Spelling spellings[] = {
     {Id::CurrentUnknown, "AudioControl.changeMainTrackStepVolume", "?"},
     {Id::StepTooHigh, "AudioControl.initTrackStepVolume", "??"},
     {Id::NameUnknown, "AudioControl.initTrackStepVolume", "??"},
+    {Id::PinUnknown, "AudioControl.setAuxinChannel", "v"},
+    {Id::QualityUnknown, "AudioControl.setAECQuality", "v"},
     {Id::MicrophoneVolumeWrong, "AudioControl.setMicroPhoneVolume", "v"},
 };
 
@@ -255,9 +257,9 @@ QString requestText(const LoggedRequest &request)
             return QStringLiteral("AudioControl.setEqMode(?)");
         break;
     case Id::EqType:
-        // What stands for the stored type asks for it first.
-        if (const LogLine *const set = find(request, Id::SetEqType))
-            return QStringLiteral("AudioPolicy.setEqType(%1)").arg(set->number(0));
+        // 100 stands for the stored type, which is asked for first.
+        if (find(request, Id::SetEqType))
+            return QStringLiteral("AudioPolicy.setEqType(100)");
         break;
     default:
         break;

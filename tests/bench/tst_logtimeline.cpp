@@ -141,6 +141,64 @@ QByteArray jsonText(const QByteArray &text)
     return array.mid(1, array.size() - 2);
 }
 
+/// One request of a unit, with a wait between some of them.
+QString anyRequest(QRandomGenerator &random)
+{
+    const auto number = [&random](int least, int most) -> QString { return QString::number(random.bounded(least, most + 1)); };
+    const auto truth = [&random]() -> QString { return random.bounded(2) == 0 ? QStringLiteral("true") : QStringLiteral("false"); };
+    constexpr const char *operations[] = {
+        "AudioPolicy.aaDuckAudio(0, 0)",
+        "AudioPolicy.aaUnduckAudio(0)",
+        "AudioPolicy.clDuckAudio(0, 0)",
+        "AudioPolicy.clUnduckAudio(0)",
+        "AudioPolicy.cpDuckAudio(0, 20)",
+        "AudioPolicy.cpUnduckAudio(0)",
+        "AudioPolicy.eqTypeNext()",
+        "AudioPolicy.triggerAtt()",
+        "AudioPolicy.saveVolume()",
+        "AudioPolicy.setMicGainCalibration()",
+        "AudioControl.changeMainTrackStepVolume(true)",
+        "powerOff(); powerOn()",
+    };
+    constexpr const char *faults[]
+        = {"Volume.muteTrack", "App.setExtEqParameter", "App.setLoudness", "Source.setOutputSource", "Volume.setDuckingMode", "Volume.setMicVolume"};
+    constexpr int waits[] = {0, 1, 10, 100, 300, 499, 500, 501, 999, 1000, 2000, 5000};
+    switch (random.bounded(16)) {
+    case 0:
+        return QStringLiteral("AudioPolicy.updateAudioStatus(%1)").arg(number(-1, 20));
+    case 1:
+        return QStringLiteral("AudioPolicy.updateAudioChannel(%1)").arg(number(0, 20));
+    case 2:
+        return QStringLiteral("AudioPolicy.setVolume(%1, %2, %3)").arg(number(0, 5), number(0, 45), truth());
+    case 3:
+        return QStringLiteral("AudioPolicy.updateCurrentAudioVolume(%1)").arg(truth());
+    case 4:
+        return QStringLiteral("AudioPolicy.setAudioMute(%1, %2)").arg(truth(), number(-1, 30));
+    case 5:
+        return QStringLiteral("AudioPolicy.setMute(%1)").arg(truth());
+    case 6:
+        return QStringLiteral("AudioPolicy.setHCconnect(%1)").arg(truth());
+    case 7:
+        return QStringLiteral("AudioPolicy.setEqType(%1)").arg(number(0, 9));
+    case 8:
+        return QStringLiteral("AudioPolicy.adjustCustomEq(%1, %2)").arg(number(-8, 8), number(0, 15));
+    case 9:
+        return QStringLiteral("AudioPolicy.setMicLeftRightSwitch(%1)").arg(truth());
+    case 10:
+        return QStringLiteral("AudioControl.setFadeBalance(%1, %2)").arg(number(-16, 16), number(-15, 15));
+    case 11:
+        return QStringLiteral("AudioControl.setStreamVolume(0, \"S+AuxIn_APP\", %1)").arg(number(0, 160));
+    case 12:
+        return QStringLiteral("Platform.setReverseGear(%1)").arg(truth());
+    case 13:
+        return QStringLiteral("Platform.failOnce(\"%1\", %2, 1)").arg(QLatin1String(faults[random.bounded(int(std::size(faults)))]), number(1, 99));
+    case 14:
+        return QString::fromLatin1(operations[random.bounded(int(std::size(operations)))]);
+    default:
+        return QStringLiteral("wait(%1)").arg(waits[random.bounded(int(std::size(waits)))]);
+    }
+}
+
 using Writer = std::function<QByteArray(const LogText &)>;
 
 QByteArray written(const QVector<LogText> &log, const Writer &write)
@@ -190,6 +248,8 @@ private Q_SLOTS:
     void initTestCase();
     void aPlayedScenarioIsExplained_data();
     void aPlayedScenarioIsExplained();
+    void anyDriveIsExplained_data();
+    void anyDriveIsExplained();
     void whatIsHeardIsTheSame_data();
     void whatIsHeardIsTheSame();
     void eachFormGivesTheSame_data();
@@ -206,6 +266,7 @@ private Q_SLOTS:
 
 private:
     Told play(const QString &scenario) const;
+    QString write(const char *name, const QByteArray &text) const;
     Told explain(const QByteArray &log, const QStringList &options = {}) const;
     Told played(const char *scenario) const { return m_played.value(QLatin1String(scenario)); }
 
@@ -219,13 +280,17 @@ Told LogTimelineTest::play(const QString &scenario) const
     return readOutput(bench.output);
 }
 
+QString LogTimelineTest::write(const char *name, const QByteArray &text) const
+{
+    QFile file(m_folder.filePath(QLatin1String(name)));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("no file can be written");
+    return file.fileName();
+}
+
 Told LogTimelineTest::explain(const QByteArray &log, const QStringList &options) const
 {
-    QFile file(m_folder.filePath(QStringLiteral("log")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(log) != log.size())
-        qFatal("no log can be written");
-    file.close();
-    const BenchProcess bench(QStringList{QStringLiteral("explain"), QStringLiteral("--json")} + options + QStringList(file.fileName()));
+    const BenchProcess bench(QStringList{QStringLiteral("explain"), QStringLiteral("--json")} + options + QStringList(write("log", log)));
     if (bench.exitCode != 0)
         qWarning("%s", qPrintable(bench.errors));
     return readOutput(bench.output);
@@ -292,6 +357,37 @@ void LogTimelineTest::aPlayedScenarioIsExplained()
     for (int i = 0; i < requests.size(); ++i)
         QVERIFY2(canBe(explainedRequests.at(i), requests.at(i)), qPrintable(requests.at(i) + QLatin1String(": ") + explainedRequests.at(i)));
     QCOMPARE(explained.notes.filter(QRegularExpression(QStringLiteral("^(?!focus)"))), QStringList());
+}
+
+void LogTimelineTest::anyDriveIsExplained_data()
+{
+    QTest::addColumn<uint>("seed");
+    constexpr uint count = 30;
+    for (uint seed = 1; seed <= count; ++seed)
+        QTest::addRow("%u", seed) << seed;
+}
+
+void LogTimelineTest::anyDriveIsExplained()
+{
+    QFETCH(const uint, seed);
+    QRandomGenerator random(seed);
+    QByteArray scenario = "powerOn();\n";
+    constexpr int length = 80;
+    for (int i = 0; i < length; ++i)
+        scenario += anyRequest(random).toLatin1() + ";\n";
+    const Told played = play(write("drive.js", scenario));
+    const Told explained = explain(written(played.log, kernelText));
+    QStringList expected;
+    for (const Happening &call : played.calls) {
+        if (!isSilent(call.text))
+            expected.append(textOf({call.time - played.log.constFirst().time, call.text}));
+    }
+    QVERIFY(expected.size() > length);
+    QCOMPARE(textOf(explained.calls).split(QLatin1Char('\n')), expected);
+    QVector<Happening> timers;
+    for (const Happening &timer : played.timers)
+        timers.append({timer.time - played.log.constFirst().time, timer.text});
+    QCOMPARE(textOf(explained.timers), textOf(timers));
 }
 
 void LogTimelineTest::whatIsHeardIsTheSame_data()
