@@ -196,19 +196,18 @@ const LogLine *find(const LoggedRequest &request, Id id)
     return found == request.lines.cend() ? nullptr : &found->line;
 }
 
-/// The volume that a stream was given, before it was boosted: the smallest one where several come to the same.
+/// The volume that a stream was given, before it was boosted and held at its highest.
 QString givenVolume(const LoggedRequest &request)
 {
     const LogLine *const sent = find(request, Id::StreamSet);
     const LogLine *const name = find(request, Id::StreamName);
-    if (!sent || !name)
-        return QStringLiteral("?");
+    QStringList volumes;
     constexpr int highest = 148;
-    for (int volume = 0; volume <= highest; ++volume) {
+    for (int volume = 0; sent && name && volume <= highest; ++volume) {
         if (FacadeRules::sentVolume(name->text(1), volume) == sent->number(1))
-            return QString::number(volume);
+            volumes.append(QString::number(volume));
     }
-    return QStringLiteral("?");
+    return volumes.size() == 1 ? volumes.first() : QStringLiteral("?");
 }
 
 /// A request of the facade whose tag and name stand in two lines.

@@ -388,6 +388,15 @@ void LogTimelineTest::anyDriveIsExplained()
     for (const Happening &timer : played.timers)
         timers.append({timer.time - played.log.constFirst().time, timer.text});
     QCOMPARE(textOf(explained.timers), textOf(timers));
+
+    const QRegularExpression certain(QStringLiteral("^(AudioPolicy\\.(?!onRecvBackCar)|AudioControl\\.set(Stream|Fade))"));
+    const QStringList asked = played.requests.filter(certain);
+    const QStringList told = explained.requests.filter(certain);
+    for (int i = 0; i < qMin(asked.size(), told.size()); ++i) {
+        const QString request = QString(asked.at(i)).section(QStringLiteral(" = "), 0, 0);
+        QVERIFY2(canBe(told.at(i), request), qPrintable(QStringLiteral("request %1: played %2, explained %3").arg(i).arg(request, told.at(i))));
+    }
+    QCOMPARE(told.size(), asked.size());
 }
 
 void LogTimelineTest::whatIsHeardIsTheSame_data()
