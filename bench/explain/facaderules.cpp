@@ -1,6 +1,7 @@
 #include "facaderules.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 namespace
@@ -75,8 +76,11 @@ int FacadeRules::channelsOfType(int type)
     return type >= 0 && std::size_t(type) < std::size(channels) ? channels[type] : 0;
 }
 
-FacadeRules::MicrophoneStages FacadeRules::microphoneStages(double gain)
+FacadeRules::MicrophoneStages FacadeRules::microphoneStages(double given)
 {
+    // A log may say anything; of what no amplifier can do only the sign counts.
+    constexpr double limit = 1000;
+    const double gain = given > -limit && given < limit ? given : std::signbit(given) ? -limit : limit;
     if (gain <= 0)
         return {0, int(gain)};
     const double *above = std::lower_bound(std::begin(microphoneStageTable), std::end(microphoneStageTable), gain);

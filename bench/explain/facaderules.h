@@ -33,7 +33,7 @@ struct MicrophoneStages
     double stage;
     int rest;
 };
-MicrophoneStages microphoneStages(double gain);
+MicrophoneStages microphoneStages(double given);
 
 /// The source that a HiCar call is heard with.
 constexpr char hiCarCallSource[] = "hicar_voice_callmodemspeaker10";

@@ -1,5 +1,6 @@
 #include "loggedunit.h"
 
+#include "console.h"
 #include "platformcall.h"
 #include "requesttext.h"
 #include "timeline.h"
@@ -44,7 +45,7 @@ void LoggedUnit::apply(const LoggedRequest &request)
         if (event.call != LoggedRequest::none)
             applyCall(request.calls.at(event.call));
         else
-            m_timeline.log(request.lines.at(event.line).text);
+            m_timeline.log(Console::printable(request.lines.at(event.line).text));
     }
     m_timeline.setStartingUp(false);
     if (isTimer) {

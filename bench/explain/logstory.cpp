@@ -207,20 +207,19 @@ void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const Lo
 
 void LogStory::tellBeginning(const LogLine &line, const LogFrame &frame, LogProcess::Course course, const LogClock::Reading &reading)
 {
-    const QString who = whoText(line, frame);
-    const QString when = LogTime::toText(frame.time);
-    const auto head = [&](const QString &text) { m_listener.heading(reading.time, frame.line, text); };
+    QStringList texts;
     if (line.id() == Id::ManagerStarts) {
         const bool isAgain = course == LogProcess::Course::Restarts || m_hasStarted;
-        const QLatin1String what(isAgain ? "The audio starts again" : "The audio starts");
-        head(joined({what, who, when}));
+        texts = QStringList{isAgain ? QStringLiteral("The audio starts again") : QStringLiteral("The audio starts"), whoText(line, frame)};
         m_hasStarted = true;
     } else if (!m_hasBegun) {
-        head(joined({QStringLiteral("The log begins while the audio is on already"), who, when}));
+        texts = QStringList{QStringLiteral("The log begins while the audio is on already"), whoText(line, frame)};
     } else if (reading.pause >= longPause) {
-        head(joined({QStringLiteral("After %1 without a line").arg(lengthText(reading.pause)), when}));
+        texts = QStringList(QStringLiteral("After %1 without a line").arg(lengthText(reading.pause)));
     }
     m_hasBegun = true;
+    if (!texts.isEmpty())
+        m_listener.heading(reading.time, frame.line, joined(texts + QStringList(LogTime::toText(frame.time))));
 }
 
 qint64 LogStory::keyOf(const LogLine &line, const LogFrame &frame)

@@ -138,8 +138,9 @@ void setRecord(JournalEntry &entry, const LoggedCall &call)
         setRecord(entry, channelGain(call));
     else if (call.operation == QLatin1String("setLoudness"))
         setRecord(entry, loudness(call));
+    // Of an equalizer nobody shows more than the gains, which are found in the record.
     else if (call.operation == QLatin1String("setExtEqParameter"))
-        setRecord(entry, extendedEqualizer(call));
+        entry.record = simulator::recordBytes(extendedEqualizer(call));
 }
 
 QString refusal(int code)

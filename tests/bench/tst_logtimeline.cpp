@@ -64,7 +64,8 @@ void read(const QJsonObject &object, Told &told, bool isCaused)
         told.notes.append(text);
     else if (event == QLatin1String("heading"))
         told.headings.append({time, text});
-    else if (event == QLatin1String("request") && !isCaused)
+    // A mute that changes nothing leaves no line.
+    else if (event == QLatin1String("request") && !isCaused && !(text.startsWith(QLatin1String("AudioControl.setMute")) && caused.isEmpty()))
         told.requests.append(text);
     // One that left nothing but lines did nothing.
     const bool didSomething = std::any_of(
@@ -157,6 +158,8 @@ QString anyRequest(QRandomGenerator &random)
         "AudioPolicy.triggerAtt()",
         "AudioPolicy.saveVolume()",
         "AudioPolicy.setMicGainCalibration()",
+        "AudioControl.setMute(true)",
+        "AudioControl.setMute(false)",
         "AudioControl.changeMainTrackStepVolume(true)",
         "powerOff(); powerOn()",
     };
@@ -389,7 +392,7 @@ void LogTimelineTest::anyDriveIsExplained()
         timers.append({timer.time - played.log.constFirst().time, timer.text});
     QCOMPARE(textOf(explained.timers), textOf(timers));
 
-    const QRegularExpression certain(QStringLiteral("^(AudioPolicy\\.(?!onRecvBackCar)|AudioControl\\.set(Stream|Fade))"));
+    const QRegularExpression certain(QStringLiteral("^(AudioPolicy\\.(?!onRecvBackCar)|AudioControl\\.set(Stream|Fade|Mute))"));
     const QStringList asked = played.requests.filter(certain);
     const QStringList told = explained.requests.filter(certain);
     for (int i = 0; i < qMin(asked.size(), told.size()); ++i) {
