@@ -204,8 +204,19 @@ void LogProcess::append(const LogLine &line, const LogFrame &frame, qint64 time,
     learn(line);
 }
 
+void LogProcess::learnThread(const LogLine &line)
+{
+    m_isOfSecondThread = false;
+    if (line.thread == LogLine::unknown || !QLatin1String(line.row->function).startsWith(QLatin1String("ZelAudioManager::")))
+        return;
+    if (m_thread == LogLine::unknown || line.id() == Id::ManagerStarts)
+        m_thread = line.thread;
+    m_isOfSecondThread = line.thread != m_thread;
+}
+
 void LogProcess::learn(const LogLine &line)
 {
+    learnThread(line);
     switch (line.id()) {
     case Id::UpdateAudioStatus:
         m_status = line.number(0);

@@ -31,6 +31,8 @@ public:
     /// Ends what is open.
     std::optional<LoggedRequest> finish();
     bool isOpen() const { return m_request.has_value(); }
+    /// Whether the line that came last is of another thread than the audio manager's lines before it.
+    bool isOfSecondThread() const { return m_isOfSecondThread; }
     /// When the last line of it came.
     qint64 lastTime() const { return m_lastTime; }
 
@@ -50,6 +52,7 @@ private:
     void begin(const LogLine &line, const LogFrame &frame, qint64 time);
     void append(const LogLine &line, const LogFrame &frame, qint64 time, int parent);
     void learn(const LogLine &line);
+    void learnThread(const LogLine &line);
     static QString textOf(const LogFrame &frame);
 
     std::optional<LoggedRequest> m_request;
@@ -60,6 +63,8 @@ private:
     LogTime::Moment m_lastMoment;
     bool m_lastIsFollowed = false; // by another line, always
     bool m_isDoubled = false; // each line of the log stands twice
+    qint64 m_thread = LogLine::unknown; // the manager's
+    bool m_isOfSecondThread = false;
     int m_status = LoggedRequest::none;
     int m_equalizerType = LoggedRequest::none;
     bool m_isStarted = false;

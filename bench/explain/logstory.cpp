@@ -195,7 +195,7 @@ void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const Lo
         break;
     case LogProcess::Course::Repeats:
         odd(Oddity::Repeated, frame.line);
-        break;
+        return;
     case LogProcess::Course::Begins:
     case LogProcess::Course::Restarts:
         endOthers(key);
@@ -203,6 +203,8 @@ void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const Lo
         tellBeginning(line, frame, course, reading);
         break;
     }
+    if (process.isOfSecondThread())
+        odd(Oddity::SecondThread, frame.line);
 }
 
 void LogStory::tellBeginning(const LogLine &line, const LogFrame &frame, LogProcess::Course course, const LogClock::Reading &reading)
@@ -301,6 +303,8 @@ void LogStory::odd(Oddity oddity, quint64 line, const QString &text)
             return QStringLiteral("the line is not UTF-8");
         case Oddity::Repeated:
             return QStringLiteral("the same line twice; the second one is left out");
+        case Oddity::SecondThread:
+            return QStringLiteral("a second thread calls the audio manager, which is made for one");
         }
         return {};
     };

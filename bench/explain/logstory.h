@@ -58,6 +58,7 @@ private:
         UnknownForm,
         NotUtf8,
         Repeated,
+        SecondThread,
     };
 
     struct Note

@@ -264,5 +264,5 @@ QString requestText(const LoggedRequest &request)
         break;
     }
     const auto *const spelling = std::find_if(std::begin(spellings), std::end(spellings), [&first](const Spelling &one) { return one.id == first.id(); });
-    return spelling == std::end(spellings) ? QStringLiteral("the library says something") : spelled(*spelling, first);
+    return spelling == std::end(spellings) ? QStringLiteral("the rest of an operation") : spelled(*spelling, first);
 }

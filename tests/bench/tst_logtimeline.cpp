@@ -123,6 +123,9 @@ QStringList textsOf(const QVector<Happening> &all)
     return texts;
 }
 
+/// Of a line that begins no operation, and belongs to none.
+const QString unspelled = QStringLiteral("the rest of an operation");
+
 constexpr qint64 startOfLog = 1795349587000; // 2026-11-22 12:13:07 UTC
 constexpr int process = 812;
 
@@ -253,6 +256,8 @@ private Q_SLOTS:
     void aPlayedScenarioIsExplained();
     void anyDriveIsExplained_data();
     void anyDriveIsExplained();
+    void neighboursAreToldApart_data();
+    void neighboursAreToldApart();
     void whatIsHeardIsTheSame_data();
     void whatIsHeardIsTheSame();
     void eachFormGivesTheSame_data();
@@ -261,6 +266,7 @@ private Q_SLOTS:
     void oddLinesAreNoEnd_data();
     void oddLinesAreNoEnd();
     void twoProcessesAreToldApart();
+    void aSecondThreadIsTold();
     void aRestartIsTold();
     void aRebootSilencesTheChip();
     void aLogMayBeginAnywhere();
@@ -360,6 +366,7 @@ void LogTimelineTest::aPlayedScenarioIsExplained()
     for (int i = 0; i < requests.size(); ++i)
         QVERIFY2(canBe(explainedRequests.at(i), requests.at(i)), qPrintable(requests.at(i) + QLatin1String(": ") + explainedRequests.at(i)));
     QCOMPARE(explained.notes.filter(QRegularExpression(QStringLiteral("^(?!focus)"))), QStringList());
+    QVERIFY(!explained.requests.contains(unspelled));
 }
 
 void LogTimelineTest::anyDriveIsExplained_data()
@@ -400,6 +407,41 @@ void LogTimelineTest::anyDriveIsExplained()
         QVERIFY2(canBe(told.at(i), request), qPrintable(QStringLiteral("request %1: played %2, explained %3").arg(i).arg(request, told.at(i))));
     }
     QCOMPARE(told.size(), asked.size());
+    QVERIFY(!explained.requests.contains(unspelled));
+}
+
+void LogTimelineTest::neighboursAreToldApart_data()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QStringList>("requests");
+
+    const QString unmute = QStringLiteral("[DBG] 9 void ZelAudioManager::setAudioMute(bool, int) 407 -- Set audio mute false");
+    const QString asks = QStringLiteral("[DBG] 9 bool ZelAudioManager::isAttOn() 431 --");
+    const QString muted = QStringLiteral("[QT] [Audiocontrol] set id: main to mute state: true");
+    const QString unmuted = QStringLiteral("[QT] [Audiocontrol] set id: main to mute state: false");
+    const QString request = QStringLiteral("AudioPolicy.setAudioMute(false, ?)");
+    QTest::newRow("unmuted") << QStringList{unmute, asks, unmuted} << QStringList{request};
+    QTest::newRow("muted by somebody else") << QStringList{unmute, asks, muted} << QStringList{request, QStringLiteral("AudioControl.setMute(true)")};
+    QTest::newRow("the rear seats") << QStringList{unmute, asks, QStringLiteral("[QT] [Audiocontrol] set id: second to mute state: false")}
+                                    << QStringList{request, QStringLiteral("AudioControl.muteBackEarphone(false)")};
+    const QString duck = QStringLiteral("[DBG] 9 void ZelAudioManager::cpDuckAudio(int, int) 344 --");
+    const QString unduck = QStringLiteral("[DBG] 9 void ZelAudioManager::cpUnduckAudio(int) 352 -- 0");
+    QTest::newRow("reverse gear") << QStringList{QStringLiteral("[DBG] 9 void ZelAudioManager::onRecvBackCar(bool) 443 -- true"), duck, unduck}
+                                  << QStringList{QStringLiteral("AudioPolicy.onRecvBackCar(true)"), QStringLiteral("AudioPolicy.cpUnduckAudio(?)")};
+    const QString eqType = QStringLiteral("[DBG] 9 int ZelAudioManager::eqType() 474 --");
+    const QString setEqType = QStringLiteral("[DBG] 9 void ZelAudioManager::setEqType(int) 490 -- xxxxxxx %1");
+    QTest::newRow("the stored equalizer type") << QStringList{setEqType.arg(3), eqType, setEqType.arg(3)}
+                                               << QStringList{QStringLiteral("AudioPolicy.setEqType(3)"), QStringLiteral("AudioPolicy.setEqType(100)")};
+    QTest::newRow("another equalizer type") << QStringList{setEqType.arg(3), eqType, setEqType.arg(4)}
+                                            << QStringList{QStringLiteral("AudioPolicy.setEqType(3)"),
+                                                           QStringLiteral("AudioPolicy.eqType()"),
+                                                           QStringLiteral("AudioPolicy.setEqType(4)")};
+}
+
+void LogTimelineTest::neighboursAreToldApart()
+{
+    QFETCH(const QStringList, lines);
+    QTEST(explain(lines.join(QLatin1Char('\n')).toUtf8()).requests, "requests");
 }
 
 void LogTimelineTest::whatIsHeardIsTheSame_data()
@@ -556,6 +598,16 @@ void LogTimelineTest::twoProcessesAreToldApart()
     expected.sort();
     calls.sort();
     QCOMPARE(calls, expected);
+}
+
+void LogTimelineTest::aSecondThreadIsTold()
+{
+    const QByteArray line = "[    1.000000] unit player[812]: [DBG] %1 void ZelAudioManager::setCpPhone(bool) 392 -- true\n";
+    const auto of = [&line](const char *thread) -> QByteArray { return QByteArray(line).replace("%1", thread); };
+    QCOMPARE(explain(of("812") + of("812")).notes, QStringList());
+    const Told explained = explain(of("812") + of("813") + of("812"));
+    QCOMPARE(explained.notes, QStringList(QStringLiteral("a second thread calls the audio manager, which is made for one")));
+    QCOMPARE(explained.requests.size(), 3);
 }
 
 void LogTimelineTest::aRestartIsTold()
