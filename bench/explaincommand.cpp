@@ -303,6 +303,9 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
     readAll(source, story, request.isFollowed);
     teller.finish();
 
+    // An archive that is cut has told something all the same.
+    if (request.view == View::Summary && story.understood() > 0)
+        Console::out(summary.toText());
     const QString failure = source.failure();
     if (!failure.isEmpty())
         return fail(request.file, failure);
@@ -318,8 +321,6 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
         if (limit && !limit->in(clock))
             return complain(QStringLiteral("the log's lines have no such times as --from or --to; its first one is %1").arg(firstTime(clock)));
     }
-    if (request.view == View::Summary)
-        Console::out(summary.toText());
     const int signal = Interruption::received();
     return signal == 0 ? Success : Interrupted - SIGINT + signal;
 }

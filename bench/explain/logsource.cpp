@@ -211,7 +211,7 @@ QString LogSource::failure()
     m_process->waitForFinished();
     if (m_process->exitStatus() == QProcess::NormalExit && m_process->exitCode() == 0)
         return {};
-    const QString complaint = QString::fromLocal8Bit(m_process->readAllStandardError()).section(QLatin1Char('\n'), 0, 0);
+    const QString complaint = QString::fromLocal8Bit(m_process->readAllStandardError()).trimmed().section(QLatin1Char('\n'), 0, 0);
     return complaint.isEmpty() ? QStringLiteral("%1 failed").arg(m_tool) : complaint;
 }
 

@@ -151,6 +151,7 @@ void BenchExplainTest::mistakesAreSaid_data()
     const QString foreign = write("foreign", "one\ntwo\n[DBG] 1 void Player::play() 3 --\n");
     const QString binary = write("binary", QByteArray(200000, '\0') + "\n\xff\xfe\n");
     const QString empty = write("empty", {});
+    const QString archive = write("cut.gz", QByteArray("\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03", 10));
     row("two logs", {m_log, m_log}, 2, QStringLiteral("explain takes one log") + help);
     row("two views", {QStringLiteral("-v"), QStringLiteral("--json")}, 2, QStringLiteral("--summary, --json and --verbose do not go together") + help);
     row("no time",
@@ -169,6 +170,9 @@ void BenchExplainTest::mistakesAreSaid_data()
         QStringLiteral("the log's lines have no such times as --from or --to; its first one is 1.000 s") + help);
     row("a folder", {m_folder.path()}, 2, m_folder.path() + QStringLiteral(": this is a folder"));
     row("no file", {m_folder.filePath(QStringLiteral("none"))}, 2, m_folder.filePath(QStringLiteral("none")) + QStringLiteral(": No such file or directory"));
+    // An emulator runs one program only.
+    if (!program::isEmulated())
+        row("a damaged archive", {archive}, 2, archive + QStringLiteral(": gzip: ") + archive + QStringLiteral(": unexpected end of file"));
     row("no line of the library", {foreign}, 3, foreign + nothing.arg(3));
     row("binary data", {binary}, 3, binary + nothing.arg(2));
     row("an empty file", {empty}, 3, empty + nothing.arg(0));
