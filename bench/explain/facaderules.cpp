@@ -83,10 +83,11 @@ FacadeRules::MicrophoneStages FacadeRules::microphoneStages(double given)
     const double gain = given > -limit && given < limit ? given : std::signbit(given) ? -limit : limit;
     if (gain <= 0)
         return {0, int(gain)};
-    const double *above = std::lower_bound(std::begin(microphoneStageTable), std::end(microphoneStageTable), gain);
-    if (above == std::end(microphoneStageTable))
-        --above;
-    const double below = gain >= *above ? *above : *std::prev(above);
-    const double stage = gain - below > largestProgrammableGain && gain < *above ? *above : below;
-    return {stage, int(gain - stage)};
+    std::size_t stage = 0;
+    while (stage + 1 < std::size(microphoneStageTable) && microphoneStageTable[stage + 1] <= gain)
+        ++stage;
+    const bool isTooFarAbove = gain - microphoneStageTable[stage] > largestProgrammableGain;
+    if (isTooFarAbove && stage + 1 < std::size(microphoneStageTable))
+        ++stage;
+    return {microphoneStageTable[stage], int(gain - microphoneStageTable[stage])};
 }

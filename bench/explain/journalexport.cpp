@@ -8,7 +8,7 @@ namespace
 {
 
 constexpr std::size_t lengthSize = 8;
-constexpr std::size_t longestValue = 64 * 1024;
+constexpr std::size_t longestValue = 65536;
 
 std::size_t lengthOf(std::string_view value)
 {

@@ -146,18 +146,18 @@ constexpr Id anywhere[] = {
 
 } // namespace
 
-LineGrammar::Position LineGrammar::after(Id begins, Position position, Id next)
+LineGrammar::Position LineGrammar::after(Id operation, Position position, Id next)
 {
-    const auto *const operation = std::find_if(std::begin(operations), std::end(operations), [begins](const Operation &one) { return one.begins == begins; });
-    if (operation == std::end(operations) || next == none)
+    const auto *const row = std::find_if(std::begin(operations), std::end(operations), [operation](const Operation &one) { return one.begins == operation; });
+    if (row == std::end(operations) || next == none)
         return notThere;
-    const auto &lines = operation->lines;
-    const auto from = lines.cbegin() + (operation->order == Order::Any ? 0 : position);
-    const auto found = std::find(from, lines.cend(), next);
+    const auto &lines = row->lines;
     const auto at = std::size_t(position);
-    const bool isLast = operation->order == Order::LastRepeats && position > 0 && (at == lines.size() || lines.at(at) == none);
+    const bool isLast = row->order == Order::LastRepeats && position > 0 && (at == lines.size() || lines.at(at) == none);
     if (isLast && lines.at(at - 1) == next)
         return position;
+    const auto from = lines.cbegin() + (row->order == Order::Any ? 0 : position);
+    const auto found = std::find(from, lines.cend(), next);
     return found == lines.cend() ? notThere : int(found - lines.cbegin()) + 1;
 }
 

@@ -7,7 +7,9 @@ namespace
 {
 
 constexpr qint64 second = 1000;
-constexpr qint64 day = 24 * 60 * 60 * second;
+constexpr qint64 minute = 60 * second;
+constexpr qint64 hour = 60 * minute;
+constexpr qint64 day = 24 * hour;
 /// Lines of several threads and programs are not quite in order.
 constexpr qint64 disorder = second;
 /// Further forward than this nobody leaves a unit switched on: somebody has set the clock.
@@ -15,8 +17,6 @@ constexpr qint64 farthest = 30 * day;
 
 QString lengthText(qint64 milliseconds)
 {
-    constexpr qint64 minute = 60 * second;
-    constexpr qint64 hour = 60 * minute;
     if (milliseconds >= 2 * day)
         return QStringLiteral("%1 days").arg(milliseconds / day);
     if (milliseconds >= 2 * hour)

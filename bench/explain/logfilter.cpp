@@ -61,7 +61,7 @@ struct Unit
     qint64 milliseconds;
 };
 
-constexpr Unit units[] = {{"ms", 1}, {"min", 60 * 1000}, {"s", 1000}, {"h", 60 * 60 * 1000}, {"", 1000}};
+constexpr Unit units[] = {{"ms", 1}, {"min", 60000}, {"s", 1000}, {"h", 3600000}, {"", 1000}};
 
 } // namespace
 

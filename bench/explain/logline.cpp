@@ -301,9 +301,9 @@ std::optional<LogLine> readTrace(Form form, std::string_view text)
 
 } // namespace
 
-std::optional<LogLine> LogLine::read(std::string_view given)
+std::optional<LogLine> LogLine::read(std::string_view text)
 {
-    std::string_view text = trimmed(given);
+    text = trimmed(text);
     const auto take = [&text](std::string_view begin) {
         const bool isThere = startsWith(text, begin);
         if (isThere)

@@ -43,7 +43,7 @@ QString LogPattern::set(const QString &pattern)
         return QStringLiteral("it has no %{message}");
     for (const char *const type : {"debug", "critical"}) {
         Parts parts;
-        const QString problem = partsOf(pattern, QLatin1String(type), parts);
+        QString problem = partsOf(pattern, QLatin1String(type), parts);
         if (!problem.isEmpty()) {
             m_forms.clear();
             return problem;
@@ -76,7 +76,7 @@ QString LogPattern::partsOf(const QString &pattern, const QString &type, Parts &
         } else if (name == QLatin1String("message")) {
             break;
         } else if (isWritten) {
-            const QString problem = name == QLatin1String("type") ? QString() : addPlaceholder(name, parts);
+            QString problem = name == QLatin1String("type") ? QString() : addPlaceholder(name, parts);
             if (!problem.isEmpty())
                 return problem;
             if (name == QLatin1String("type"))

@@ -69,7 +69,7 @@ QString LogSource::open(const QString &file, bool isFollowed)
         m_isFollowed = false;
         return {};
     }
-    const QString problem = openFile(file);
+    QString problem = openFile(file);
     if (!problem.isEmpty())
         return problem;
     char first[8] = {};

@@ -18,7 +18,7 @@
 class LogSource
 {
 public:
-    static constexpr std::size_t longestLine = 64 * 1024;
+    static constexpr std::size_t longestLine = 65536;
     static const char *standardInput() { return "-"; }
 
     enum class Next {
@@ -77,7 +77,6 @@ private:
     bool m_skipsRest = false; // of a line that was cut
     bool m_wasCut = false;
     bool m_isFollowed = false;
-    bool m_isAtEnd = false;
     int m_descriptor = -1;
     quint64 m_lineNumber = 0;
     quint64 m_bytes = 0;

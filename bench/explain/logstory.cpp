@@ -12,7 +12,7 @@ namespace
 {
 
 /// ms without a line of the library after which the clock's time is told again.
-constexpr qint64 longPause = 10 * 60 * 1000;
+constexpr qint64 longPause = 600000;
 /// So many oddities of a kind are told, the others counted.
 constexpr quint64 toldOddities = 5;
 /// More processes at a time than a unit has.
@@ -33,7 +33,7 @@ bool isUtf8(std::string_view text)
 
 QString lengthText(qint64 milliseconds)
 {
-    constexpr qint64 minute = 60 * 1000;
+    constexpr qint64 minute = 60000;
     constexpr qint64 hour = 60 * minute;
     return milliseconds >= 2 * hour ? QStringLiteral("%1 h").arg(milliseconds / hour) : QStringLiteral("%1 min").arg(milliseconds / minute);
 }
@@ -41,7 +41,7 @@ QString lengthText(qint64 milliseconds)
 /// Whom the log speaks of: "player (812)", "812"
 QString whoText(const LogLine &line, const LogFrame &frame)
 {
-    const QString program = QString::fromUtf8(frame.program.data(), int(frame.program.size()));
+    QString program = QString::fromUtf8(frame.program.data(), int(frame.program.size()));
     const qint64 number = frame.process != LogFrame::unknown ? frame.process : line.thread;
     if (number == LogFrame::unknown)
         return program;
