@@ -124,7 +124,7 @@ QStringList textsOf(const QVector<Happening> &all)
 }
 
 /// Of a line that begins no operation, and belongs to none.
-const QString unspelled = QStringLiteral("the rest of an operation");
+constexpr QLatin1String unspelled("the rest of an operation");
 
 constexpr qint64 startOfLog = 1795349587000; // 2026-11-22 12:13:07 UTC
 constexpr int process = 812;
