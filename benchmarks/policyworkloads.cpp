@@ -1,4 +1,5 @@
 #include "byhand.h"
+#include "byhandplatform.h"
 #include "workloads.h"
 
 #include <qzaudio/zelaudiomanager.h>
@@ -8,6 +9,7 @@ using audio::AudioControl;
 using audio::SPAudioSetting::createVolume;
 using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
+using byhand::setTrackVolume;
 
 namespace
 {
@@ -15,24 +17,6 @@ namespace
 constexpr int volume = 20; ///< of 25
 constexpr unsigned char sent = 80; ///< for it
 constexpr unsigned char sentBoosted = 120;
-
-constexpr const char *mediaSources[] = {
-    "S+none",
-    "BT_AUDIO_Track",
-    "S+FilePlayer",
-    "S+IosMirror",
-    "S+CarPlayMedia",
-    "S+CarPlayDefault",
-    "S+AndroidAuto",
-    "S+DiscPlayer",
-    "S+none",
-    "S+AuxIn",
-    "S+none",
-    "S+CarLife",
-    "S+none",
-    "S+AirPlayMedia",
-};
-constexpr int boostedMediaSource = 9;
 
 void prepareManager()
 {
@@ -50,13 +34,6 @@ void updateAudioStatus(int rounds)
         manager->updateAudioStatus(AudioStatusAndroidAutoSpeech);
         manager->updateAudioStatus(AudioStatusBtPhoneTelephony);
     }
-}
-
-void setTrackVolume(const char *source, unsigned char value)
-{
-    Volume *const platform = createVolume();
-    platform->setTrackVolume("main", source, value);
-    destroy(platform);
 }
 
 void updateAudioStatusFloor(int rounds)
@@ -95,10 +72,8 @@ void setVolume(int rounds)
 
 void setVolumeOfMediaFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        for (const char *const &source : mediaSources)
-            setTrackVolume(source, &source == &mediaSources[boostedMediaSource] ? sentBoosted : sent);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::setMediaVolume(volume);
 }
 
 void setVolumeOfTelephonyFloor(int rounds)

@@ -1,6 +1,8 @@
 #include <journal.h>
 #include <logrecorder.h>
 #include <platform.h>
+#include <settingsworkloads.h>
+#include <starts.h>
 #include <workloads.h>
 
 #include <QtCore/QLoggingCategory>
@@ -15,6 +17,7 @@ class WorkloadsTest : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void startByHandCallsPlatformAsStartDoes();
     void namesAreDifferent();
     void floorCallsPlatformAsWorkDoes_data();
     void floorCallsPlatformAsWorkDoes();
@@ -23,9 +26,12 @@ private Q_SLOTS:
 
 private:
     QStringList callsOf(void (*work)(int), int rounds);
+    QStringList callsOf(void (*work)());
     QStringList linesOf(void (*work)(int));
 
-    const Workloads m_workloads = allWorkloads();
+    Workloads m_workloads = allWorkloads();
+    QStringList m_callsOfStart;
+    QStringList m_callsOfStartByHand;
 };
 
 QStringList WorkloadsTest::callsOf(void (*work)(int), int rounds)
@@ -33,6 +39,14 @@ QStringList WorkloadsTest::callsOf(void (*work)(int), int rounds)
     simulator::Journal *const journal = simulator::Platform::instance()->journal();
     journal->clear();
     work(rounds);
+    return journal->calls(simulator::Journal::Lifetimes::Include);
+}
+
+QStringList WorkloadsTest::callsOf(void (*work)())
+{
+    simulator::Journal *const journal = simulator::Platform::instance()->journal();
+    journal->clear();
+    work();
     return journal->calls(simulator::Journal::Lifetimes::Include);
 }
 
@@ -47,6 +61,10 @@ QStringList WorkloadsTest::linesOf(void (*work)(int))
 
 void WorkloadsTest::initTestCase()
 {
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    m_callsOfStart = callsOf(start);
+    m_callsOfStartByHand = callsOf(startByHand);
+    m_workloads.push_back(settingsWorkloads().front());
     for (const Workload &workload : m_workloads) {
         setUp(workload);
         // What is kept for good is made in the first round.
@@ -54,6 +72,15 @@ void WorkloadsTest::initTestCase()
         if (workload.floor)
             workload.floor(1);
     }
+}
+
+void WorkloadsTest::startByHandCallsPlatformAsStartDoes()
+{
+    QVERIFY(m_callsOfStart.size() > 50);
+    // The step volumes go out in the order of a hash.
+    m_callsOfStart.sort();
+    m_callsOfStartByHand.sort();
+    QCOMPARE(m_callsOfStartByHand, m_callsOfStart);
 }
 
 void WorkloadsTest::namesAreDifferent()
