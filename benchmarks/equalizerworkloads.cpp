@@ -23,7 +23,7 @@ void prepareFacade()
 void setEqGain(int rounds)
 {
     AudioControl *const control = AudioControl::getInstance();
-    const QList<float> gains = {1, 2, 3, 4, 5, 6, 7, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+    static const QList<float> gains = {1, 2, 3, 4, 5, 6, 7, 8, 7, 6, 5, 4, 3, 2, 1, 0};
     for (int i = 0; i < rounds; ++i)
         control->setEqGain(gains);
 }

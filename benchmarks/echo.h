@@ -1,0 +1,18 @@
+#ifndef ECHO_H
+#define ECHO_H
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+/// The least that a service can do: it takes the same arguments and answers.
+class Echo : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "tavi.AudioService")
+
+public Q_SLOTS:
+    int requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId);
+    int abandonAudioFocus(const QString &clientId);
+};
+
+#endif
