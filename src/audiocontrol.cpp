@@ -32,13 +32,15 @@ const char *orEmpty(const char *name)
 template<typename Gain>
 bool fillGains(const QList<Gain> &gains, audio_ext_eq_parameter_t &parameter, const logging::CodeLocation &at)
 {
-    for (int i = 0; i < gains.size(); ++i) {
-        const auto gain = static_cast<float>(gains.at(i));
+    audio_ext_eq_band_t *band = &parameter.band[0];
+    for (const Gain value : gains) {
+        const auto gain = static_cast<float>(value);
         if (!(gain >= -tables::highestGain && gain <= tables::highestGain)) {
-            logging::logError(at, "input gain val err", gains.at(i));
+            logging::logError(at, "input gain val err", value);
             return false;
         }
-        parameter.band[i].gain = gain;
+        band->gain = gain;
+        ++band;
     }
     return true;
 }
@@ -51,46 +53,60 @@ bool hasCount(int count, int wanted, const logging::CodeLocation &at)
     return count == wanted;
 }
 
-/// The platform's names of a tag and of a Qt-side name.
+/// The platform's names of a tag and of a Qt-side name, found in the tables without a copy.
 class PlatformNames
 {
 public:
-    PlatformNames(AudioControlPrivate *d, AudioControl::AudioTag tag, const char *qtName)
+    PlatformNames(AudioControl::AudioTag tag, const char *qtName)
         : m_tag(tag)
         , m_qtName(qtName)
+        , m_track(tables::trackOf(tag))
+        , m_source(tables::sourceOf(withoutByteOrderMark(orEmpty(qtName))))
     {
-        QString trackName;
-        d->tagNameFromQtToSp(tag, trackName);
-        track = trackName.toLocal8Bit();
-        d->trackNameFromQtToSp(QString::fromUtf8(qtName), source);
-        name = source.toLocal8Bit();
     }
 
     /// Logs both names, the second in its role.
     void log(const char *role, const logging::CodeLocation &at) const
     {
-        logging::logTrace(at, static_cast<int>(m_tag), track, "tag");
-        logging::logTrace(at, m_qtName, name, role);
+        if (!logging::isDebugEnabled())
+            return;
+        logging::logTrace(at, static_cast<int>(m_tag), quotedTrack(), "tag");
+        logging::logTrace(at, m_qtName, quotedSource(), role);
     }
 
     /// For operations that pass on a name that is not known, as an empty one: logs both, and an error for a tag without a track.
     bool areRoutable(const char *role, const logging::CodeLocation &at) const
     {
         log(role, at);
-        if (track.isEmpty())
+        if (!m_track)
             logging::logError(at, "get spTag string error.");
-        return !track.isEmpty();
+        return m_track;
     }
 
-    bool areKnown() const { return !track.isEmpty() && !name.isEmpty(); }
+    bool areKnown() const { return m_track && m_source; }
 
-    QByteArray track; ///< empty for a tag that there is not
-    QString source; ///< empty for a name that there is not
-    QByteArray name; ///< the source, as the platform is handed it
+    /// Empty for a tag that there is not.
+    const char *track() const { return m_track ? m_track->track.text() : ""; }
+    /// Empty for a name that there is not.
+    const char *source() const { return m_source ? m_source->spName.text() : ""; }
+    /// As they stand in log lines.
+    QLatin1String quotedTrack() const { return QLatin1String(track()); }
+    QLatin1String quotedSource() const { return QLatin1String(source()); }
+
+    bool isBoosted() const { return m_source && tables::isBoosted(m_source); }
 
 private:
+    /// Nothing that QString::fromUtf8() would drop.
+    static std::string_view withoutByteOrderMark(std::string_view text)
+    {
+        constexpr std::string_view mark = "\xef\xbb\xbf";
+        return text.substr(0, mark.size()) == mark ? text.substr(mark.size()) : text;
+    }
+
     AudioControl::AudioTag m_tag;
     const char *m_qtName;
+    const tables::TrackName *m_track;
+    const tables::SourceName *m_source;
 };
 
 } // namespace
@@ -165,29 +181,31 @@ void AudioControl::setStreamVolume(AudioTag tag, const char *name, quint8 volume
         facadeError() << "input volume val more than " << tables::highestTrackVolume;
         return;
     }
-    const PlatformNames names(d, tag, name);
+    const PlatformNames names(tag, name);
     names.log("src", QZAUDIO_HERE);
     if (!names.areKnown())
         return;
     const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume ", name, " err");
     if (!platform)
         return;
-    const quint8 value = d->increaseVolume(names.source, volume);
-    const int result = platform->setTrackVolume(names.track.constData(), names.name.constData(), value);
+    const quint8 value = names.isBoosted() ? AudioControlPrivate::boosted(volume) : volume;
+    const int result = platform->setTrackVolume(names.track(), names.source(), value);
     logOutcome(QZAUDIO_HERE, result, message("set stream", name, value), message("set stream", name, "err", result));
 }
 
 quint8 AudioControl::getStreamVolume(AudioTag tag, const char *name)
 {
-    const PlatformNames names(d, tag, name);
+    const PlatformNames names(tag, name);
     if (!names.areKnown())
         return 0;
-    const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume ", names.track, names.name, "err");
+    const PlatformObject<Volume> platform(QZAUDIO_HERE, "create volume ", names.quotedTrack(), names.quotedSource(), "err");
     if (!platform)
         return 0;
     quint8 value = 0;
-    const int result = platform->getTrackVolume(names.track.constData(), names.name.constData(), &value);
-    logOutcome(QZAUDIO_HERE, result, message("get stream", names.track, names.name, value), message("get stream", names.track, names.name, "err", result));
+    const int result = platform->getTrackVolume(names.track(), names.source(), &value);
+    const QLatin1String track = names.quotedTrack();
+    const QLatin1String source = names.quotedSource();
+    logOutcome(QZAUDIO_HERE, result, message("get stream", track, source, value), message("get stream", track, source, "err", result));
     return value;
 }
 
@@ -410,9 +428,9 @@ void AudioControl::setOutputSource(const char *track, const char *source)
 
 void AudioControl::setOutputSource(AudioTag tag, const char *source)
 {
-    const PlatformNames names(d, tag, source);
+    const PlatformNames names(tag, source);
     if (names.areRoutable("src", QZAUDIO_HERE))
-        setOutputSource(names.track.constData(), names.name.constData());
+        setOutputSource(names.track(), names.source());
 }
 
 void AudioControl::setOutputFrontSource(const char *track, const char *source, bool frontOnly)
@@ -441,9 +459,9 @@ void AudioControl::setOutputFrontSource(const char *track, const char *source, b
 
 void AudioControl::setOutputFrontSource(AudioTag tag, const char *source, bool frontOnly)
 {
-    const PlatformNames names(d, tag, source);
+    const PlatformNames names(tag, source);
     if (names.areRoutable("src", QZAUDIO_HERE))
-        setOutputFrontSource(names.track.constData(), names.name.constData(), frontOnly);
+        setOutputFrontSource(names.track(), names.source(), frontOnly);
 }
 
 void AudioControl::setInputDestination(const char *track, const char *destination)
@@ -465,9 +483,9 @@ void AudioControl::setInputDestination(const char *track, const char *destinatio
 
 void AudioControl::setInputDestination(AudioTag tag, const char *destination)
 {
-    const PlatformNames names(d, tag, destination);
+    const PlatformNames names(tag, destination);
     if (names.areRoutable("dest", QZAUDIO_HERE))
-        setInputDestination(names.track.constData(), names.name.constData());
+        setInputDestination(names.track(), names.source());
 }
 
 void AudioControl::setAuxinChannel(AudioInChannel channel)

@@ -62,9 +62,11 @@ int sendShortRecord(App *app, audio_eq_parameter_t &parameter, const char *headi
     logOutcome(at, result, message("set eq channel", parameter.channel), message("set eq error", result));
     if (result != 0)
         return -1;
-    logging::logInfo(at, heading);
-    for (const quint16 frequency : parameter.frequency)
-        logging::logInfo(at, frequency);
+    if (logging::isDebugEnabled()) {
+        logging::logInfo(at, heading);
+        for (const quint16 frequency : parameter.frequency)
+            logging::logInfo(at, frequency);
+    }
     return 0;
 }
 
@@ -113,7 +115,7 @@ void AudioControlPrivate::initQtSpMap()
         qtToSpNames.insert(QString::fromLatin1(row.qtName), QString::fromLatin1(row.spName));
     for (const tables::TrackName &row : tables::trackNames)
         tagNames.insert(row.tag, QString::fromLatin1(row.track));
-    for (const char *member : tables::groupMembers)
+    for (const auto &member : tables::groupMembers)
         groupList.append(QString::fromLatin1(member));
     groups.insert(QString::fromLatin1(tables::groupName), groupList);
 }
@@ -137,9 +139,8 @@ void AudioControlPrivate::tagNameFromQtToSp(AudioControl::AudioTag tag, QString 
 
 quint8 AudioControlPrivate::increaseVolume(QString spName, quint8 value)
 {
-    const bool isBoosted = std::any_of(
-        std::begin(tables::boostedSources), std::end(tables::boostedSources), [&spName](const char *source) { return spName == QLatin1String(source); });
-    return isBoosted ? boosted(value) : value;
+    const QByteArray name = spName.toUtf8();
+    return tables::isBoosted({name.constData(), static_cast<std::size_t>(name.size())}) ? boosted(value) : value;
 }
 
 quint8 AudioControlPrivate::boosted(quint8 value)
@@ -405,6 +406,8 @@ void AudioControlPrivate::setFadeBalance(int fade, int balance)
         if (result != 0)
             facadeError() << tables::loudspeakers[i].failure << result;
     }
+    if (!logging::isDebugEnabled())
+        return;
     for (std::size_t i = 0; i < std::size(gains); ++i)
         facadeInfo() << tables::loudspeakers[i].logName << tables::loudspeakers[i].channel << gains[i];
 }

@@ -1,9 +1,12 @@
 #ifndef AUDIOCONTROLTABLES_H
 #define AUDIOCONTROLTABLES_H
 
+#include "fixedname.h"
+
 #include <qzaudio/audiocontrol.h>
 
 #include <cstddef>
+#include <iterator>
 
 /// The facade's fixed tables.
 namespace audio
@@ -17,8 +20,8 @@ constexpr double boostFactor = 1.5;
 
 struct SourceName
 {
-    const char *qtName;
-    const char *spName;
+    FixedName<24> qtName;
+    FixedName<20> spName;
 };
 
 // Meant so: the AirPlay row stands twice, its key has a lower-case "s", and "S+BtPcmPhone" is a key although it is already a
@@ -52,7 +55,7 @@ constexpr SourceName sourceNames[] = {
 struct TrackName
 {
     AudioControl::AudioTag tag;
-    const char *track;
+    FixedName<12> track;
 };
 
 constexpr TrackName trackNames[] = {
@@ -68,10 +71,10 @@ constexpr TrackName trackNames[] = {
 
 /// The one volume group: its platform source name, and its members in the order that they are set in.
 constexpr const char *groupName = "S+FilePlayer";
-constexpr const char *groupMembers[] = {"S+AndroidAuto", "S+FilePlayer"};
+constexpr FixedName<20> groupMembers[] = {"S+AndroidAuto", "S+FilePlayer"};
 
 /// Platform source names whose volume is boosted. "S+BtPhone" is no value of the table above; meant so.
-constexpr const char *boostedSources[] = {
+constexpr FixedName<20> boostedSources[] = {
     "S+CarPlayTelephony",
     "S+BtPhone",
     "S+CarPlayAlert",
@@ -80,6 +83,61 @@ constexpr const char *boostedSources[] = {
     "S+CarPlaySpeech",
     "S+BtPcmPhone",
 };
+
+constexpr bool isBoosted(std::string_view spName)
+{
+    for (const FixedName<20> &boosted : boostedSources) {
+        if (boosted.view() == spName)
+            return true;
+    }
+    return false;
+}
+
+/// Null where there is no such Qt-side name.
+constexpr const SourceName *sourceOf(std::string_view qtName)
+{
+    for (const SourceName &row : sourceNames) {
+        if (row.qtName.view() == qtName)
+            return &row;
+    }
+    return nullptr;
+}
+
+/// By row of sourceNames.
+struct BoostedRows
+{
+    bool isBoosted[std::size(sourceNames)];
+};
+
+constexpr BoostedRows findBoostedRows()
+{
+    BoostedRows rows = {};
+    for (std::size_t i = 0; i < std::size(sourceNames); ++i)
+        rows.isBoosted[i] = isBoosted(sourceNames[i].spName.view());
+    return rows;
+}
+constexpr BoostedRows boostedRows = findBoostedRows();
+
+constexpr bool isBoosted(const SourceName *row)
+{
+    return boostedRows.isBoosted[row - &sourceNames[0]];
+}
+
+constexpr bool areNumberedFromZero()
+{
+    for (std::size_t i = 0; i < std::size(trackNames); ++i) {
+        if (trackNames[i].tag != static_cast<int>(i))
+            return false;
+    }
+    return true;
+}
+static_assert(areNumberedFromZero(), "a tag is its row's index");
+
+/// Null for a tag that there is not.
+constexpr const TrackName *trackOf(AudioControl::AudioTag tag)
+{
+    return static_cast<std::size_t>(tag) < std::size(trackNames) ? &trackNames[tag] : nullptr;
+}
 
 constexpr quint32 allOutputs = 0xFFFF;
 constexpr quint16 usedBandType = 3;
@@ -175,8 +233,8 @@ constexpr int subwooferModes[2][9] = {
 struct Loudspeaker
 {
     quint32 channel;
-    const char *logName;
-    const char *failure;
+    FixedName<12> logName;
+    FixedName<24> failure;
 };
 
 /// The four loudspeakers of fade and balance, in the order that they are sent in.

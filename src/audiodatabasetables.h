@@ -1,6 +1,8 @@
 #ifndef AUDIODATABASETABLES_H
 #define AUDIODATABASETABLES_H
 
+#include "fixedname.h"
+
 #include <qzaudio/audiotypes.h>
 
 /// The settings store's fixed tables.
@@ -23,8 +25,8 @@ constexpr int defaultVolumes[volumeTypeCount] = {20, 20, 20, 20, 20, 15};
 
 struct StoredKey
 {
-    const char *group;
-    const char *key;
+    FixedName<7> group;
+    FixedName<16> key;
 };
 
 /// Everything that the store keeps.

@@ -9,7 +9,7 @@
 
 #include <cxxabi.h>
 #include <exception>
-#include <memory>
+#include <utility>
 
 namespace
 {
@@ -63,8 +63,13 @@ private:
 
 thread_local Undertaking *Undertaking::innermost = nullptr;
 
-/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
-std::unique_ptr<AudioManager> theManager; // clazy:exclude=non-pod-global-static
+AudioManager *theManager = nullptr;
+
+/// Runs when the library is unloaded, after all destructors of the program's statics, and costs nothing when it is loaded.
+[[gnu::destructor]] void deleteManager()
+{
+    delete std::exchange(theManager, nullptr);
+}
 
 AudioManagerPrivate *privateOf(QxPrivate<AudioManager> *d)
 {
@@ -137,7 +142,7 @@ void AudioManagerPrivate::onMegaBaseChanged(int newValue)
 
 AudioManager *AudioManager::instance()
 {
-    static AudioManager *const manager = (theManager = std::make_unique<AudioManager>()).get();
+    static AudioManager *const manager = theManager = new AudioManager;
     return manager;
 }
 

@@ -1,5 +1,6 @@
 #include <qzaudio/focusrequester.h>
 
+#include "focusloss.h"
 #include "logging.h"
 
 #include <qzaudio/iaudiofocusdispatcher.h>
@@ -22,14 +23,6 @@ constexpr FocusChangeName focusChangeNames[] = {
     {AUDIOFOCUS_GAIN_TRANSIENT, "GAIN_TRANSIENT"},
     {AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK, "GAIN_TRANSIENT_MAY_DUCK"},
     {AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE, "GAIN_TRANSIENT_EXCLUSIVE"},
-};
-
-/// The loss for a gain request (rows 1 to 4) by the loss received so far (columns 0, -1, -2, -3). A loss never softens.
-constexpr int lossForGain[4][4] = {
-    {-1, -1, -1, -1}, // GAIN
-    {-2, -1, -2, -2}, // GAIN_TRANSIENT
-    {-3, -1, -2, -3}, // GAIN_TRANSIENT_MAY_DUCK
-    {-2, -1, -2, -2}, // GAIN_TRANSIENT_EXCLUSIVE
 };
 
 } // namespace
@@ -58,13 +51,11 @@ QString FocusRequester::focusChangeToString(int focusChange)
 
 int FocusRequester::focusLossForGainRequest(int gainRequest)
 {
-    const bool isGain = gainRequest >= AUDIOFOCUS_GAIN && gainRequest <= AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE;
-    const bool isLoss = focusLossReceived >= AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK && focusLossReceived <= AUDIOFOCUS_NONE;
-    if (!isGain || !isLoss) {
+    if (!focusloss::isDefined(gainRequest, focusLossReceived)) {
         traceCritical() << "Invalid focus request " << gainRequest; // the request, also when the entry was at fault
         return AUDIOFOCUS_NONE;
     }
-    return lossForGain[gainRequest - 1][-focusLossReceived];
+    return focusloss::loss(gainRequest, focusLossReceived);
 }
 
 void FocusRequester::handleFocusGain(int focusGain)

@@ -1,28 +1,25 @@
 #include "logging.h"
 
-#include <QtCore/QLoggingCategory>
-
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace
 {
 
-QDebug trace(QDebug line, const char *level, const logging::CodeLocation &at)
+QDebug open(logging::Form form, const logging::CodeLocation &at)
 {
-    return line << level << ::syscall(SYS_gettid) << at.function << at.line << "--";
-}
-
-QMessageLogger logger(const logging::CodeLocation &at)
-{
-    return {at.file, at.line, at.function};
+    const QMessageLogger logger(at.file, at.line, at.function);
+    return form == logging::Form::TraceCritical ? logger.critical() : logger.debug();
 }
 
 } // namespace
 
-bool logging::isDebugEnabled()
+std::atomic<const QLoggingCategory *> logging::knownCategory{nullptr};
+
+bool logging::isDebugEnabledInQt()
 {
     const QLoggingCategory *const category = QLoggingCategory::defaultCategory();
+    knownCategory.store(category, std::memory_order_relaxed);
     return category && category->isDebugEnabled();
 }
 
@@ -32,31 +29,34 @@ bool logging::isCriticalEnabled()
     return category && category->isCriticalEnabled();
 }
 
-QDebug logging::openTraceDebug(const CodeLocation &at)
+logging::Line::Line(Form form, const CodeLocation &at)
+    : m_debug(open(form, at))
 {
-    return trace(logger(at).debug(), "[DBG]", at);
+    switch (form) {
+    case Form::TraceDebug:
+    case Form::TraceCritical:
+        *this << (form == Form::TraceDebug ? "[DBG]" : "[ERR]") << ::syscall(SYS_gettid) << at.function << at.line << "--";
+        break;
+    case Form::FacadeInfo:
+        *this << "[QT]"
+              << "[Audiocontrol]";
+        break;
+    case Form::FacadeError:
+        *this << "[QT]"
+              << "[Error]"
+              << "[Audiocontrol]"
+              << "line:" << at.line;
+        break;
+    case Form::FacadeNote:
+        *this << "[QT]";
+        break;
+    }
 }
 
-QDebug logging::openTraceCritical(const CodeLocation &at)
-{
-    return trace(logger(at).critical(), "[ERR]", at);
-}
+logging::Line::~Line() = default;
 
-QDebug logging::openFacadeInfo(const CodeLocation &at)
+logging::Line &logging::Line::operator<<(const char *text)
 {
-    return logger(at).debug() << "[QT]"
-                              << "[Audiocontrol]";
-}
-
-QDebug logging::openFacadeError(const CodeLocation &at)
-{
-    return logger(at).debug() << "[QT]"
-                              << "[Error]"
-                              << "[Audiocontrol]"
-                              << "line:" << at.line;
-}
-
-QDebug logging::openFacadeNote(const CodeLocation &at)
-{
-    return logger(at).debug() << "[QT]";
+    m_debug << text;
+    return *this;
 }

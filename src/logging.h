@@ -2,8 +2,10 @@
 #define LOGGING_H
 
 #include <QtCore/QDebug>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QMessageLogger>
 
+#include <atomic>
 #include <tuple>
 
 /*
@@ -29,15 +31,61 @@ struct CodeLocation
     const char *function;
 };
 
-/// False, too, at process exit once Qt has no categories any more: the destructors of static objects may still get here.
-bool isDebugEnabled();
+/// As it was found when it was asked for first. Null before that.
+extern std::atomic<const QLoggingCategory *> knownCategory;
+
+/// Asks Qt for the category.
+bool isDebugEnabledInQt();
+
+/**
+ * False, too, at process exit once Qt has no categories any more: the destructors of static objects may still get here.
+ *
+ * To ask Qt for the category costs more than many an operation. It never moves, so while it says no, that is the answer; its memory, a part of
+ * Qt's own, stays readable when it is gone. Only where it says yes, or is not known, Qt is asked.
+ */
+inline bool isDebugEnabled()
+{
+    const QLoggingCategory *const category = knownCategory.load(std::memory_order_relaxed);
+    return Q_UNLIKELY(!category || category->isDebugEnabled()) && isDebugEnabledInQt();
+}
+
 bool isCriticalEnabled();
 
-QDebug openTraceDebug(const CodeLocation &at);
-QDebug openTraceCritical(const CodeLocation &at);
-QDebug openFacadeInfo(const CodeLocation &at);
-QDebug openFacadeError(const CodeLocation &at);
-QDebug openFacadeNote(const CodeLocation &at);
+/// An item of each type is written by one function, which no line has a copy of: lines are many, and rare are those that are written.
+template<typename Item>
+Q_NEVER_INLINE void writeItem(QDebug &line, const Item &item)
+{
+    line << item;
+}
+
+enum class Form {
+    TraceDebug,
+    TraceCritical,
+    FacadeInfo,
+    FacadeError,
+    FacadeNote,
+};
+
+/// One line with its beginning written. It goes to the handler when it is destroyed.
+class Line
+{
+public:
+    Line(Form form, const CodeLocation &at);
+    ~Line();
+
+    Line &operator<<(const char *text);
+    template<typename Item>
+    Line &operator<<(const Item &item)
+    {
+        writeItem(m_debug, item);
+        return *this;
+    }
+
+private:
+    Q_DISABLE_COPY(Line)
+
+    QDebug m_debug;
+};
 
 /// The items of one line, kept by reference until the end of the full expression.
 template<typename... Items>
@@ -47,8 +95,9 @@ auto message(const Items &...items)
 }
 
 template<typename Message>
-void write(QDebug line, const Message &message)
+void write(Form form, const CodeLocation &at, const Message &message)
 {
+    Line line(form, at);
     std::apply([&line](const auto &...items) { (line << ... << items); }, message);
 }
 
@@ -57,7 +106,7 @@ template<typename... Items>
 void logInfo(const CodeLocation &at, const Items &...items)
 {
     if (isDebugEnabled())
-        write(openFacadeInfo(at), message(items...));
+        write(Form::FacadeInfo, at, message(items...));
 }
 
 /// One facadeError() line at a place that the caller hands in.
@@ -65,7 +114,7 @@ template<typename... Items>
 void logError(const CodeLocation &at, const Items &...items)
 {
     if (isDebugEnabled())
-        write(openFacadeError(at), message(items...));
+        write(Form::FacadeError, at, message(items...));
 }
 
 /// One traceDebug() line at a place that the caller hands in.
@@ -73,7 +122,7 @@ template<typename... Items>
 void logTrace(const CodeLocation &at, const Items &...items)
 {
     if (isDebugEnabled())
-        write(openTraceDebug(at), message(items...));
+        write(Form::TraceDebug, at, message(items...));
 }
 
 /// One traceCritical() line at a place that the caller hands in.
@@ -81,7 +130,7 @@ template<typename... Items>
 void logCritical(const CodeLocation &at, const Items &...items)
 {
     if (isCriticalEnabled())
-        write(openTraceCritical(at), message(items...));
+        write(Form::TraceCritical, at, message(items...));
 }
 
 /// Writes the one line or the other for the result of a platform call, and gives the result on.
@@ -90,9 +139,9 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 {
     if (isDebugEnabled()) {
         if (result == 0)
-            write(openFacadeInfo(at), success);
+            write(Form::FacadeInfo, at, success);
         else
-            write(openFacadeError(at), failure);
+            write(Form::FacadeError, at, failure);
     }
     return result;
 }
@@ -101,14 +150,14 @@ int logOutcome(const CodeLocation &at, int result, const Success &success, const
 
 #define QZAUDIO_HERE (logging::CodeLocation{__FILE__, __LINE__, Q_FUNC_INFO})
 
-#define QZAUDIO_LOG_LINE(levelIsEnabled, open)                                           \
+#define QZAUDIO_LOG_LINE(levelIsEnabled, form)                                           \
     for (bool qzaudioLogs = logging::levelIsEnabled(); qzaudioLogs; qzaudioLogs = false) \
-    logging::open(QZAUDIO_HERE)
+    logging::Line(logging::Form::form, QZAUDIO_HERE)
 
-#define traceDebug() QZAUDIO_LOG_LINE(isDebugEnabled, openTraceDebug)
-#define traceCritical() QZAUDIO_LOG_LINE(isCriticalEnabled, openTraceCritical)
-#define facadeInfo() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeInfo)
-#define facadeError() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeError)
-#define facadeNote() QZAUDIO_LOG_LINE(isDebugEnabled, openFacadeNote)
+#define traceDebug() QZAUDIO_LOG_LINE(isDebugEnabled, TraceDebug)
+#define traceCritical() QZAUDIO_LOG_LINE(isCriticalEnabled, TraceCritical)
+#define facadeInfo() QZAUDIO_LOG_LINE(isDebugEnabled, FacadeInfo)
+#define facadeError() QZAUDIO_LOG_LINE(isDebugEnabled, FacadeError)
+#define facadeNote() QZAUDIO_LOG_LINE(isDebugEnabled, FacadeNote)
 
 #endif

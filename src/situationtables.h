@@ -1,6 +1,8 @@
 #ifndef SITUATIONTABLES_H
 #define SITUATIONTABLES_H
 
+#include "fixedname.h"
+
 #include <qzaudio/audiocontrol.h>
 #include <qzaudio/audiotypes.h>
 
@@ -17,7 +19,7 @@ namespace situations
 {
 
 /// A status with it plays the channel's source, a channel with it plays nothing.
-constexpr const char *noSource = "S+none_APP";
+constexpr char noSource[] = "S+none_APP";
 
 /// No type: the volume keys change the media volume on a media channel, and nothing on the others.
 constexpr ZelAudioType asTheChannelSays = ZelAudioType{-1};
@@ -26,7 +28,7 @@ struct Status
 {
     AudioStatus status;
     ZelAudioType type; ///< of the volume that it applies
-    const char *source; ///< that gets it
+    audio::FixedName<24> source; ///< that gets it
     audio::AudioControl::AudioTag tag; ///< of the source's stream
     ZelAudioType keyType; ///< of the volume that the volume keys change
 };
@@ -60,7 +62,7 @@ struct Channel
 {
     AudioChannel channel;
     ZelAudioType type; ///< of its volume
-    const char *source;
+    audio::FixedName<24> source;
     bool resetsEqualizer; ///< whenever it is reported
 };
 
@@ -117,18 +119,45 @@ constexpr const Status *rowOf(AudioStatus status)
     return status >= 0 && status <= highestStatus ? &statuses[status] : nullptr;
 }
 
-/// The row that counts; null for a channel that has none.
+/// By channel number the index of the row that counts, -1 for a channel that has none.
+struct RowsOfChannels
+{
+    signed char row[highestChannel + 1];
+};
+
+constexpr RowsOfChannels rowsOfChannels()
+{
+    RowsOfChannels rows = {};
+    for (signed char &row : rows.row)
+        row = -1;
+    for (std::size_t i = 0; i < std::size(channels); ++i)
+        rows.row[channels[i].channel] = static_cast<signed char>(i);
+    return rows;
+}
+constexpr RowsOfChannels channelRows = rowsOfChannels();
+
+/// Null for a channel that has none.
 constexpr const Channel *rowOf(AudioChannel channel)
 {
-    const Channel *found = nullptr;
-    for (const Channel &row : channels)
-        found = row.channel == channel ? &row : found;
-    return found;
+    const bool isInTable = channel >= 0 && channel <= highestChannel && channelRows.row[channel] >= 0;
+    return isInTable ? &channels[channelRows.row[channel]] : nullptr;
+}
+
+constexpr ZelAudioType typeOf(AudioChannel channel)
+{
+    const Channel *const row = rowOf(channel);
+    return row ? row->type : ZelAudioTypeMedia;
+}
+
+constexpr const char *sourceOf(AudioChannel channel)
+{
+    const Channel *const row = rowOf(channel);
+    return row ? row->source.text() : noSource;
 }
 
 struct Stream
 {
-    const char *name;
+    audio::FixedName<24> name;
     ZelAudioType type;
 };
 
@@ -158,9 +187,9 @@ constexpr Stream streams[] = {
 constexpr bool startAsTheyGoOn()
 {
     for (const Channel &channel : channels) {
-        bool goesOn = std::string_view(channel.source) == noSource;
+        bool goesOn = channel.source.view() == noSource;
         for (const Stream &stream : streams)
-            goesOn = goesOn || (std::string_view(channel.source) == stream.name && channel.type == stream.type);
+            goesOn = goesOn || (channel.source.view() == stream.name.view() && channel.type == stream.type);
         if (!goesOn)
             return false;
     }

@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
-#include <memory>
+#include <utility>
 
 using audio::AudioControl;
 using audio::lowByte;
@@ -24,8 +24,13 @@ namespace
 /// Process-wide, not of one manager: the first channel after power-on has been reported.
 bool firstChannelSeen = false;
 
-/// Not inside instance(): a destructor that is registered when the library is loaded runs after those of the program's statics.
-std::unique_ptr<ZelAudioManager> theManager; // clazy:exclude=non-pod-global-static
+ZelAudioManager *theManager = nullptr;
+
+/// Runs when the library is unloaded, after all destructors of the program's statics, and costs nothing when it is loaded.
+[[gnu::destructor]] void deleteManager()
+{
+    delete std::exchange(theManager, nullptr);
+}
 
 /// A stored volume on the platform's scale: times four, of which an unsigned byte is sent.
 int platformVolume(int volume)
@@ -33,24 +38,27 @@ int platformVolume(int volume)
     return static_cast<int>(static_cast<unsigned int>(volume) * tables::platformVolumeFactor);
 }
 
-struct ChannelOfType
+/// The channels whose volume is of a type, in ascending order.
+class ChannelsOfType
 {
-    AudioChannel channel;
-    QString source;
-};
-
-/// The channels whose volume is of this type, in ascending order.
-QList<ChannelOfType> channelsOfType(audio::AudioDataBase &dataBase, ZelAudioType type)
-{
-    QList<ChannelOfType> channels;
-    for (int number = 0; number <= situations::highestChannel; ++number) {
-        const auto channel = static_cast<AudioChannel>(number);
-        const ZelAudioAChannelInfo info = dataBase.getChannelInfo(channel);
-        if (info.type == type)
-            channels.append({channel, info.spName});
+public:
+    explicit ChannelsOfType(ZelAudioType type)
+    {
+        for (int number = 0; number <= situations::highestChannel; ++number) {
+            const auto channel = static_cast<AudioChannel>(number);
+            if (situations::typeOf(channel) == type)
+                m_channels[m_count++] = channel;
+        }
     }
-    return channels;
-}
+
+    std::size_t size() const { return m_count; }
+    const AudioChannel *begin() const { return &m_channels[0]; }
+    const AudioChannel *end() const { return begin() + m_count; }
+
+private:
+    AudioChannel m_channels[situations::highestChannel + 1];
+    std::size_t m_count = 0;
+};
 
 /// Whole part of a gain. Through 64 bits, which hold every gain there is: a direct conversion beyond an int is undefined and
 /// differs between x86 and Arm.
@@ -65,7 +73,7 @@ int wholeGain(float gain)
 
 ZelAudioManager *ZelAudioManager::instance()
 {
-    static ZelAudioManager *const manager = (theManager = std::make_unique<ZelAudioManager>()).get();
+    static ZelAudioManager *const manager = theManager = new ZelAudioManager;
     return manager;
 }
 
@@ -145,30 +153,32 @@ void ZelAudioManager::_handleVolumeTypeChanged(AudioStatus status)
         return;
     }
     AudioChannel channel = currentChannel;
-    const ZelAudioInfo info = dataBase->getAudioStatusInfo(status);
-    const int volume = platformVolume(dataBase->getVolume(info.type));
+    const situations::Status *const row = situations::rowOf(status);
+    const int volume = platformVolume(dataBase->getVolume(row ? row->type : ZelAudioTypeMedia));
     if (channel == AudioChannelCarPlayTelephony && status == AudioStatusCarPlayRestore) {
         traceDebug() << "Navi end when cp taking";
         channel = AudioChannelCarPlayMedia;
     }
-    QString name = dataBase->getStatusToSpName(status);
-    if (name == QLatin1String(situations::noSource)) {
+    const char *name = situations::noSource;
+    if (row && row->source.view() != situations::noSource) {
+        name = row->source;
+    } else {
         if (channel == AudioChannelNone) {
             traceDebug() << "Use the main sound channel temporarily";
             channel = AudioChannelAuxIn;
         }
-        name = dataBase->getChannelInfo(channel).spName;
+        name = situations::sourceOf(channel);
     }
-    const auto tag = static_cast<AudioControl::AudioTag>(info.param);
-    control->setStreamVolume(tag, name.toUtf8().constData(), lowByte(volume));
-    traceDebug() << "Auto adjust volume when audio status changed" << tag << name << volume;
+    const AudioControl::AudioTag tag = row ? row->tag : AudioControl::Main;
+    control->setStreamVolume(tag, name, lowByte(volume));
+    traceDebug() << "Auto adjust volume when audio status changed" << tag << QLatin1String(name) << volume;
 }
 
 void ZelAudioManager::updateAudioChannel(AudioChannel channel)
 {
     traceDebug() << "Update Audio Channel" << channel;
     currentChannel = channel;
-    control->setOutputSource(AudioControl::Main, dataBase->getChannelInfo(channel).spName.toUtf8().constData());
+    control->setOutputSource(AudioControl::Main, situations::sourceOf(channel));
     if (!firstChannelSeen) {
         if (channel != AudioChannelNone) {
             firstChannelSeen = true;
@@ -216,10 +226,10 @@ void ZelAudioManager::_handleChannelVolumeChanged(ZelAudioType type, int volume)
         control->setAlterStepVolume(lowByte(volume), type == ZelAudioTypeHiCarCall);
         return;
     }
-    const QList<ChannelOfType> channels = channelsOfType(*dataBase, type);
+    const ChannelsOfType channels(type);
     const AudioControl::AudioTag tag = currentTag();
-    for (const ChannelOfType &channel : channels)
-        control->setStreamVolume(tag, channel.source.toUtf8().constData(), lowByte(platformVolume(volume)));
+    for (const AudioChannel channel : channels)
+        control->setStreamVolume(tag, situations::sourceOf(channel), lowByte(platformVolume(volume)));
     if (channels.size() <= 1)
         return;
     if (!pendingVolumeTypes.contains(type))
@@ -235,10 +245,10 @@ void ZelAudioManager::_delaysetVolume()
     for (int i = 0; i < pendingVolumeTypes.size(); ++i) {
         const ZelAudioType type = pendingVolumeTypes.at(i);
         const int volume = platformVolume(dataBase->getVolume(type));
-        const QList<ChannelOfType> channels = channelsOfType(*dataBase, type);
-        for (const ChannelOfType &channel : channels) {
-            traceDebug() << channel.source << channel.channel << volume;
-            control->setStreamVolume(currentTag(), channel.source.toUtf8().constData(), lowByte(volume));
+        for (const AudioChannel channel : ChannelsOfType(type)) {
+            const char *const source = situations::sourceOf(channel);
+            traceDebug() << QLatin1String(source) << channel << volume;
+            control->setStreamVolume(currentTag(), source, lowByte(volume));
         }
         pendingVolumeTypes.removeFirst();
     }
@@ -248,14 +258,14 @@ void ZelAudioManager::_getAllChannelsFromCurrentType(QList<AudioChannel> &channe
 {
     traceDebug();
     channels.clear();
-    const QList<ChannelOfType> found = channelsOfType(*dataBase, type);
-    for (const ChannelOfType &channel : found)
-        channels.append(channel.channel);
+    for (const AudioChannel channel : ChannelsOfType(type))
+        channels.append(channel);
 }
 
 AudioControl::AudioTag ZelAudioManager::currentTag()
 {
-    return static_cast<AudioControl::AudioTag>(dataBase->getAudioStatusInfo(currentStatus).param);
+    const situations::Status *const row = situations::rowOf(currentStatus);
+    return row ? row->tag : AudioControl::Main;
 }
 
 void ZelAudioManager::updateCurrentAudioVolume(bool up)
@@ -264,7 +274,7 @@ void ZelAudioManager::updateCurrentAudioVolume(bool up)
     const situations::Status *const row = situations::rowOf(currentStatus);
     ZelAudioType type = row ? row->keyType : situations::asTheChannelSays;
     if (type == situations::asTheChannelSays) {
-        type = dataBase->getChannelInfo(currentChannel).type;
+        type = situations::typeOf(currentChannel);
         if (type != ZelAudioTypeMedia)
             return;
     }
