@@ -34,6 +34,11 @@ QString echoName()
     return QStringLiteral("echo.AudioService");
 }
 
+QString tellingEchoName()
+{
+    return QStringLiteral("telling.AudioService");
+}
+
 QString objectPath()
 {
     return QStringLiteral("/tavi/AudioService");
@@ -70,6 +75,14 @@ double timeOfRequest(TaviAudioServiceInterface &service)
     return std::chrono::duration<double, std::nano>(after - before).count();
 }
 
+std::vector<double> timesOfRequests(TaviAudioServiceInterface &service)
+{
+    std::vector<double> times;
+    for (int i = 0; i < requests; ++i)
+        times.push_back(timeOfRequest(service));
+    return times;
+}
+
 /// This program in another role, until it has said that it is ready.
 std::unique_ptr<QProcess> startPart(const QStringList &arguments)
 {
@@ -93,7 +106,8 @@ void end(QProcess &part)
 void measure()
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    const std::unique_ptr<QProcess> echo = startPart({QStringLiteral("echo")});
+    const std::unique_ptr<QProcess> echo = startPart({QStringLiteral("echo"), echoName()});
+    const std::unique_ptr<QProcess> tellingEcho = startPart({QStringLiteral("echo"), tellingEchoName()});
     TaviAudioServiceInterface daemon(daemonName(), objectPath(), bus);
     TaviAudioServiceInterface echoed(echoName(), objectPath(), bus);
     std::vector<double> work;
@@ -107,24 +121,27 @@ void measure()
     // Keeps its place among those with focus, so that it is not one too many where the others are as many as the daemon takes.
     if (daemon.requestAudioFocus(promptStream, 1, QStringLiteral("bench.resident")).value() != 0)
         fail(QStringLiteral("the daemon takes nobody"));
+    TaviAudioServiceInterface telling(tellingEchoName(), objectPath(), bus);
     for (const QString &role : {QStringLiteral("clients"), QStringLiteral("listeners")}) {
+        const bool areListening = role == QLatin1String("listeners");
         for (const QString &number : {QStringLiteral("1"), QStringLiteral("10"), QStringLiteral("100"), QStringLiteral("500")}) {
             const std::unique_ptr<QProcess> others = startPart({role, number});
-            std::vector<double> times;
-            for (int i = 0; i < requests; ++i)
-                times.push_back(timeOfRequest(daemon));
-            print(QStringLiteral("bus/") + role + QLatin1Char('/') + number, "work", times);
+            const QString name = QStringLiteral("bus/") + role + QLatin1Char('/') + number;
+            print(name, "work", timesOfRequests(daemon));
+            if (areListening)
+                print(name, "floor", timesOfRequests(telling));
             end(*others);
         }
     }
     end(*echo);
+    end(*tellingEcho);
 }
 
-int serveEcho()
+int serveEcho(const QString &name)
 {
-    Echo echo;
+    Echo echo(name == tellingEchoName());
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(objectPath(), &echo, QDBusConnection::ExportAllSlots) || !bus.registerService(echoName()))
+    if (!bus.registerObject(objectPath(), &echo, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) || !bus.registerService(name))
         fail(QStringLiteral("the echo cannot be served"));
     std::puts("the echo is ready");
     std::fflush(stdout);
@@ -141,12 +158,16 @@ int beClients(int number, bool areListening)
         if (!connection.isConnected())
             fail(QStringLiteral("client %1 does not get on the bus").arg(i));
         auto client = std::make_unique<TaviAudioServiceInterface>(daemonName(), objectPath(), connection);
-        if (areListening)
+        auto echoed = std::make_unique<TaviAudioServiceInterface>(tellingEchoName(), objectPath(), connection);
+        if (areListening) {
             QObject::connect(client.get(), &TaviAudioServiceInterface::audioFocusChanged, client.get(), [] {});
+            QObject::connect(echoed.get(), &TaviAudioServiceInterface::audioFocusChanged, echoed.get(), [] {});
+        }
         QDBusPendingReply<int> reply = client->requestAudioFocus(3, 1, QStringLiteral("bench.client.%1").arg(i));
         reply.waitForFinished();
         holders += !reply.isError() && reply.value() == 0 ? 1 : 0;
         clients.push_back(std::move(client));
+        clients.push_back(std::move(echoed));
     }
     std::printf("%d clients are ready, %d of them in the stack\n", number, holders);
     std::fflush(stdout);
@@ -161,7 +182,7 @@ int main(int argc, char **argv)
     const QStringList arguments = application.arguments();
     const QString role = arguments.value(1);
     if (role == QLatin1String("echo"))
-        return serveEcho();
+        return serveEcho(arguments.value(2));
     if (role == QLatin1String("clients") || role == QLatin1String("listeners"))
         return beClients(arguments.value(2).toInt(), role == QLatin1String("listeners"));
     measure();

@@ -45,14 +45,27 @@ ROWS = [
     Row("focus/requestAndAbandon/10", "focus request and abandon, depth 10", BARE_STACK, 2.0),
     Row("focus/requestAndAbandon/100", "focus request and abandon, depth 100", BARE_STACK, 2.0),
     Row("focus/requestAndAbandon/1000", "focus request and abandon, depth 1,000", BARE_STACK, 2.0),
-    Row("focus/requestAndAbandon/1/dispatched", "the same with a dispatcher, depth 1", f"{BARE_STACK}; nobody is told", 2.0),
-    Row("focus/requestAndAbandon/10/dispatched", "the same with a dispatcher, depth 10", f"{BARE_STACK}; nobody is told", 2.0),
-    Row("focus/requestAndAbandon/100/dispatched", "the same with a dispatcher, depth 100", f"{BARE_STACK}; nobody is told", 2.0),
-    Row("focus/requestAndAbandon/1000/dispatched", "the same with a dispatcher, depth 1,000", f"{BARE_STACK}; nobody is told", 2.0),
+    Row("focus/requestAndAbandon/1/dispatched", "focus with a dispatcher, depth 1", f"{BARE_STACK}; nobody is told", 2.0),
+    Row("focus/requestAndAbandon/10/dispatched", "focus with a dispatcher, depth 10", f"{BARE_STACK}; nobody is told", 2.0),
+    Row("focus/requestAndAbandon/100/dispatched", "focus with a dispatcher, depth 100", f"{BARE_STACK}; nobody is told", 2.0),
+    Row("focus/requestAndAbandon/1000/dispatched", "focus with a dispatcher, depth 1,000", f"{BARE_STACK}; nobody is told", 2.0),
     Row("bus/requestAudioFocus", "`requestAudioFocus` over the bus", "an echo with QtDBus of the same signature, on the same bus", 1.3),
     Row("bus/clients/500", "a request with 500 clients", "the same request with 1 client", 1.5),
     Row("logging/disabledLine", "a log line that is off", "an operation that does nothing", 3, "ns"),
 ]
+
+# Operations in a round of the work, where that has to end as it began.
+OPERATIONS = {"policy/updateAudioStatus": 2, "policy/updateAudioStatus/logged": 2, "settings/volumeKey": 2}
+
+# What grows with a number that is part of the key.
+DEPTHS = [1, 10, 100, 1000]
+CHANNELS = [1, 2, 14]
+CLIENTS = [1, 10, 100, 500]
+KEYS = [0, 100, 1000, 10000]
+OPERATIONS.update({f"settings/save/{keys}": 2 for keys in KEYS})
+
+# That the daemon takes with clients in the stack.
+MOST_CONNECTIONS = 128
 
 AREAS = ["volume", "equalizer", "routing", "policy", "focus", "logging", "settings", "start", "bus"]
 
