@@ -47,12 +47,13 @@ BUILD = "/media/build"
 OUTPUT = "/media/output"
 
 # One after the other on the same flash.
-REMOVE_SETTINGS = "rm --recursive --force /media/flash/nvm/*"
+REMOVE_SETTINGS = ()
+FILL_SETTINGS = ("fill",)
 RUNS = (
     ("start", "start/withoutFile work"),
     REMOVE_SETTINGS,
     ("startByHand", "start/withoutFile floor"),
-    ("fill",),
+    FILL_SETTINGS,
     ("start", "start/withFile work"),
     ("startByHand", "start/withFile floor"),
     REMOVE_SETTINGS,
@@ -222,7 +223,9 @@ def count(given, counter):
     lines = []
     for number, words in enumerate(RUNS):
         if words == REMOVE_SETTINGS:
-            lines.append(words)
+            lines.append("rm --recursive --force /media/flash/nvm/*")
+        elif words == FILL_SETTINGS:
+            lines.append(shlex.join([*given.emulator.split(), program, *words]))
         else:
             lines.append(shlex.join([*counter.words(f"run{number}"), program, *words]) + f" >{OUTPUT}/printed{number}")
     parts = {}
