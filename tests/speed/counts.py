@@ -41,6 +41,7 @@ ENVIRONMENT = {
     "PATH": "/usr/bin",
     "QT_HASH_SEED": "0",
     "QT_NO_CPU_FEATURE": "sse3 ssse3 sse4.1 sse4.2 avx avx2 bmi bmi2 f16c rdrnd",
+    "TZ": "UTC0",
 }
 # Places in the folder that tools/with-flash makes anew.
 BUILD = "/media/build"
@@ -206,10 +207,14 @@ def counter_of(given):
 
 
 def run(given, output, lines):
-    """Runs shell lines in a place that is the same for every build and every caller."""
-    build = given.program.resolve().parents[1]
-    words = [str(PROJECT / "tools/with-flash"), "bwrap", "--dev-bind", "/", "/", "--unshare-pid", "--proc", "/proc", "--die-with-parent"]
-    words += ["--bind", str(build), BUILD, "--bind", output, OUTPUT, "--clearenv"]
+    """Runs shell lines in a place that is the same for every machine, every build and every caller."""
+    machine_id = pathlib.Path(output, "machine-id")
+    machine_id.write_text("0123456789abcdef" * 2 + "\n", encoding="utf-8")
+    words = [str(PROJECT / "tools/with-flash"), "bwrap", "--dev-bind", "/", "/", "--die-with-parent"]
+    words += ["--unshare-pid", "--proc", "/proc", "--unshare-uts", "--hostname", "unit"]
+    # QSettings asks for the machine's name and number when it locks a file.
+    words += ["--tmpfs", "/var", "--ro-bind", str(machine_id), "/var/lib/dbus/machine-id"]
+    words += ["--bind", str(given.program.resolve().parents[1]), BUILD, "--bind", output, OUTPUT, "--clearenv"]
     for name, value in ENVIRONMENT.items():
         words += ["--setenv", name, value]
     status = subprocess.run([*words, "sh", "-e", "-c", "\n".join(lines)], check=False).returncode
