@@ -62,8 +62,8 @@ RUNS = (
 )
 OPENS = {"open", "openat", "openat2", "creat"}
 STATES = {"stat", "stat64", "lstat", "lstat64", "fstat", "fstat64", "fstatat64", "newfstatat", "statx"}
-# Asking the time is a system call on some machines only, memory comes when the heap happens to be full, and the time of a file is set where two
-# saves fall into one tick of the clock.
+# Asking the time is a system call on some machines only, memory comes when the heap happens to be full, and the time of a file is set
+# where two saves fall into one tick of the clock.
 DEPENDS_ON_MACHINE = {"brk", "clock_gettime", "clock_gettime64", "gettimeofday", "utimensat", "utimensat_time64"}
 
 
@@ -160,7 +160,7 @@ class EmulatedInstructions(Counter):
 
     def __init__(self, given):
         super().__init__(given)
-        self.plugin = given.plugin.resolve()
+        self.plugin = inside(given, given.plugin)
 
     def words(self, name):
         return [*self.emulator, "-plugin", f"{self.plugin},counts={OUTPUT}/{name}"]
@@ -206,6 +206,15 @@ def counter_of(given):
     return Allocations(given) if given.kind == "allocations" else SystemCalls(given)
 
 
+def build_folder(given):
+    return given.program.resolve().parents[1]
+
+
+def inside(given, path):
+    """Where a file of the build is found while counting."""
+    return f"{BUILD}/{path.resolve().relative_to(build_folder(given))}"
+
+
 def run(given, output, lines):
     """Runs shell lines in a place that is the same for every machine, every build and every caller."""
     machine_id = pathlib.Path(output, "machine-id")
@@ -214,7 +223,9 @@ def run(given, output, lines):
     words += ["--unshare-pid", "--proc", "/proc", "--unshare-uts", "--hostname", "unit"]
     # QSettings asks for the machine's name and number when it locks a file.
     words += ["--tmpfs", "/var", "--ro-bind", str(machine_id), "/var/lib/dbus/machine-id"]
-    words += ["--bind", str(given.program.resolve().parents[1]), BUILD, "--bind", output, OUTPUT, "--clearenv"]
+    # Which may be a folder of /var; the Arm libraries stand there.
+    words += ["--ro-bind", str(PROJECT), str(PROJECT)]
+    words += ["--ro-bind", str(build_folder(given)), BUILD, "--bind", output, OUTPUT, "--clearenv"]
     for name, value in ENVIRONMENT.items():
         words += ["--setenv", name, value]
     status = subprocess.run([*words, "sh", "-e", "-c", "\n".join(lines)], check=False).returncode
@@ -224,7 +235,7 @@ def run(given, output, lines):
 
 def count(given, counter):
     """The rows of the table."""
-    program = f"{BUILD}/{given.program.resolve().relative_to(given.program.resolve().parents[1])}"
+    program = inside(given, given.program)
     lines = []
     for number, words in enumerate(RUNS):
         if words == REMOVE_SETTINGS:
@@ -244,7 +255,8 @@ def count(given, counter):
                 parts[title] = [number / rounds for number in counts[title]]
     subjects = [title.removesuffix(" work") for title in parts if title.endswith(" work")]
     nothing = [0] * len(next(iter(parts.values())))
-    return {subject: [round(number) for number in counter.row(parts[f"{subject} work"], parts.get(f"{subject} floor", nothing))] for subject in subjects}
+    rows = {subject: counter.row(parts[f"{subject} work"], parts.get(f"{subject} floor", nothing)) for subject in subjects}
+    return {subject: [round(number) for number in row] for subject, row in rows.items()}
 
 
 def read(table):
