@@ -13,7 +13,6 @@
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusContext>
 #include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusServiceWatcher>
 
 #include <memory>
 
@@ -65,6 +64,9 @@ Q_SIGNALS:
     void megaBaseChanged(int newValue);
     void volumeChanged(bool isMite, int level);
 
+private Q_SLOTS:
+    void onNameGone(const QString &name);
+
 private:
     Q_DISABLE_COPY(FocusService)
 
@@ -74,9 +76,7 @@ private:
     void endCall();
     void askForVolume(bool isForLevel);
     void onVolumeAnswered(bool isMuted, int level);
-    void watch(const ClientRegistry::Caller &caller);
-    void unwatch(const QString &connection);
-    void onConnectionGone(const QString &connection);
+    void makeRoom(const ClientRegistry::Caller &caller);
 
     struct VolumeQuestion
     {
@@ -86,7 +86,6 @@ private:
     };
 
     QDBusConnection m_bus;
-    QDBusServiceWatcher m_departures;
     AudioService m_focus;
     Callers m_callers;
     ClientRegistry m_registry;
