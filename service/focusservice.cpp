@@ -29,6 +29,7 @@ QString callId()
 FocusService::FocusService(const QDBusConnection &bus, const Options &options, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
+    , m_path(options.path)
     , m_callers(bus)
     , m_registry(::geteuid())
     , m_callUsers(options.callUsers)
@@ -45,7 +46,7 @@ FocusService::FocusService(const QDBusConnection &bus, const Options &options, Q
                   QString(),
                   this,
                   SLOT(onNameGone(QString)));
-    connect(&m_focus, &AudioService::audioFocusChanged, this, &FocusService::audioFocusChanged);
+    connect(&m_focus, &AudioService::audioFocusChanged, this, &FocusService::tell);
     if (m_volume) {
         connect(m_volume.get(), &VolumeThread::answered, this, &FocusService::onVolumeAnswered);
         connect(m_volume.get(), &VolumeThread::changed, this, &FocusService::volumeChanged);
@@ -223,6 +224,14 @@ void FocusService::onVolumeAnswered(bool isMuted, int level)
 {
     const VolumeQuestion question = m_volumeQuestions.dequeue();
     m_bus.send(question.message.createReply(question.isForLevel ? QVariant(level) : QVariant(isMuted)));
+}
+
+/// Not through the adaptor, as the other signals: it takes half as long again, while whoever requests waits.
+void FocusService::tell(int newState, const QString &clientId)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(m_path, QStringLiteral("tavi.AudioService"), QStringLiteral("audioFocusChanged"));
+    signal.setArguments({newState, clientId});
+    m_bus.send(signal);
 }
 
 /// The registry's place for a connection that is not known yet may be that of one without clients.

@@ -60,7 +60,7 @@ public:
     bool stop();
 
 Q_SIGNALS:
-    void audioFocusChanged(int newState, const QString &clientId);
+    // These the adaptor passes on; audioFocusChanged goes to the bus by itself.
     void megaBaseChanged(int newValue);
     void volumeChanged(bool isMite, int level);
 
@@ -76,6 +76,7 @@ private:
     void endCall();
     void askForVolume(bool isForLevel);
     void onVolumeAnswered(bool isMuted, int level);
+    void tell(int newState, const QString &clientId);
     void makeRoom(const ClientRegistry::Caller &caller);
 
     struct VolumeQuestion
@@ -86,6 +87,7 @@ private:
     };
 
     QDBusConnection m_bus;
+    QString m_path;
     AudioService m_focus;
     Callers m_callers;
     ClientRegistry m_registry;
