@@ -31,8 +31,8 @@ struct WaitingValue
 struct Memory
 {
     QMutex mutex;
-    QByteArray lastRead;
-    SettingsText textOfLastRead;
+    QByteArray lastBytes; // of the file
+    SettingsText lastText; // of these bytes
     std::vector<WaitingValue> waiting;
     QString toldOfReading;
     QString toldOfWriting;
@@ -76,19 +76,25 @@ flashfile::Content readAndTell(QStringList &complaints)
     return content;
 }
 
+void remember(const QByteArray &bytes, const SettingsText &text)
+{
+    Memory &process = memory();
+    const QMutexLocker locker(&process.mutex);
+    process.lastBytes = bytes;
+    process.lastText = text;
+}
+
 /// Most often the file is what it was the last time.
 SettingsText textOf(const flashfile::Content &content)
 {
     Memory &process = memory();
     {
         const QMutexLocker locker(&process.mutex);
-        if (process.lastRead == content.bytes)
-            return process.textOfLastRead;
+        if (process.lastBytes == content.bytes)
+            return process.lastText;
     }
     const SettingsText text(content.bytes);
-    const QMutexLocker locker(&process.mutex);
-    process.lastRead = content.bytes;
-    process.textOfLastRead = text;
+    remember(content.bytes, text);
     return text;
 }
 
@@ -200,6 +206,8 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
         = flashfile::replace(SettingsFile::nativePath, text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
     attempt.isDone = replacement.isDone;
     attempt.isOvertaken = replacement.isOvertaken;
+    if (replacement.isDone && text.readsBack())
+        remember(text.bytes(), text);
     if (replacement.isDone)
         tellSuccess(waiting, replacement.failure, complaints);
     else

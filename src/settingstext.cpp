@@ -80,9 +80,13 @@ class LineReader
 {
 public:
     explicit LineReader(const QByteArray &bytes)
+        : LineReader(bytes, bytes.startsWith(byteOrderMark) ? byteOrderMarkSize : 0)
+    {
+    }
+    LineReader(const QByteArray &bytes, int position)
         : m_bytes(bytes.constData())
         , m_size(bytes.size())
-        , m_position(bytes.startsWith(byteOrderMark) ? byteOrderMarkSize : 0)
+        , m_position(position)
     {
     }
 
@@ -361,10 +365,16 @@ QVariant SettingsText::value(const QString &path, const QVariant &defaultValue) 
 void SettingsText::setValue(const QString &path, const QVariant &value)
 {
     const QByteArray encoded = settingscodec::encodedValue(value);
-    if (const std::optional<Line> line = lastEntry(m_bytes, path))
-        m_bytes.replace(line->valueStart, line->valueEnd - line->valueStart, encoded);
-    else
+    const std::optional<Line> line = lastEntry(m_bytes, path);
+    if (!line) {
         insert(path, encoded);
+        m_readsBack = false;
+        return;
+    }
+    m_bytes.replace(line->valueStart, line->valueEnd - line->valueStart, encoded);
+    const Line changed = LineReader(m_bytes, line->start).next();
+    m_readsBack = m_readsBack && changed.kind == Line::Kind::Entry && changed.valueStart == line->valueStart
+        && changed.valueEnd == line->valueStart + encoded.size() && isHarmless(m_bytes, changed, m_isUtf8);
 }
 
 /// Where QSettings would have put it, which sorts groups and keys.
