@@ -412,16 +412,17 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
 QString SettingsText::path(const QString &group, const QString &key)
 {
     const QLatin1Char slash('/');
-    QString path;
-    path.reserve(group.size() + 1 + key.size());
+    QString path(group.size() + 1 + key.size(), Qt::Uninitialized);
+    QChar *const begin = path.data();
+    QChar *end = begin;
+    const auto isAtName = [&] { return end != begin && end[-1] != slash; };
     for (const QStringView part : {QStringView(group), QStringView(u"/"), QStringView(key)}) {
         for (const QChar letter : part) {
-            if (letter != slash || !(path.isEmpty() || path.endsWith(slash)))
-                path += letter;
+            if (letter != slash || isAtName())
+                *end++ = letter;
         }
     }
-    if (path.endsWith(slash))
-        path.chop(1);
+    path.truncate(static_cast<int>(end - begin) - (isAtName() || end == begin ? 0 : 1));
     return path;
 }
 
