@@ -93,7 +93,7 @@ SettingsText textOf(const flashfile::Content &content)
         if (process.lastBytes == content.bytes)
             return process.lastText;
     }
-    const SettingsText text(content.bytes);
+    SettingsText text(content.bytes);
     remember(content.bytes, text);
     return text;
 }
