@@ -77,9 +77,8 @@ double timeOfRequest(TaviAudioServiceInterface &service)
 
 std::vector<double> timesOfRequests(TaviAudioServiceInterface &service)
 {
-    std::vector<double> times;
-    for (int i = 0; i < requests; ++i)
-        times.push_back(timeOfRequest(service));
+    std::vector<double> times(requests);
+    std::generate(times.begin(), times.end(), [&service] { return timeOfRequest(service); });
     return times;
 }
 
@@ -178,8 +177,8 @@ int beClients(int number, bool areListening)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
     const QString role = arguments.value(1);
     if (role == QLatin1String("echo"))
         return serveEcho(arguments.value(2));

@@ -103,8 +103,8 @@ void printMemoryAfter(const QString &use)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
-    const QString what = application.arguments().value(1);
+    const QCoreApplication application(argc, argv);
+    const QString what = QCoreApplication::arguments().value(1);
     if (what == QLatin1String("handler")) {
         measureSlowHandler();
         return 0;

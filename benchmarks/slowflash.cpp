@@ -39,15 +39,15 @@ void slowflash::setMishap(Mishap newMishap)
 // In front of the C library's, for all libraries of the program.
 extern "C" {
 
-int fsync(int file)
+int fsync(int fd)
 {
     beforeSynchronizing();
-    return static_cast<int>(::syscall(SYS_fsync, file));
+    return static_cast<int>(::syscall(SYS_fsync, fd));
 }
 
-int fdatasync(int file)
+int fdatasync(int fildes)
 {
     beforeSynchronizing();
-    return static_cast<int>(::syscall(SYS_fdatasync, file));
+    return static_cast<int>(::syscall(SYS_fdatasync, fildes));
 }
 }

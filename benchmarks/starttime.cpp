@@ -11,9 +11,9 @@
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    const QString what = application.arguments().value(1);
+    const QString what = QCoreApplication::arguments().value(1);
     if (what == QLatin1String("fill")) {
         filledStore();
         return 0;

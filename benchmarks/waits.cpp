@@ -24,8 +24,6 @@
 #include <memory>
 #include <vector>
 
-#include <signal.h>
-
 namespace
 {
 
@@ -152,7 +150,8 @@ std::unique_ptr<QProcess> startOther(const Scenario &scenario)
 void clearFlash()
 {
     const QDir folder(SettingsFile::folder());
-    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden))
+    const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : names)
         QFile::remove(folder.filePath(name));
 }
 
@@ -197,9 +196,9 @@ void measure(const Scenario &scenario, const QString &way)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default=false"));
-    const QStringList arguments = application.arguments();
+    const QStringList arguments = QCoreApplication::arguments();
     const QString role = arguments.value(1);
     if (role == QLatin1String("caller"))
         beCaller(arguments.value(2), arguments.value(3).toInt(), arguments.value(4).toInt());

@@ -21,7 +21,7 @@ A time depends on the machine, a ratio hardly does. `benchmarks/report` measured
 {machine}
 
 The platform below is one that does nothing of its own (`benchmarks/idleplatform/`), so that no time of a platform hides the library's. The library is
-the one that ships. `tst_workloads` holds that each floor makes the same platform calls as the work beside it and writes the same lines.
+that of a release build. `tst_workloads` holds that each floor makes the same platform calls as the work beside it and writes the same lines.
 """
 
 RATIOS = """\
@@ -35,9 +35,10 @@ Objects of the platform are made and destroyed for most operations, as the platf
 NOTES = """\
 - The floor of a save and of a start is QSettings with its own guard, a lock file, which it synchronizes before it reads. The library's guard needs fewer system
   calls. A save by either of them is on the flash, its name included, before the call comes back.
-- QSettings keeps what it read in the process, and looks at the file's size and time only. So does a fresh read of the library cost about as much as a look.
+- A read with a QSettings of its own does not read the file again while its size and time are the same: QSettings keeps in the process what it read.
 - The gains and records of the equalizer's floors are ready beforehand: the library's time has the range checks and the filling of the record in it.
-- A request over the bus is timed until its answer is there. Nobody else has focus then; what more it costs to tell somebody stands below.
+- A request over the bus is timed until its answer is there. Nobody else has focus then; what it costs more to tell somebody stands below.
+- Below 0 ns is as good as 0: the difference is smaller than what two equal calls differ by.
 """
 
 GROWTH = """\

@@ -21,7 +21,7 @@ GREY = "#7d7d7d"
 for part in ("axes.edgecolor", "axes.labelcolor", "xtick.color", "ytick.color", "text.color", "grid.color"):
     matplotlib.rcParams[part] = GREY
 
-from matplotlib import pyplot  # noqa: E402, pylint: disable=wrong-import-position,wrong-import-order
+from matplotlib import pyplot
 
 WORK = "#2f86d6"
 FLOOR = "#e07b00"
