@@ -112,8 +112,8 @@ void start()
 
 void startByHand()
 {
-    Volume *const kept = createVolume();
-    App *const keptApp = createApp();
+    static Volume *const kept = createVolume(); // both as long as the process, as the facade keeps them
+    static App *const keptApp = createApp();
     readAll();
     Volume *const volume = createVolume();
     for (const StartVolume &row : startVolumes)

@@ -112,6 +112,7 @@ call came back. What was not is kept by the library and written with the next sa
 {waits}
 
 The library waits for another writer up to a second. Who was waited for in vain is not waited for again: a caller that saves several values stands still once.
+Where a busy writer left few saves in the file, it took the lock again each time before anybody else saw it free.
 QSettings waits without a limit while the other process lives, and 30 seconds for the library's lock when it died. On a slow flash a save takes its two
 synchronizations, of the file and of the folder, and as long as the writer in front of it needs, up to that second.
 """

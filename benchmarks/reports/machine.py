@@ -37,6 +37,7 @@ def facts(folder):
         ("disk's file system", file_system(folder)),
         ("compiler", f"{compiler}, release build"),
         ("Qt", qt or "unknown"),
+        ("load before", f"{os.getloadavg()[0]:.1f} processes that ran or waited to"),
     ]
 
 

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void floorCallsPlatformAsWorkDoes();
     void floorLogsAsWorkDoes_data();
     void floorLogsAsWorkDoes();
+    void disabledLineIsALine();
 
 private:
     QStringList callsOf(void (*work)(int), int rounds);
@@ -128,6 +129,15 @@ void WorkloadsTest::floorLogsAsWorkDoes()
     const QStringList lines = linesOf(workload.work);
     QVERIFY(!lines.isEmpty());
     QCOMPARE(linesOf(workload.floor), lines);
+}
+
+void WorkloadsTest::disabledLineIsALine()
+{
+    Workload workload = loggingWorkloads().front();
+    workload.isLogged = true;
+    setUp(workload);
+    QCOMPARE(linesOf(workload.work).size(), 1);
+    QCOMPARE(linesOf(workload.floor).size(), 0);
 }
 
 QTEST_GUILESS_MAIN(WorkloadsTest)
