@@ -29,7 +29,9 @@ namespace
 constexpr qint64 longestWaitMs = 1000;
 constexpr qint64 staleTimeMs = 30000; // as long as a lock of QSettings takes to become stale
 constexpr qint64 makingTimeMs = 20; // in which a lock file may be there whose maker has not locked it yet
-constexpr unsigned long retryIntervalMs = 1;
+// A process that saves all the time lets go of the lock for some microseconds only.
+constexpr unsigned long retryIntervalUs = 100;
+constexpr unsigned long removalTimeMs = 1; // in which QSettings removes the lock file that it has let go of
 constexpr int mostTries = 100; // without waiting, where lock files come and go
 
 QByteArray lockPath()
@@ -178,7 +180,7 @@ void SettingsLock::acquire(Waiting waiting)
             return;
         }
         if (isBusy)
-            QThread::msleep(retryIntervalMs);
+            QThread::usleep(retryIntervalUs);
     }
 }
 
@@ -249,7 +251,7 @@ SettingsLock::Attempt SettingsLock::lookAtOther()
     if (m_other.st_size == 0 && qAbs(ageOf(m_other)) < makingTimeMs)
         return Attempt::Busy;
     // QSettings lets go of its lock file before it removes it: to be faster than that would have it remove the next one's.
-    QThread::msleep(retryIntervalMs);
+    QThread::msleep(removalTimeMs);
     if (::fstat64(other.number(), &m_other) != 0 || m_other.st_nlink == 0)
         return Attempt::Again;
     return remove(path);
