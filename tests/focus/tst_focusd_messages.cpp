@@ -119,7 +119,7 @@ void DaemonMessagesTest::messages()
     QFETCH(int, idle);
     QFETCH(QStringList, before);
     QFETCH(QString, step);
-    startDaemon({QStringLiteral("--no-volume")});
+    startDaemon({QStringLiteral("--no-volume"), QStringLiteral("--watchdog"), QStringLiteral("0")}); // which asks the bus for a sign of life now and then
     const Client measured = client();
     std::vector<Client> others;
     for (int number = 0; number < holders; ++number) {
