@@ -3,6 +3,8 @@
 #include "audiodatabasetables.h"
 #include "settingscodec.h"
 
+#include <QtCore/QStringList>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -412,18 +414,9 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
 QString SettingsText::path(const QString &group, const QString &key)
 {
     const QLatin1Char slash('/');
-    QString path(group.size() + 1 + key.size(), Qt::Uninitialized);
-    QChar *const begin = path.data();
-    QChar *end = begin;
-    const auto isAtName = [&] { return end != begin && end[-1] != slash; };
-    for (const QStringView part : {QStringView(group), QStringView(u"/"), QStringView(key)}) {
-        for (const QChar letter : part) {
-            if (letter != slash || isAtName())
-                *end++ = letter;
-        }
-    }
-    path.truncate(static_cast<int>(end - begin) - (isAtName() || end == begin ? 0 : 1));
-    return path;
+    const QString path = group + slash + key;
+    const bool isPlain = !path.startsWith(slash) && !path.endsWith(slash) && !path.contains(QLatin1String("//"));
+    return isPlain ? path : path.split(slash, Qt::SkipEmptyParts).join(slash);
 }
 
 } // namespace audio
