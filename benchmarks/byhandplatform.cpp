@@ -5,7 +5,6 @@
 #include <algorithm>
 
 using audio::SPAudioSetting::createVolume;
-using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
 
 namespace
@@ -38,9 +37,7 @@ constexpr MediaSource mediaSources[] = {
 
 void byhand::setTrackVolume(const char *source, unsigned char value)
 {
-    Volume *const platform = createVolume();
-    platform->setTrackVolume("main", source, value);
-    destroy(platform);
+    byhand::onNewObject<createVolume>([&](Volume &platform) { platform.setTrackVolume("main", source, value); });
 }
 
 void byhand::setMediaVolume(int volume)

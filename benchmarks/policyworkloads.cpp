@@ -7,7 +7,6 @@
 
 using audio::AudioControl;
 using audio::SPAudioSetting::createVolume;
-using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
 using byhand::setTrackVolume;
 
@@ -102,18 +101,14 @@ void duck(int rounds)
 
 void setDuckingMode(unsigned int mode)
 {
-    Volume *const platform = createVolume();
-    platform->setDuckingMode(mode);
-    destroy(platform);
+    byhand::onNewObject<createVolume>([&](Volume &platform) { platform.setDuckingMode(mode); });
 }
 
 void duckFloor(int rounds)
 {
     for (int i = 0; i < rounds; ++i) {
         setDuckingMode(1);
-        Volume *const platform = createVolume();
-        platform->setDuckingTargetGain(60);
-        destroy(platform);
+        byhand::onNewObject<createVolume>([&](Volume &platform) { platform.setDuckingTargetGain(60); });
         setTrackVolume("S+AndroidAuto", sent);
         setTrackVolume("S+AndroidAuto", sent);
         setDuckingMode(0);

@@ -91,16 +91,12 @@ void sendEqualizer()
         parameter.band[i].gain = 2.0F;
         parameter.band[i].q = q[i];
     }
-    App *const app = createApp();
-    app->setExtEqParameter(parameter);
-    destroy(app);
+    byhand::onNewObject<createApp>([&](App &app) { app.setExtEqParameter(parameter); });
 }
 
 void sendGain(float gain)
 {
-    Volume *const volume = createVolume();
-    volume->setMicAnalogGain(gain, gain);
-    destroy(volume);
+    byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setMicAnalogGain(gain, gain); });
 }
 
 } // namespace
@@ -146,9 +142,7 @@ void startByHand()
     microphone->setMicPgaGain(0, gain, gain);
     destroy(microphone);
     byhand::setMediaVolume(defaultVolume);
-    Volume *const alternative = createVolume();
-    alternative->setAlterTrackVolume(sentBoosted);
-    destroy(alternative);
+    byhand::onNewObject<createVolume>([&](Volume &alternative) { alternative.setAlterTrackVolume(sentBoosted); });
     for (const char *boosted : {"S+CarPlayTelephony", "S+BtPcmPhone", "S+CarPlayAlert", "S+BtRingtone", "S+CarPlaySpeech"})
         byhand::setTrackVolume(boosted, sentBoosted);
 }
