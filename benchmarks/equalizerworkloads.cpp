@@ -1,3 +1,4 @@
+#include "byhandplatform.h"
 #include "workloads.h"
 
 #include <qzaudio/audiocontrol.h>
@@ -9,7 +10,6 @@ using audio::AudioControl;
 using audio::SPAudioSetting::App;
 using audio::SPAudioSetting::createApp;
 using audio::SPAudioSetting::createVolume;
-using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
 
 namespace
@@ -23,7 +23,7 @@ void prepareFacade()
 void setEqGain(int rounds)
 {
     AudioControl *const control = AudioControl::getInstance();
-    const QList<float> gains = {1, 2, 3, 4, 5, 6, 7, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+    static const QList<float> gains = {1, 2, 3, 4, 5, 6, 7, 8, 7, 6, 5, 4, 3, 2, 1, 0};
     for (int i = 0; i < rounds; ++i)
         control->setEqGain(gains);
 }
@@ -48,11 +48,8 @@ audio::audio_ext_eq_parameter_t sixteenBands()
 void setEqGainFloor(int rounds)
 {
     audio::audio_ext_eq_parameter_t parameter = sixteenBands();
-    for (int i = 0; i < rounds; ++i) {
-        App *const app = createApp();
-        app->setExtEqParameter(parameter);
-        destroy(app);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createApp>([&](App &app) { app.setExtEqParameter(parameter); });
 }
 
 void setEqMode(int rounds)

@@ -72,10 +72,16 @@ void requestAndAbandon(int rounds)
     }
 }
 
-/// The same decisions on a bare vector, and nobody is told.
+/// The same decisions on a bare vector.
 class BareStack
 {
 public:
+    /// @param dispatcher is told of each change; null: nobody is
+    explicit BareStack(IAudioFocusDispatcher *dispatcher)
+        : m_dispatcher(dispatcher)
+    {
+    }
+
     int request(int type, int hint, const QString &id)
     {
         if (!canReassign())
@@ -87,7 +93,7 @@ public:
         }
         remove(id);
         for (Entry &entry : m_entries)
-            entry.loss = lossForGain[hint - 1][-entry.loss];
+            setLoss(entry, lossForGain[hint - 1][-entry.loss]);
         m_entries.push_back({type, hint, 0, id});
         return 0;
     }
@@ -100,7 +106,7 @@ public:
         }
         m_entries.pop_back();
         if (!m_entries.empty() && canReassign())
-            m_entries.back().loss = 0;
+            setLoss(m_entries.back(), 0);
     }
 
 private:
@@ -119,6 +125,15 @@ private:
         {-2, -1, -2, -2},
     };
 
+    void setLoss(Entry &entry, int loss)
+    {
+        if (m_dispatcher && entry.loss != loss) {
+            const QString id = entry.id; // who is told may take the entry away
+            m_dispatcher->dispatchAudioFocusChange(loss, id);
+        }
+        entry.loss = loss;
+    }
+
     bool canReassign() const { return m_entries.empty() || !(m_entries.back().id == QLatin1String("IN_VOICE_COMM_FOCUS_ID")); }
 
     void remove(const QString &id)
@@ -126,22 +141,23 @@ private:
         m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), [&id](const Entry &entry) { return entry.id == id; }), m_entries.end());
     }
 
+    IAudioFocusDispatcher *m_dispatcher;
     std::vector<Entry> m_entries;
 };
 
 template<int depth>
-BareStack filledStack()
+BareStack filledStack(IAudioFocusDispatcher *dispatcher)
 {
-    BareStack stack;
+    BareStack stack(dispatcher);
     for (int i = 0; i < depth; ++i)
         stack.request(musicStream, AUDIOFOCUS_GAIN, idOfMusic(i));
     return stack;
 }
 
-template<int depth>
+template<int depth, bool isDispatching>
 void requestAndAbandonFloor(int rounds)
 {
-    static BareStack stack = filledStack<depth>();
+    static BareStack stack = filledStack<depth>(isDispatching ? theDispatcher() : nullptr);
     const QString prompt = idOfPrompt();
     for (int i = 0; i < rounds; ++i) {
         stack.request(promptStream, AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK, prompt);
@@ -152,7 +168,7 @@ void requestAndAbandonFloor(int rounds)
 template<int depth, bool isDispatching>
 Workload workloadOf(const char *name)
 {
-    return {name, false, prepareControl<depth, isDispatching>, requestAndAbandon<depth, isDispatching>, requestAndAbandonFloor<depth>};
+    return {name, false, prepareControl<depth, isDispatching>, requestAndAbandon<depth, isDispatching>, requestAndAbandonFloor<depth, isDispatching>};
 }
 
 } // namespace

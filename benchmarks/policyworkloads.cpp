@@ -1,4 +1,5 @@
 #include "byhand.h"
+#include "byhandplatform.h"
 #include "workloads.h"
 
 #include <qzaudio/zelaudiomanager.h>
@@ -6,8 +7,8 @@
 
 using audio::AudioControl;
 using audio::SPAudioSetting::createVolume;
-using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
+using byhand::setTrackVolume;
 
 namespace
 {
@@ -15,24 +16,6 @@ namespace
 constexpr int volume = 20; ///< of 25
 constexpr unsigned char sent = 80; ///< for it
 constexpr unsigned char sentBoosted = 120;
-
-constexpr const char *mediaSources[] = {
-    "S+none",
-    "BT_AUDIO_Track",
-    "S+FilePlayer",
-    "S+IosMirror",
-    "S+CarPlayMedia",
-    "S+CarPlayDefault",
-    "S+AndroidAuto",
-    "S+DiscPlayer",
-    "S+none",
-    "S+AuxIn",
-    "S+none",
-    "S+CarLife",
-    "S+none",
-    "S+AirPlayMedia",
-};
-constexpr int boostedMediaSource = 9;
 
 void prepareManager()
 {
@@ -50,13 +33,6 @@ void updateAudioStatus(int rounds)
         manager->updateAudioStatus(AudioStatusAndroidAutoSpeech);
         manager->updateAudioStatus(AudioStatusBtPhoneTelephony);
     }
-}
-
-void setTrackVolume(const char *source, unsigned char value)
-{
-    Volume *const platform = createVolume();
-    platform->setTrackVolume("main", source, value);
-    destroy(platform);
 }
 
 void updateAudioStatusFloor(int rounds)
@@ -95,10 +71,8 @@ void setVolume(int rounds)
 
 void setVolumeOfMediaFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        for (const char *const &source : mediaSources)
-            setTrackVolume(source, &source == &mediaSources[boostedMediaSource] ? sentBoosted : sent);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::setMediaVolume(volume);
 }
 
 void setVolumeOfTelephonyFloor(int rounds)
@@ -127,18 +101,14 @@ void duck(int rounds)
 
 void setDuckingMode(unsigned int mode)
 {
-    Volume *const platform = createVolume();
-    platform->setDuckingMode(mode);
-    destroy(platform);
+    byhand::onNewObject<createVolume>([&](Volume &platform) { platform.setDuckingMode(mode); });
 }
 
 void duckFloor(int rounds)
 {
     for (int i = 0; i < rounds; ++i) {
         setDuckingMode(1);
-        Volume *const platform = createVolume();
-        platform->setDuckingTargetGain(60);
-        destroy(platform);
+        byhand::onNewObject<createVolume>([&](Volume &platform) { platform.setDuckingTargetGain(60); });
         setTrackVolume("S+AndroidAuto", sent);
         setTrackVolume("S+AndroidAuto", sent);
         setDuckingMode(0);

@@ -1,3 +1,4 @@
+#include "byhandplatform.h"
 #include "workloads.h"
 
 #include <qzaudio/audiocontrol.h>
@@ -27,11 +28,8 @@ void setOutputSource(int rounds)
 
 void setOutputSourceFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        Source *const source = createSource();
-        source->setOutputSource("main", "S+FilePlayer");
-        destroy(source);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createSource>([&](Source &source) { source.setOutputSource("main", "S+FilePlayer"); });
 }
 
 void setInputDestination(int rounds)
@@ -62,11 +60,8 @@ void setDuckingMode(int rounds)
 
 void setDuckingModeFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        Volume *const volume = createVolume();
-        volume->setDuckingMode(1);
-        destroy(volume);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setDuckingMode(1); });
 }
 
 void setDuckingTargetGain(int rounds)
@@ -78,11 +73,8 @@ void setDuckingTargetGain(int rounds)
 
 void setDuckingTargetGainFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        Volume *const volume = createVolume();
-        volume->setDuckingTargetGain(60);
-        destroy(volume);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setDuckingTargetGain(60); });
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "byhandplatform.h"
 #include "byhand.h"
 #include "workloads.h"
 
@@ -6,7 +7,6 @@
 
 using audio::AudioControl;
 using audio::SPAudioSetting::createVolume;
-using audio::SPAudioSetting::destroy;
 using audio::SPAudioSetting::Volume;
 
 namespace
@@ -30,11 +30,8 @@ void setStreamVolume(int rounds)
 
 void setStreamVolumeFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        Volume *const volume = createVolume();
-        volume->setTrackVolume("main", "S+FilePlayer", volumeInPercent);
-        destroy(volume);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setTrackVolume("main", "S+FilePlayer", volumeInPercent); });
 }
 
 void setStreamVolumeLoggedFloor(int rounds)
@@ -53,11 +50,8 @@ void setAlterStepVolume(int rounds)
 void setAlterStepVolumeFloor(int rounds)
 {
     constexpr unsigned char boosted = 120; // half as much again as 100 * 20 / 25
-    for (int i = 0; i < rounds; ++i) {
-        Volume *const volume = createVolume();
-        volume->setAlterTrackVolume(boosted);
-        destroy(volume);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setAlterTrackVolume(boosted); });
 }
 
 void setMicAnalogGain(int rounds)
@@ -69,11 +63,8 @@ void setMicAnalogGain(int rounds)
 
 void setMicAnalogGainFloor(int rounds)
 {
-    for (int i = 0; i < rounds; ++i) {
-        Volume *const volume = createVolume();
-        volume->setMicAnalogGain(20.0F, 20.0F);
-        destroy(volume);
-    }
+    for (int i = 0; i < rounds; ++i)
+        byhand::onNewObject<createVolume>([&](Volume &volume) { volume.setMicAnalogGain(20.0F, 20.0F); });
 }
 
 /// The state before the first round and after the last is the same, so each round mutes and unmutes.

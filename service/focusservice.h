@@ -13,7 +13,6 @@
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusContext>
 #include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusServiceWatcher>
 
 #include <memory>
 
@@ -61,9 +60,12 @@ public:
     bool stop();
 
 Q_SIGNALS:
-    void audioFocusChanged(int newState, const QString &clientId);
+    // These the adaptor passes on; audioFocusChanged goes to the bus by itself.
     void megaBaseChanged(int newValue);
     void volumeChanged(bool isMite, int level);
+
+private Q_SLOTS:
+    void onNameGone(const QString &name);
 
 private:
     Q_DISABLE_COPY(FocusService)
@@ -74,9 +76,8 @@ private:
     void endCall();
     void askForVolume(bool isForLevel);
     void onVolumeAnswered(bool isMuted, int level);
-    void watch(const ClientRegistry::Caller &caller);
-    void unwatch(const QString &connection);
-    void onConnectionGone(const QString &connection);
+    void tell(int newState, const QString &clientId);
+    void makeRoom(const ClientRegistry::Caller &caller);
 
     struct VolumeQuestion
     {
@@ -86,7 +87,7 @@ private:
     };
 
     QDBusConnection m_bus;
-    QDBusServiceWatcher m_departures;
+    QString m_path;
     AudioService m_focus;
     Callers m_callers;
     ClientRegistry m_registry;

@@ -86,7 +86,7 @@ constexpr FixedName<20> boostedSources[] = {
 
 constexpr bool isBoosted(std::string_view spName)
 {
-    for (const FixedName<20> &boosted : boostedSources) {
+    for (const FixedName<20> &boosted : boostedSources) { // NOLINT(readability-use-anyofallof): that is not constexpr in C++17
         if (boosted.view() == spName)
             return true;
     }

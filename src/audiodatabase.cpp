@@ -52,7 +52,7 @@ int wholeNumber(const QVariant &value)
 void complain(const logging::CodeLocation &at, const QStringList &complaints)
 {
     for (const QString &complaint : complaints)
-        logging::logCritical(at, qUtf8Printable(SettingsFile::path()), qUtf8Printable(complaint));
+        logging::logCritical(at, SettingsFile::nativePath, qUtf8Printable(complaint));
 }
 
 } // namespace
@@ -119,10 +119,10 @@ QVariant AudioDataBase::data(QString group, QString key, QVariant defaultValue)
 void AudioDataBase::save(QString group, QString key, QVariant value)
 {
     QStringList complaints;
-    settingsstorage::save(SettingsText::path(group, key), value, complaints);
+    const bool isWritten = settingsstorage::save(SettingsText::path(group, key), value, complaints);
     complain(QZAUDIO_HERE, complaints);
-    if (!QFile::exists(SettingsFile::path()))
-        traceCritical() << qUtf8Printable(SettingsFile::path()) << "file not exists!!!";
+    if (!isWritten && !QFile::exists(SettingsFile::path()))
+        traceCritical() << SettingsFile::nativePath << "file not exists!!!";
 }
 
 bool AudioDataBase::clear()
@@ -131,7 +131,7 @@ bool AudioDataBase::clear()
     if (removed)
         settingsstorage::forgetWaiting();
     else
-        traceCritical() << "clear" << qUtf8Printable(SettingsFile::path()) << "fail!!!";
+        traceCritical() << "clear" << SettingsFile::nativePath << "fail!!!";
     return removed;
 }
 

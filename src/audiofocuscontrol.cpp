@@ -44,7 +44,7 @@ void changeEntry(QStack<FocusRequester> &stack, int index, Change change)
 {
     FocusRequester entry = stack.at(index);
     change(entry);
-    if (index < stack.size() && stack.at(index).hasSameClient(entry.clientId))
+    if (index < stack.size() && (stack.at(index).clientId.isSharedWith(entry.clientId) || isOf(stack.at(index), entry.clientId)))
         stack[index].focusLossReceived = entry.focusLossReceived;
 }
 
@@ -133,10 +133,12 @@ void AudioFocusControl::propagateFocusLossFromGain_syncAf(int focusGain)
         const int loss = isDefined ? focusloss::loss(focusGain, entry.focusLossReceived) : 0;
         if (isDefined && loss == entry.focusLossReceived)
             continue; // as for most in a deep stack
-        if (isDefined && !entry.dispatcher)
-            focusStack[i].focusLossReceived = loss;
-        else
+        if (!isDefined)
             changeEntry(focusStack, i, [focusGain](FocusRequester &changed) { changed.handleExternalFocusGain(focusGain); });
+        else if (entry.dispatcher)
+            changeEntry(focusStack, i, [loss](FocusRequester &changed) { changed.handleFocusLoss(loss); });
+        else
+            focusStack[i].focusLossReceived = loss;
     }
 }
 

@@ -39,16 +39,16 @@ Failure writeAll(int file, const QByteArray &bytes)
 
 Failure compare(int file, const QByteArray &bytes)
 {
-    QByteArray found(bytes.size() + 1, '\0');
+    QByteArray found(bytes.size() + 1, Qt::Uninitialized); // one more than there should be
     int size = 0;
-    while (size < found.size()) {
+    do {
         const ssize_t count = untilNotInterrupted([&] { return ::pread(file, found.data() + size, static_cast<size_t>(found.size() - size), size); });
         if (count < 0)
             return failureOf("pread");
         if (count == 0)
             break;
         size += static_cast<int>(count);
-    }
+    } while (size < bytes.size()); // behind which it ends, or that one more would have come along
     found.truncate(size);
     return found == bytes ? Failure() : QStringLiteral("what was written reads back otherwise");
 }
@@ -94,9 +94,9 @@ Failure prepare(const QByteArray &path, const QByteArray &bytes, const flashfile
 }
 
 /// So that the new name is on the flash, too.
-Failure synchronizeFolder(const QString &path)
+Failure synchronizeFolder(const QByteArray &path)
 {
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
+    const QByteArray folder = path.left(path.lastIndexOf('/'));
     const FileDescriptor directory(untilNotInterrupted([&] { return ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!directory.isOpen())
         return failureOf("open the folder");
@@ -107,27 +107,32 @@ Failure synchronizeFolder(const QString &path)
 }
 
 /// The settings file is the damaged file as well, until it is replaced.
-Failure giveSecondName(const QString &temporaryPath)
+Failure giveSecondName(const QByteArray &temporaryPath)
 {
-    const QByteArray temporary = QFile::encodeName(temporaryPath);
-    if (::link(QFile::encodeName(SettingsFile::path()).constData(), temporary.constData()) != 0)
+    if (::link(SettingsFile::nativePath, temporaryPath.constData()) != 0)
         return failureOf("link");
-    if (::rename(temporary.constData(), QFile::encodeName(flashfile::damagedPath()).constData()) == 0)
+    if (::rename(temporaryPath.constData(), flashfile::damagedPath().constData()) == 0)
         return synchronizeFolder(flashfile::damagedPath());
     Failure failure = failureOf("rename");
-    ::unlink(temporary.constData());
+    ::unlink(temporaryPath.constData());
     return failure;
 }
 
 /// The file itself, where an integrator put a link to another partition.
-QString withoutLinks(const QString &path)
+QByteArray withoutLinks(const QByteArray &path)
 {
     constexpr int mostLinks = 8;
-    QString target = path;
+    QByteArray target = path;
     struct stat64 status = {};
-    for (int link = 0; link < mostLinks && ::lstat64(QFile::encodeName(target).constData(), &status) == 0 && S_ISLNK(status.st_mode); ++link)
-        target = QFileInfo(target).symLinkTarget();
+    for (int link = 0; link < mostLinks && ::lstat64(target.constData(), &status) == 0 && S_ISLNK(status.st_mode); ++link)
+        target = QFile::encodeName(QFileInfo(QFile::decodeName(target)).symLinkTarget());
     return target;
+}
+
+/// Without waiting: somebody may have put a pipe there.
+FileDescriptor openToRead(const char *path, int moreFlags)
+{
+    return FileDescriptor(untilNotInterrupted([&] { return ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | moreFlags); }));
 }
 
 } // namespace
@@ -138,17 +143,18 @@ Failure failureOf(const char *systemCall)
     return QString::fromLatin1(systemCall) + QLatin1String(": ") + qt_error_string(error);
 }
 
-QString flashfile::damagedPath()
+QByteArray flashfile::damagedPath()
 {
-    return SettingsFile::path() + QLatin1String(".damaged");
+    return QByteArray(SettingsFile::nativePath) + ".damaged";
 }
 
-flashfile::Content flashfile::read(const QString &path)
+flashfile::Content flashfile::read(const char *path)
 {
     Content content;
-    const QByteArray name = QFile::encodeName(path);
-    // Without waiting: somebody may have put a pipe there.
-    const FileDescriptor file(untilNotInterrupted([&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    FileDescriptor file = openToRead(path, O_NOFOLLOW);
+    content.mayBeLink = !file.isOpen() && errno == ELOOP;
+    if (content.mayBeLink)
+        file = openToRead(path, 0);
     if (!file.isOpen()) {
         if (errno != ENOENT)
             content.failure = failureOf("open");
@@ -164,7 +170,7 @@ flashfile::Content flashfile::read(const QString &path)
     }
     content.isTooLarge = content.status.st_size > maximumSize;
     const int expected = static_cast<int>(std::min<qint64>(content.status.st_size, maximumSize));
-    content.bytes.resize(expected);
+    content.bytes = QByteArray(expected, Qt::Uninitialized);
     int size = 0;
     while (size < expected) {
         const ssize_t count = untilNotInterrupted([&] { return ::read(file.number(), content.bytes.data() + size, static_cast<size_t>(expected - size)); });
@@ -182,33 +188,33 @@ flashfile::Content flashfile::read(const QString &path)
 }
 
 flashfile::Replacement
-flashfile::replace(const QString &path, const QByteArray &bytes, const Content &old, const QString &temporaryPath, const std::function<bool()> &mayReplace)
+flashfile::replace(const char *path, const QByteArray &bytes, const Content &old, const QByteArray &temporaryPath, const std::function<bool()> &mayReplace)
 {
     Replacement replacement;
-    const QByteArray target = QFile::encodeName(withoutLinks(path));
-    const QByteArray temporary = QFile::encodeName(temporaryPath);
+    const QByteArray target = old.mayBeLink ? withoutLinks(path) : QByteArray(path);
     if (old.exists && ::access(target.constData(), W_OK) != 0) {
         replacement.failure = failureOf("access"); // the folder would allow it, but somebody does not want it
         return replacement;
     }
-    replacement.failure = prepare(temporary, bytes, old);
+    replacement.failure = prepare(temporaryPath, bytes, old);
     replacement.isOvertaken = replacement.failure.isEmpty() && !mayReplace();
-    if (replacement.failure.isEmpty() && !replacement.isOvertaken && ::rename(temporary.constData(), target.constData()) != 0)
+    if (replacement.failure.isEmpty() && !replacement.isOvertaken && ::rename(temporaryPath.constData(), target.constData()) != 0)
         replacement.failure = failureOf("rename");
     replacement.isDone = replacement.failure.isEmpty() && !replacement.isOvertaken;
     if (replacement.isDone)
-        replacement.failure = synchronizeFolder(QFile::decodeName(target));
+        replacement.failure = synchronizeFolder(target);
     else
-        ::unlink(temporary.constData()); // where it is not there any more, all the better
+        ::unlink(temporaryPath.constData()); // where it is not there any more, all the better
     return replacement;
 }
 
-Failure flashfile::keepDamaged(const Content &damaged, const QString &temporaryPath)
+Failure flashfile::keepDamaged(const Content &damaged, const QByteArray &temporaryPath)
 {
-    const Content kept = read(damagedPath());
+    const QByteArray path = damagedPath();
+    const Content kept = read(path.constData());
     if (kept.exists && kept.status.st_size == damaged.status.st_size && kept.bytes == damaged.bytes)
         return {};
-    const auto copy = [&] { return replace(damagedPath(), damaged.bytes, {}, temporaryPath, [] { return true; }).failure; };
+    const auto copy = [&] { return replace(path.constData(), damaged.bytes, {}, temporaryPath, [] { return true; }).failure; };
     const auto link = [&] { return giveSecondName(temporaryPath); };
     // Of a large file only the beginning was read. For the others a second name is the second choice, though it needs no room: who edits
     // the one file in its place edits the other.

@@ -31,19 +31,20 @@ namespace flashfile
 constexpr int maximumSize = 1024 * 1024;
 
 /// Where a damaged file is kept, the latest one: "/media/flash/nvm/audioData.db.damaged"
-QString damagedPath();
+QByteArray damagedPath();
 
 struct Content
 {
     Failure failure; ///< where something is there that could not be read whole. A missing file is no failure
     bool exists = false;
     bool isTooLarge = false;
+    bool mayBeLink = true; ///< false where the path was seen to be none
     QByteArray bytes;
     struct stat64 status = {};
 };
 
 /// Never waits, whatever lies in the file's place.
-Content read(const QString &path = SettingsFile::path());
+Content read(const char *path = SettingsFile::nativePath);
 
 struct Replacement
 {
@@ -61,10 +62,10 @@ struct Replacement
  * @param temporaryPath of the next version, in the same folder; of this writer alone
  * @param mayReplace is asked at the last moment
  */
-Replacement replace(const QString &path, const QByteArray &bytes, const Content &old, const QString &temporaryPath, const std::function<bool()> &mayReplace);
+Replacement replace(const char *path, const QByteArray &bytes, const Content &old, const QByteArray &temporaryPath, const std::function<bool()> &mayReplace);
 
 /// Keeps a damaged file beside, as damagedPath(), unless it is there already.
-Failure keepDamaged(const Content &damaged, const QString &temporaryPath);
+Failure keepDamaged(const Content &damaged, const QByteArray &temporaryPath);
 
 } // namespace flashfile
 

@@ -26,6 +26,14 @@ namespace logging
 
 struct CodeLocation
 {
+    /// Not constexpr: a compiler that fills it at compile time may copy it from a table of pointers, each of which the loader has to relocate.
+    CodeLocation(const char *sourceFile, int sourceLine, const char *signature)
+        : file(sourceFile)
+        , line(sourceLine)
+        , function(signature)
+    {
+    }
+
     const char *file;
     int line;
     const char *function;

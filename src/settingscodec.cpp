@@ -31,6 +31,13 @@ bool isAlphanumeric(uint letter)
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
 }
 
+/// A number or a word that means itself, as nearly all values are.
+bool isPlain(const QByteArray &text)
+{
+    const auto isPlainLetter = [](char letter) { return isAlphanumeric(static_cast<uchar>(letter)) || letter == '-' || letter == '.'; };
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), isPlainLetter);
+}
+
 /// Of a hexadecimal digit; -1 for other letters.
 int digitValue(char letter)
 {
@@ -433,6 +440,8 @@ QByteArray encodedValue(const QVariant &value)
 
 std::optional<QVariant> decodedValue(const QByteArray &text, bool isUtf8)
 {
+    if (isPlain(text))
+        return QVariant(latin1(text));
     const QStringList elements = TextReader(text, isUtf8).read();
     return elements.size() == 1 ? valueOf(elements.constFirst()) : listOf(elements);
 }

@@ -1,19 +1,20 @@
 #include "settingslock.h"
 
+#include <QtCore/QByteArrayList>
 #include <QtCore/QDateTime>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
-#include <QtCore/QStringList>
 #include <QtCore/QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/file.h>
@@ -28,17 +29,19 @@ namespace
 constexpr qint64 longestWaitMs = 1000;
 constexpr qint64 staleTimeMs = 30000; // as long as a lock of QSettings takes to become stale
 constexpr qint64 makingTimeMs = 20; // in which a lock file may be there whose maker has not locked it yet
-constexpr unsigned long retryIntervalMs = 1;
+// A process that saves all the time lets go of the lock for some microseconds only.
+constexpr unsigned long retryIntervalUs = 100;
+constexpr unsigned long removalTimeMs = 1; // in which QSettings removes the lock file that it has let go of
 constexpr int mostTries = 100; // without waiting, where lock files come and go
 
 QByteArray lockPath()
 {
-    return QFile::encodeName(SettingsFile::path() + QLatin1String(".lock"));
+    return QByteArray(SettingsFile::nativePath) + ".lock";
 }
 
-QString temporaryPrefix()
+QByteArray temporaryPrefix()
 {
-    return SettingsFile::path() + QLatin1String(".new-");
+    return QByteArray(SettingsFile::nativePath) + ".new-";
 }
 
 /// QSettings' own while it removes a stale lock; a dead process's would stop QSettings for 30 seconds.
@@ -47,19 +50,36 @@ QByteArray lockOfLockPath()
     return lockPath() + ".rmlock";
 }
 
-/// Of saves with the library. Only the holder of the lock has one, so with the lock in hand they are dead writers'.
-QStringList temporaryFiles()
+/// Of a save with the library. Only the holder of the lock has one, so with the lock in hand it is a dead writer's.
+bool isTemporaryFile(const QByteArray &path)
 {
-    const QString prefix = QFileInfo(temporaryPrefix()).fileName();
-    QStringList paths;
-    // Without a filter for names: those are regular expressions, which do not work any more where static objects are destroyed.
-    const QFileInfoList files = QDir(SettingsFile::folder()).entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden);
-    for (const QFileInfo &file : files) {
-        bool isNumber = false;
-        file.fileName().midRef(prefix.size()).toULongLong(&isNumber);
-        if (isNumber && file.fileName().startsWith(prefix))
-            paths.append(file.filePath());
+    const QByteArray prefix = temporaryPrefix();
+    bool isNumber = false;
+    if (path.startsWith(prefix))
+        path.mid(prefix.size()).toULongLong(&isNumber);
+    struct stat64 status = {};
+    return isNumber && ::lstat64(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool isThere(const QByteArray &path)
+{
+    struct stat64 status = {};
+    return ::lstat64(path.constData(), &status) == 0;
+}
+
+/// What is in the folder under the settings file's name with more behind it; nothing where the folder cannot be listed.
+std::optional<QByteArrayList> pathsBeside()
+{
+    DIR *const folder = ::opendir(SettingsFile::nativeFolder);
+    if (!folder)
+        return std::nullopt;
+    QByteArrayList paths;
+    while (const dirent64 *const entry = ::readdir64(folder)) {
+        const QByteArray path = QByteArray(SettingsFile::nativeFolder) + '/' + &entry->d_name[0];
+        if (path.startsWith(SettingsFile::nativePath) && path != SettingsFile::nativePath)
+            paths.append(path);
     }
+    ::closedir(folder);
     return paths;
 }
 
@@ -160,7 +180,7 @@ void SettingsLock::acquire(Waiting waiting)
             return;
         }
         if (isBusy)
-            QThread::msleep(retryIntervalMs);
+            QThread::usleep(retryIntervalUs);
     }
 }
 
@@ -193,9 +213,9 @@ SettingsLock::Attempt SettingsLock::create()
     if (status.st_nlink == 0)
         return Attempt::Again;
     heldDescriptor = m_file.number();
-    m_temporaryPath = temporaryPrefix() + QString::number(status.st_ino);
+    m_temporaryPath = temporaryPrefix() + QByteArray::number(static_cast<qulonglong>(status.st_ino));
     struct stat64 folder = {};
-    if (::stat64(QFile::encodeName(SettingsFile::folder()).constData(), &folder) == 0) {
+    if (::stat64(SettingsFile::nativeFolder, &folder) == 0) {
         const mode_t mode = lockModeOf(folder);
         // Best effort, both: without it others wait until this one goes.
         if ((mode & S_IRGRP) && folder.st_gid != status.st_gid && ::fchown(m_file.number(), static_cast<uid_t>(-1), folder.st_gid) != 0)
@@ -231,7 +251,7 @@ SettingsLock::Attempt SettingsLock::lookAtOther()
     if (m_other.st_size == 0 && qAbs(ageOf(m_other)) < makingTimeMs)
         return Attempt::Busy;
     // QSettings lets go of its lock file before it removes it: to be faster than that would have it remove the next one's.
-    QThread::msleep(retryIntervalMs);
+    QThread::msleep(removalTimeMs);
     if (::fstat64(other.number(), &m_other) != 0 || m_other.st_nlink == 0)
         return Attempt::Again;
     return remove(path);
@@ -267,8 +287,11 @@ void SettingsLock::rememberHolder() const
 
 bool SettingsLock::hasLeftovers()
 {
-    struct stat64 status = {};
-    return ::lstat64(lockPath().constData(), &status) == 0 || ::lstat64(lockOfLockPath().constData(), &status) == 0 || !temporaryFiles().isEmpty();
+    const std::optional<QByteArrayList> paths = pathsBeside();
+    if (!paths)
+        return isThere(lockPath()) || isThere(lockOfLockPath());
+    return std::any_of(
+        paths->begin(), paths->end(), [](const QByteArray &path) { return path == lockPath() || path == lockOfLockPath() || isTemporaryFile(path); });
 }
 
 void SettingsLock::sweepLeftovers() const
@@ -276,9 +299,11 @@ void SettingsLock::sweepLeftovers() const
     const FileDescriptor lockOfLock(::open(lockOfLockPath().constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (lockOfLock.isOpen() && tryKernelLock(lockOfLock.number()))
         ::unlink(lockOfLockPath().constData());
-    const QStringList files = temporaryFiles();
-    for (const QString &file : files)
-        QFile::remove(file);
+    const QByteArrayList paths = pathsBeside().value_or(QByteArrayList());
+    for (const QByteArray &path : paths) {
+        if (isTemporaryFile(path))
+            ::unlink(path.constData());
+    }
 }
 
 } // namespace audio

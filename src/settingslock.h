@@ -4,7 +4,7 @@
 #include "filedescriptor.h"
 #include "flashfile.h"
 
-#include <QtCore/QString>
+#include <QtCore/QByteArray>
 
 namespace audio
 {
@@ -35,7 +35,7 @@ public:
     /// False when somebody else took this one for a hanging process's, and writes by now.
     bool isHeld() const;
     /// For the next version of the file. Nobody else has that name while the lock is held.
-    QString temporaryPath() const { return m_temporaryPath; }
+    QByteArray temporaryPath() const { return m_temporaryPath; }
 
     /// Whether there is a lock file or what a dead writer may have left.
     static bool hasLeftovers();
@@ -57,7 +57,7 @@ private:
 
     FileDescriptor m_file;
     Failure m_failure;
-    QString m_temporaryPath;
+    QByteArray m_temporaryPath;
     struct stat64 m_other = {}; // of the lock file in the way
     bool m_mayMakeFolder;
     bool m_hasRemovedOther = false;

@@ -4,6 +4,7 @@
 #include "settingslock.h"
 #include "settingstext.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
 
@@ -30,6 +31,8 @@ struct WaitingValue
 struct Memory
 {
     QMutex mutex;
+    QByteArray lastBytes; // of the file
+    SettingsText lastText; // of these bytes
     std::vector<WaitingValue> waiting;
     QString toldOfReading;
     QString toldOfWriting;
@@ -73,6 +76,28 @@ flashfile::Content readAndTell(QStringList &complaints)
     return content;
 }
 
+void remember(const QByteArray &bytes, const SettingsText &text)
+{
+    Memory &process = memory();
+    const QMutexLocker locker(&process.mutex);
+    process.lastBytes = bytes;
+    process.lastText = text;
+}
+
+/// Most often the file is what it was the last time.
+SettingsText textOf(const flashfile::Content &content)
+{
+    Memory &process = memory();
+    {
+        const QMutexLocker locker(&process.mutex);
+        if (process.lastBytes == content.bytes)
+            return process.lastText;
+    }
+    SettingsText text(content.bytes);
+    remember(content.bytes, text);
+    return text;
+}
+
 bool isDamaged(const flashfile::Content &content, const SettingsText &text)
 {
     return content.isTooLarge || text.damagedLines() > 0;
@@ -86,7 +111,8 @@ Failure keepDamaged(const flashfile::Content &content, const SettingsText &text,
     const Failure failure = flashfile::keepDamaged(content, lock.temporaryPath());
     const QString what
         = content.isTooLarge ? QStringLiteral("more than %1 bytes").arg(flashfile::maximumSize) : QStringLiteral("%1 lines").arg(text.damagedLines());
-    const QString where = failure.isEmpty() ? QLatin1String("kept as ") + flashfile::damagedPath() : QLatin1String("cannot be kept: ") + failure;
+    const QString where
+        = failure.isEmpty() ? QLatin1String("kept as ") + QFile::decodeName(flashfile::damagedPath()) : QLatin1String("cannot be kept: ") + failure;
     const QString cause = QStringLiteral("is damaged, %1; %2").arg(what, where);
     const QMutexLocker locker(&memory().mutex);
     tell(memory().toldOfDamage, cause, QString(), complaints);
@@ -148,8 +174,9 @@ bool isAnythingWaiting()
 struct Attempt
 {
     Failure failure;
+    bool isDone = false;
     bool isOvertaken = false;
-    std::optional<QByteArray> before; ///< as the file has it; nothing where it could not be read
+    std::optional<SettingsText> found; ///< in the file; nothing where it could not be read
 };
 
 /// An empty path writes only what waits.
@@ -158,9 +185,9 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
     Attempt attempt;
     const SettingsLock lock(SettingsLock::Waiting::Allowed);
     const flashfile::Content content = readAndTell(complaints);
-    SettingsText text(content.bytes);
+    SettingsText text = textOf(content);
     if (content.failure.isEmpty())
-        attempt.before = text.rawValue(path);
+        attempt.found = text;
     attempt.failure = lock.failure();
     if (attempt.failure.isEmpty())
         attempt.failure = content.failure; // what cannot be read must not be replaced
@@ -176,8 +203,11 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
     if (!path.isEmpty())
         text.setValue(path, value);
     const flashfile::Replacement replacement
-        = flashfile::replace(SettingsFile::path(), text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
+        = flashfile::replace(SettingsFile::nativePath, text.bytes(), content, lock.temporaryPath(), [&lock] { return lock.isHeld(); });
+    attempt.isDone = replacement.isDone;
     attempt.isOvertaken = replacement.isOvertaken;
+    if (replacement.isDone && text.readsBack())
+        remember(text.bytes(), text);
     if (replacement.isDone)
         tellSuccess(waiting, replacement.failure, complaints);
     else
@@ -185,13 +215,14 @@ Attempt tryToWrite(const QString &path, const QVariant &value, QStringList &comp
     return attempt;
 }
 
-void write(const QString &path, const QVariant &value, QStringList &complaints)
+bool write(const QString &path, const QVariant &value, QStringList &complaints)
 {
     Attempt attempt = tryToWrite(path, value, complaints);
     for (int tries = 1; attempt.isOvertaken && tries < mostTries; ++tries)
         attempt = tryToWrite(path, value, complaints);
     if (!attempt.failure.isEmpty())
-        wait(path, value, attempt.before, attempt.failure, complaints);
+        wait(path, value, attempt.found ? std::make_optional(attempt.found->rawValue(path)) : std::nullopt, attempt.failure, complaints);
+    return attempt.isDone;
 }
 
 } // namespace
@@ -199,7 +230,7 @@ void write(const QString &path, const QVariant &value, QStringList &complaints)
 QVariant settingsstorage::value(const QString &path, const QVariant &defaultValue, QStringList &complaints)
 {
     const flashfile::Content content = readAndTell(complaints);
-    const SettingsText text(content.bytes);
+    const SettingsText text = textOf(content);
     {
         const QMutexLocker locker(&memory().mutex);
         for (const WaitingValue &waiting : memory().waiting) {
@@ -210,22 +241,22 @@ QVariant settingsstorage::value(const QString &path, const QVariant &defaultValu
     return text.value(path, defaultValue);
 }
 
-void settingsstorage::save(const QString &path, const QVariant &value, QStringList &complaints)
+bool settingsstorage::save(const QString &path, const QVariant &value, QStringList &complaints)
 {
-    write(path, value, complaints);
+    return write(path, value, complaints);
 }
 
 void settingsstorage::start(QStringList &complaints)
 {
     const flashfile::Content content = readAndTell(complaints);
-    if (!SettingsLock::hasLeftovers() && !isDamaged(content, SettingsText(content.bytes)))
+    if (!SettingsLock::hasLeftovers() && !isDamaged(content, textOf(content)))
         return;
     const SettingsLock lock(SettingsLock::Waiting::None);
     if (!lock.failure().isEmpty())
         return; // who holds it cleans up
     lock.sweepLeftovers();
     const flashfile::Content current = flashfile::read(); // by now nobody else's to change
-    keepDamaged(current, SettingsText(current.bytes), lock, complaints);
+    keepDamaged(current, textOf(current), lock, complaints);
 }
 
 void settingsstorage::finish(QStringList &complaints)

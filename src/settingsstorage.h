@@ -23,7 +23,8 @@ namespace settingsstorage
 
 /// The path is SettingsText::path().
 QVariant value(const QString &path, const QVariant &defaultValue, QStringList &complaints);
-void save(const QString &path, const QVariant &value, QStringList &complaints);
+/// False where the file is as it was, which may be missing.
+bool save(const QString &path, const QVariant &value, QStringList &complaints);
 /// The start of a store, which is the moment to clean up behind dead writers and to keep a damaged file beside.
 void start(QStringList &complaints);
 /// The last try to write what waits.

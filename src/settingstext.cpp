@@ -6,6 +6,8 @@
 #include <QtCore/QStringList>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <iterator>
 
 namespace audio
@@ -23,15 +25,15 @@ bool isBlank(char letter)
     return letter == ' ' || letter == '\t';
 }
 
+/// In names.
+bool isEncoded(char letter)
+{
+    return letter == '%' || letter == '\\';
+}
+
 bool isLineEnd(char letter)
 {
     return letter == '\n' || letter == '\r';
-}
-
-bool isControl(char letter)
-{
-    const auto code = static_cast<unsigned char>(letter);
-    return (code < 0x20 && letter != '\t') || code == 0x7f;
 }
 
 /// One line of the file, as far as its shape tells.
@@ -54,34 +56,77 @@ struct Line
     int valueEnd = 0;
 };
 
+/// What a letter does to the shape of its line.
+enum class LetterKind : unsigned char {
+    Plain,
+    Control, ///< no line that can be read has one
+    Mark,
+};
+
+constexpr std::array<LetterKind, 256> makeLetterKinds()
+{
+    std::array<LetterKind, 256> kinds = {};
+    for (size_t code = 0; code < 0x20; ++code)
+        kinds[code] = LetterKind::Control;
+    kinds['\t'] = LetterKind::Plain;
+    kinds[0x7f] = LetterKind::Control;
+    for (const char mark : {'\\', '"', '=', ';'})
+        kinds[static_cast<unsigned char>(mark)] = LetterKind::Mark;
+    return kinds;
+}
+
+constexpr std::array<LetterKind, 256> letterKinds = makeLetterKinds();
+
+/// Reads bytes that somebody else keeps for as long.
 class LineReader
 {
 public:
     explicit LineReader(const QByteArray &bytes)
-        : m_bytes(bytes)
-        , m_position(bytes.startsWith(byteOrderMark) ? byteOrderMarkSize : 0)
+        : LineReader(bytes, bytes.startsWith(byteOrderMark) ? byteOrderMarkSize : 0)
+    {
+    }
+    LineReader(const QByteArray &bytes, int position)
+        : m_bytes(bytes.constData())
+        , m_size(bytes.size())
+        , m_position(position)
     {
     }
 
-    bool atEnd() const { return m_position >= m_bytes.size(); }
+    bool atEnd() const { return m_position >= m_size; }
+
+    /// Of the next line, behind its blanks; any other one where nothing is behind them.
+    char firstLetter() const
+    {
+        int position = m_position;
+        while (position + 1 < m_size && isBlank(m_bytes[position]))
+            ++position;
+        return m_bytes[position];
+    }
+
+    /// Over the next line, in a text all of whose lines end in '\n'.
+    void skip()
+    {
+        const void *const end = std::memchr(m_bytes + m_position, '\n', static_cast<size_t>(m_size - m_position));
+        m_position = end ? static_cast<int>(static_cast<const char *>(end) - m_bytes) + 1 : m_size;
+    }
 
     Line next()
     {
         Line line;
         line.start = m_position;
         int end = m_position;
-        while (end < m_bytes.size() && !isLineEnd(m_bytes.at(end)))
+        while (end < m_size && !isLineEnd(m_bytes[end]))
             ++end;
-        const bool isPair = end + 1 < m_bytes.size() && m_bytes.at(end) == '\r' && m_bytes.at(end + 1) == '\n';
-        line.end = std::min(end + (isPair ? 2 : 1), m_bytes.size());
+        const bool isPair = end + 1 < m_size && m_bytes[end] == '\r' && m_bytes[end + 1] == '\n';
+        line.end = std::min(end + (isPair ? 2 : 1), m_size);
         m_position = line.end;
         int start = line.start;
-        while (start < end && isBlank(m_bytes.at(start)))
+        while (start < end && isBlank(m_bytes[start]))
             ++start;
-        if (start < end && m_bytes.at(start) != ';')
+        if (start < end && m_bytes[start] != ';')
             readShape(line, start, end);
         // Without its end there may have been more of it.
-        if (line.kind != Line::Kind::Nothing && (end == m_bytes.size() || end - start > longestLine))
+        if (line.kind != Line::Kind::Nothing && (end == m_size || end - start > longestLine))
             line.kind = Line::Kind::Broken;
         return line;
     }
@@ -93,9 +138,14 @@ private:
         bool isQuoted = false;
         bool isWhole = true;
         int position = start;
-        for (; position < end && (isQuoted || m_bytes.at(position) != ';'); ++position) {
-            const char letter = m_bytes.at(position);
-            isWhole = isWhole && !isControl(letter);
+        for (; position < end; ++position) {
+            const char letter = m_bytes[position];
+            const LetterKind kind = letterKinds[static_cast<unsigned char>(letter)];
+            if (kind == LetterKind::Plain)
+                continue;
+            isWhole = isWhole && kind != LetterKind::Control;
+            if (letter == ';' && !isQuoted)
+                break;
             if (letter == '\\')
                 ++position;
             else if (letter == '"')
@@ -106,15 +156,15 @@ private:
         isWhole = isWhole && !isQuoted && position <= end; // else it goes on in the next line
         end = std::min(position, end);
         const int valueEnd = end;
-        while (end > start && isBlank(m_bytes.at(end - 1)))
+        while (end > start && isBlank(m_bytes[end - 1]))
             --end;
-        const bool isOpened = m_bytes.at(start) == '[';
-        const auto *const bracket = isOpened ? std::find(m_bytes.begin() + start, m_bytes.begin() + end, ']') : m_bytes.begin() + end;
-        const int close = static_cast<int>(bracket - m_bytes.begin());
+        const bool isOpened = m_bytes[start] == '[';
+        const char *const bracket = isOpened ? std::find(m_bytes + start, m_bytes + end, ']') : m_bytes + end;
+        const int close = static_cast<int>(bracket - m_bytes);
         if (isWhole && close < end) {
             line.kind = Line::Kind::Header;
             setName(line, start + 1, close);
-        } else if (equals < 0 && (isOpened || m_bytes.at(end - 1) == ']')) {
+        } else if (equals < 0 && (isOpened || m_bytes[end - 1] == ']')) {
             line.kind = Line::Kind::BrokenHeader;
             setName(line, start + 1, isOpened ? close : start + 1);
         } else if (isWhole && equals > start && !isOpened) {
@@ -129,15 +179,16 @@ private:
 
     void setName(Line &line, int start, int end) const
     {
-        while (start < end && isBlank(m_bytes.at(start)))
+        while (start < end && isBlank(m_bytes[start]))
             ++start;
-        while (end > start && isBlank(m_bytes.at(end - 1)))
+        while (end > start && isBlank(m_bytes[end - 1]))
             --end;
         line.nameStart = start;
         line.nameEnd = end;
     }
 
-    const QByteArray m_bytes;
+    const char *const m_bytes;
+    const int m_size;
     int m_position;
 };
 
@@ -167,40 +218,50 @@ QByteArray nameOf(const QByteArray &bytes, const Line &line)
 /// As it is written, where that is what it means; most names need no decoding, and large files have many.
 std::optional<QLatin1String> plainName(const QByteArray &bytes, const Line &line)
 {
-    const QLatin1String written(bytes.constData() + line.nameStart, line.nameEnd - line.nameStart);
-    if (written.contains(QLatin1Char('%')) || written.contains(QLatin1Char('\\')))
+    const char *const begin = bytes.constData() + line.nameStart;
+    const char *const end = bytes.constData() + line.nameEnd;
+    if (std::any_of(begin, end, isEncoded))
         return std::nullopt;
-    return written;
+    return QLatin1String(begin, end);
 }
 
-bool isCalled(const QByteArray &bytes, const Line &line, const QString &name)
+bool isCalled(const QByteArray &bytes, const Line &line, const QStringRef &name)
 {
     const std::optional<QLatin1String> plain = plainName(bytes, line);
     return plain ? name == *plain : name == settingscodec::decodedName(nameOf(bytes, line));
 }
 
 /// What is left of a path below a head of a group; nothing where it is not below it.
-QString keyBelow(const QByteArray &bytes, const Line &header, const QString &path)
+QStringRef keyBelow(const QByteArray &bytes, const Line &header, const QString &path)
 {
+    const auto below = [&path](const auto &group) {
+        const bool isBelow = path.startsWith(group) && path.midRef(group.size(), 1) == QLatin1String("/");
+        return isBelow ? path.midRef(group.size() + 1) : QStringRef();
+    };
     const std::optional<QLatin1String> plain = plainName(bytes, header);
-    const bool mayBeGeneral = !plain || plain->startsWith(QLatin1Char('g'), Qt::CaseInsensitive);
-    if (!mayBeGeneral && !path.startsWith(*plain))
-        return {};
+    const bool mayBeGeneral = !plain || plain->isEmpty() || plain->startsWith(QLatin1Char('g'), Qt::CaseInsensitive);
+    if (!mayBeGeneral)
+        return below(*plain);
     const QString group = groupOfHeader(nameOf(bytes, header));
-    const bool isBelow = path.startsWith(group) && path.midRef(group.size(), 1) == QLatin1String("/");
-    return group.isEmpty() ? path : isBelow ? path.mid(group.size() + 1) : QString();
+    return group.isEmpty() ? QStringRef(&path) : below(group);
 }
 
-/// The last entry of that path, which is the one that counts.
+/// The last entry of that path, which is the one that counts. The text has no damage.
 std::optional<Line> lastEntry(const QByteArray &bytes, const QString &path)
 {
     std::optional<Line> found;
-    QString key = path; // below the current group
+    QStringRef key(&path); // below the current group
     for (LineReader lines(bytes); !lines.atEnd();) {
+        const char first = lines.firstLetter();
+        const bool mayBeKey = !key.isEmpty() && (isEncoded(first) || key.at(0) == QLatin1Char(first));
+        if (first != '[' && !mayBeKey) {
+            lines.skip();
+            continue;
+        }
         const Line line = lines.next();
         if (line.kind == Line::Kind::Header)
             key = keyBelow(bytes, line, path);
-        else if (line.kind == Line::Kind::Entry && !key.isEmpty() && isCalled(bytes, line, key))
+        else if (line.kind == Line::Kind::Entry && isCalled(bytes, line, key))
             found = line;
     }
     return found;
@@ -246,9 +307,9 @@ QByteArray mendedHeader(const QByteArray &bytes, const Line &line, const LineRea
 /// A value whose length is to be believed before it is read.
 bool isHarmless(const QByteArray &bytes, const Line &line, bool isUtf8)
 {
-    const auto *const begin = bytes.constData() + line.valueStart;
-    const auto *const end = bytes.constData() + line.valueEnd;
-    return std::find(begin, end, '@') == end || settingscodec::decodedValue(QByteArray(begin, line.valueEnd - line.valueStart), isUtf8);
+    const auto length = line.valueEnd - line.valueStart;
+    const char *const begin = bytes.constData() + line.valueStart;
+    return !std::memchr(begin, '@', static_cast<size_t>(length)) || settingscodec::decodedValue(QByteArray(begin, length), isUtf8);
 }
 
 } // namespace
@@ -259,31 +320,36 @@ SettingsText::SettingsText(const QByteArray &bytes)
     leaveOutDamage(bytes);
 }
 
+/// Most files have none: then nothing is copied.
 void SettingsText::leaveOutDamage(const QByteArray &bytes)
 {
-    m_bytes.reserve(bytes.size() + 1);
-    if (m_isUtf8)
-        m_bytes += byteOrderMark;
+    int taken = 0; // up to here, as it is or otherwise
+    const auto takeUpTo = [&](int position) {
+        m_bytes.append(bytes.constData() + taken, position - taken);
+        taken = position;
+    };
     for (LineReader lines(bytes); !lines.atEnd();) {
         const Line line = lines.next();
-        if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(nameOf(bytes, line)))) { // QSettings would write %E4
-            const QByteArray mended = mendedHeader(bytes, line, lines);
-            if (!mended.isEmpty()) {
-                m_bytes += mended;
-                ++m_damagedLines;
-                continue;
-            }
-        }
-        if (line.kind >= Line::Kind::BrokenHeader || !isHarmless(bytes, line, m_isUtf8)) {
+        QByteArray mended;
+        if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(nameOf(bytes, line)))) // QSettings would write %E4
+            mended = mendedHeader(bytes, line, lines);
+        if (!mended.isEmpty() || line.kind >= Line::Kind::BrokenHeader || !isHarmless(bytes, line, m_isUtf8)) {
+            takeUpTo(line.start);
+            taken = line.end;
+            m_bytes += mended;
             ++m_damagedLines;
-            continue;
+        } else if (bytes.at(line.end - 1) != '\n') {
+            takeUpTo(line.end);
+            if (m_bytes.endsWith('\r'))
+                m_bytes.chop(1); // many readers take only the other for a line end
+            if (!m_bytes.endsWith('\n'))
+                m_bytes += '\n'; // also behind a comment without its end
         }
-        m_bytes.append(bytes.constData() + line.start, line.end - line.start);
-        if (m_bytes.endsWith('\r'))
-            m_bytes.chop(1); // many readers take only the other for a line end
-        if (!m_bytes.endsWith('\n'))
-            m_bytes += '\n'; // also behind a comment without its end
     }
+    if (taken == 0)
+        m_bytes = bytes;
+    else
+        takeUpTo(bytes.size());
 }
 
 QByteArray SettingsText::rawValue(const QString &path) const
@@ -301,10 +367,16 @@ QVariant SettingsText::value(const QString &path, const QVariant &defaultValue) 
 void SettingsText::setValue(const QString &path, const QVariant &value)
 {
     const QByteArray encoded = settingscodec::encodedValue(value);
-    if (const std::optional<Line> line = lastEntry(m_bytes, path))
-        m_bytes.replace(line->valueStart, line->valueEnd - line->valueStart, encoded);
-    else
+    const std::optional<Line> line = lastEntry(m_bytes, path);
+    if (!line) {
         insert(path, encoded);
+        m_readsBack = false;
+        return;
+    }
+    m_bytes.replace(line->valueStart, line->valueEnd - line->valueStart, encoded);
+    const Line changed = LineReader(m_bytes, line->start).next();
+    m_readsBack = m_readsBack && changed.kind == Line::Kind::Entry && changed.valueStart == line->valueStart
+        && changed.valueEnd == line->valueStart + encoded.size() && isHarmless(m_bytes, changed, m_isUtf8);
 }
 
 /// Where QSettings would have put it, which sorts groups and keys.
@@ -341,9 +413,10 @@ void SettingsText::insert(const QString &path, const QByteArray &value)
 
 QString SettingsText::path(const QString &group, const QString &key)
 {
-    QStringList names = group.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    names += key.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    return names.join(QLatin1Char('/'));
+    const QLatin1Char slash('/');
+    const QString path = group + slash + key;
+    const bool isPlain = !path.startsWith(slash) && !path.endsWith(slash) && !path.contains(QLatin1String("//"));
+    return isPlain ? path : path.split(slash, Qt::SkipEmptyParts).join(slash);
 }
 
 } // namespace audio

@@ -31,6 +31,8 @@ public:
     const QByteArray &bytes() const { return m_bytes; }
     /// How many lines were left out or mended.
     int damagedLines() const { return m_damagedLines; }
+    /// Whether a text of bytes() is known to be this one, which spares reading it.
+    bool readsBack() const { return m_readsBack && m_damagedLines == 0; }
 
     /// GROUP/KEY as it is written, which tells two states of it apart; a null text where there is none.
     QByteArray rawValue(const QString &path) const;
@@ -48,6 +50,7 @@ private:
     QByteArray m_bytes;
     bool m_isUtf8 = false; // it begins with a byte order mark
     int m_damagedLines = 0;
+    bool m_readsBack = true; // no value was set that a line cannot have, and no line came
 };
 
 } // namespace audio

@@ -3,7 +3,6 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QString>
 
 #include <sys/stat.h>
@@ -17,21 +16,24 @@
 namespace SettingsFile
 {
 
-/// The one place on the unit's flash; see audio::AudioDataBase.
+/// The one place on the unit's flash; see audio::AudioDataBase. As system calls take it, which is every few microseconds.
+constexpr char nativePath[] = "/media/flash/nvm/audioData.db";
+constexpr char nativeFolder[] = "/media/flash/nvm";
+
 inline QString path()
 {
-    return QStringLiteral("/media/flash/nvm/audioData.db");
+    return QLatin1String(nativePath);
 }
 
 inline QString folder()
 {
-    return QFileInfo(path()).path();
+    return QLatin1String(nativeFolder);
 }
 
 /// Whether its folder is there and may be written to. The store makes the folder where it can.
 inline bool canBeSaved()
 {
-    return access(QFile::encodeName(folder()).constData(), W_OK | X_OK) == 0;
+    return access(nativeFolder, W_OK | X_OK) == 0;
 }
 
 /**

@@ -28,7 +28,7 @@ QStringList operationList(const ScriptType &type)
     for (const ScriptOperation &operation : type.operations()) {
         if (operation.group != group) {
             group = operation.group;
-            lines += {QString(), QStringLiteral("| %1 | |").arg(group.left(1).toUpper() + group.mid(1)), QStringLiteral("|---|---|")};
+            lines += {QString(), QStringLiteral("| %1 | |").arg(group.at(0).toUpper() + group.midRef(1)), QStringLiteral("|---|---|")};
         }
         const QString fields = operation.resultFields();
         lines += QStringLiteral("| `%1`%2 | %3 |")

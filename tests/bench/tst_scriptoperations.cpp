@@ -266,9 +266,11 @@ QStringList stateOf(ZelAudioManager &manager)
     const AudioPolicyInspector inspector(manager);
     QStringList lines;
     lines += QStringLiteral("status: %1, channel: %2, equalizer: %3").arg(inspector.status()).arg(inspector.channel()).arg(inspector.equalizerType());
-    for (const int volume : inspector.volumes())
+    const auto volumes = inspector.volumes();
+    for (const int volume : volumes)
         lines += QStringLiteral("volume: %1").arg(volume);
-    for (const int gain : inspector.customCurve())
+    const auto customCurve = inspector.customCurve();
+    for (const int gain : customCurve)
         lines += QStringLiteral("custom curve: %1").arg(gain);
     lines += QLatin1String("ducking: ") + asText(manager.*memberOf(cpDucking_Member()));
     lines += QLatin1String("CarPlay connected: ") + asText(manager.getCPConnected());

@@ -1,6 +1,8 @@
 #include <journal.h>
 #include <logrecorder.h>
 #include <platform.h>
+#include <settingsworkloads.h>
+#include <starts.h>
 #include <workloads.h>
 
 #include <QtCore/QLoggingCategory>
@@ -15,17 +17,22 @@ class WorkloadsTest : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void startByHandCallsPlatformAsStartDoes();
     void namesAreDifferent();
     void floorCallsPlatformAsWorkDoes_data();
     void floorCallsPlatformAsWorkDoes();
     void floorLogsAsWorkDoes_data();
     void floorLogsAsWorkDoes();
+    void disabledLineIsALine();
 
 private:
     QStringList callsOf(void (*work)(int), int rounds);
+    QStringList callsOf(void (*work)());
     QStringList linesOf(void (*work)(int));
 
-    const Workloads m_workloads = allWorkloads();
+    Workloads m_workloads = allWorkloads();
+    QStringList m_callsOfStart;
+    QStringList m_callsOfStartByHand;
 };
 
 QStringList WorkloadsTest::callsOf(void (*work)(int), int rounds)
@@ -33,6 +40,14 @@ QStringList WorkloadsTest::callsOf(void (*work)(int), int rounds)
     simulator::Journal *const journal = simulator::Platform::instance()->journal();
     journal->clear();
     work(rounds);
+    return journal->calls(simulator::Journal::Lifetimes::Include);
+}
+
+QStringList WorkloadsTest::callsOf(void (*work)())
+{
+    simulator::Journal *const journal = simulator::Platform::instance()->journal();
+    journal->clear();
+    work();
     return journal->calls(simulator::Journal::Lifetimes::Include);
 }
 
@@ -47,6 +62,10 @@ QStringList WorkloadsTest::linesOf(void (*work)(int))
 
 void WorkloadsTest::initTestCase()
 {
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    m_callsOfStart = callsOf(start);
+    m_callsOfStartByHand = callsOf(startByHand);
+    m_workloads.push_back(settingsWorkloads().front());
     for (const Workload &workload : m_workloads) {
         setUp(workload);
         // What is kept for good is made in the first round.
@@ -54,6 +73,15 @@ void WorkloadsTest::initTestCase()
         if (workload.floor)
             workload.floor(1);
     }
+}
+
+void WorkloadsTest::startByHandCallsPlatformAsStartDoes()
+{
+    QVERIFY(m_callsOfStart.size() > 50);
+    // The step volumes go out in the order of a hash.
+    m_callsOfStart.sort();
+    m_callsOfStartByHand.sort();
+    QCOMPARE(m_callsOfStartByHand, m_callsOfStart);
 }
 
 void WorkloadsTest::namesAreDifferent()
@@ -101,6 +129,15 @@ void WorkloadsTest::floorLogsAsWorkDoes()
     const QStringList lines = linesOf(workload.work);
     QVERIFY(!lines.isEmpty());
     QCOMPARE(linesOf(workload.floor), lines);
+}
+
+void WorkloadsTest::disabledLineIsALine()
+{
+    Workload workload = loggingWorkloads().front();
+    workload.isLogged = true;
+    setUp(workload);
+    QCOMPARE(linesOf(workload.work).size(), 1);
+    QCOMPARE(linesOf(workload.floor).size(), 0);
 }
 
 QTEST_GUILESS_MAIN(WorkloadsTest)

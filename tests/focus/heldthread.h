@@ -8,7 +8,8 @@
 /**
  * Holds one thread of a child process where it is while the others run on, as a debugger does: a thread that hangs.
  *
- * It runs on with the object's end. Use it in one thread, and not in the emulator of another processor, which knows no debugger.
+ * It is held where its event loop waits. It runs on with the object's end. Use it in one thread, and not in the emulator of another processor, which knows no
+ * debugger.
  */
 class HeldThread
 {

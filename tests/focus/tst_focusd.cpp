@@ -43,6 +43,7 @@ private Q_SLOTS:
     void clientLeavesFromBelow();
     void clientWithSeveralIdsLeaves();
     void clientLeavesBeforeItIsWatched();
+    void forgedDeparture();
     void foreignClients();
     void idIsFreeAgain();
     void floodOfIds();
@@ -381,6 +382,24 @@ void FocusDaemonTest::clientLeavesBeforeItIsWatched()
 
     QTRY_COMPARE_WITH_TIMEOUT(music.changeCount(), 2, longestWait);
     QCOMPARE(music.take(), (QStringList{QStringLiteral("-1 music"), QStringLiteral("1 music")}));
+}
+
+void FocusDaemonTest::forgedDeparture()
+{
+    startDaemon();
+    FocusClientConnection owner(*bus);
+    FocusClientConnection forger(*bus);
+    owner.request(QStringLiteral("A"), 1);
+    // Only the bus itself is believed.
+    const QString name = owner.connection().baseService();
+    QDBusMessage departure = QDBusMessage::createTargetedSignal(QStringLiteral("tavi.AudioService"),
+                                                                QStringLiteral("/org/freedesktop/DBus"),
+                                                                QStringLiteral("org.freedesktop.DBus"),
+                                                                QStringLiteral("NameOwnerChanged"));
+    departure.setArguments({name, name, QString()});
+    QVERIFY(forger.connection().send(departure));
+    QCOMPARE(forger.request(QStringLiteral("A"), 2), QStringLiteral("AccessDenied"));
+    QCOMPARE(forger.result(forger.proxy().getCurrentAudioFocus()), QStringLiteral("1"));
 }
 
 void FocusDaemonTest::foreignClients()

@@ -29,6 +29,9 @@ private Q_SLOTS:
     void unknownEntriesSurvive();
     void unknownValuesSurviveUntouched();
     void editIsSeenWithoutRestart();
+    void editOfTheSameSizeIsSeen();
+    void linkInTheFilesPlace_data();
+    void linkInTheFilesPlace();
 };
 
 void HandEditedSettingsTest::numbers_data()
@@ -214,6 +217,55 @@ void HandEditedSettingsTest::editIsSeenWithoutRestart()
     QCOMPARE(store.data(QStringLiteral("EQ"), QStringLiteral("Type"), 0).toInt(), 333);
     store.setLoudNess(true);
     QCOMPARE(flash::entries(), (flash::Entries{{"EQ/Type", "333"}, {"Mine/Key", "1"}, {"Volume/Loudness", "true"}}));
+}
+
+/// Neither size nor time tell that it is another text.
+void HandEditedSettingsTest::editOfTheSameSizeIsSeen()
+{
+    const QDateTime time = QDateTime::currentDateTime().addSecs(-60);
+    AudioDataBase store;
+    for (const char *content : {"[EQ]\nType=333\n", "[EQ]\nType=444\n", "[EQ]\nType=333\n"}) {
+        QFile file(flash::settingsFile());
+        QVERIFY(file.open(QIODevice::ReadWrite)); // in its place
+        QVERIFY(file.write(content) > 0 && file.flush() && file.setFileTime(time, QFileDevice::FileModificationTime));
+        QCOMPARE(store.data(QStringLiteral("EQ"), QStringLiteral("Type"), 0).toByteArray(), QByteArray(content).mid(10, 3));
+    }
+}
+
+void HandEditedSettingsTest::linkInTheFilesPlace_data()
+{
+    QTest::addColumn<QStringList>("links"); // the settings file first, each to the next one
+    QTest::addColumn<bool>("hasFile");
+    const QString file = QStringLiteral("audioData.db");
+    const QString target = QStringLiteral("elsewhere.ini");
+    QTest::newRow("to a file") << QStringList{file, target} << true;
+    QTest::newRow("to a link to a file") << QStringList{file, QStringLiteral("link"), target} << true;
+    QTest::newRow("to a file that is not there yet") << QStringList{file, target} << false;
+}
+
+/// It stays one: the file that it means is what is read and replaced.
+void HandEditedSettingsTest::linkInTheFilesPlace()
+{
+    QFETCH(QStringList, links);
+    QFETCH(bool, hasFile);
+    const QString target = links.constLast();
+    const auto pathOf = [](const QString &name) -> QString { return flash::folder() + QLatin1Char('/') + name; };
+    if (hasFile) {
+        flash::setContent("[EQ]\nType=3\n", target);
+        QVERIFY(QFile::setPermissions(pathOf(target), QFile::ReadOwner | QFile::WriteOwner));
+    }
+    for (int link = 0; link + 1 < links.size(); ++link)
+        QVERIFY(QFile::link(pathOf(links.at(link + 1)), pathOf(links.at(link))));
+    AudioDataBase store;
+    QCOMPARE(store.eqType(), hasFile ? 3 : 6);
+    store.setEqType(4);
+    QCOMPARE(flash::content(target), QByteArray("[EQ]\nType=4\n"));
+    QCOMPARE(QFileInfo(flash::settingsFile()).symLinkTarget(), pathOf(links.at(1)));
+    QVERIFY(!QFileInfo(pathOf(target)).isSymLink());
+    if (hasFile)
+        QVERIFY(!QFile::permissions(pathOf(target)).testFlag(QFile::ReadOther));
+    links.sort();
+    QCOMPARE(flash::names(), links);
 }
 
 QTEST_GUILESS_MAIN(HandEditedSettingsTest)

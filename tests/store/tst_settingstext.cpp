@@ -113,6 +113,8 @@ private Q_SLOTS:
     void namesLikeQSettings();
     void savesLikeQSettings();
     void keepsCommentsAndOrder();
+    void tellsWhetherItReadsBack_data();
+    void tellsWhetherItReadsBack();
     void leavesOutDamagedLines_data();
     void leavesOutDamagedLines();
     void randomChanges();
@@ -290,6 +292,40 @@ void SettingsTextTest::keepsCommentsAndOrder()
     text.setValue(QStringLiteral("Volume/0"), 7);
     QCOMPARE(text.bytes(), QByteArray("; mine\r\n[Volume]\r\n0=7\n  1 =5; half\r\n\r\n[EQ]\nType=3\nType=6\n; end\n"));
     QCOMPARE(text.damagedLines(), 0);
+}
+
+void SettingsTextTest::tellsWhetherItReadsBack_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QVariant>("value"); // of Volume/0
+    QTest::addColumn<bool>("readsBack");
+    const QByteArray usual = "[EQ]\nType=4\n\n[Volume]\n0=1\n1=2\n";
+    QTest::newRow("number") << usual << QVariant(20) << true;
+    QTest::newRow("gain") << usual << QVariant(3.7F) << true;
+    QTest::newRow("text with marks") << usual << QVariant(QStringLiteral("a;b=\"c\"\\\n")) << true;
+    QTest::newRow("text of the longest line") << usual << QVariant(QString(65534, QLatin1Char('a'))) << true;
+    QTest::newRow("longer text") << usual << QVariant(QString(65535, QLatin1Char('a'))) << false;
+    QTest::newRow("value that is not read") << usual << QVariant(QVariantMap{{QStringLiteral("a"), 1}}) << false;
+    QTest::newRow("line with blanks and a comment") << QByteArray("[Volume]\n 0 = 1 ; half\n") << QVariant(2) << true;
+    QTest::newRow("damage elsewhere") << QByteArray(usual + "2\n") << QVariant(20) << false;
+}
+
+/// A save that knows spares the next reader the work.
+void SettingsTextTest::tellsWhetherItReadsBack()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QVariant, value);
+    QFETCH(bool, readsBack);
+    SettingsText text(before);
+    text.setValue(QStringLiteral("Volume/0"), value);
+    QCOMPARE(text.readsBack(), readsBack);
+    const SettingsText again(text.bytes());
+    if (readsBack) {
+        QCOMPARE(again.bytes(), text.bytes());
+        QCOMPARE(again.damagedLines(), 0);
+    }
+    text.setValue(QStringLiteral("Volume/0"), 21);
+    QCOMPARE(text.readsBack(), readsBack); // what is not known stays so until it is read
 }
 
 void SettingsTextTest::leavesOutDamagedLines_data()
