@@ -7,6 +7,7 @@
 #include "explain/logframes.h"
 #include "explain/loggedunit.h"
 #include "explain/logjsonview.h"
+#include "explain/logreading.h"
 #include "explain/logsource.h"
 #include "explain/logstory.h"
 #include "explain/logsummary.h"
@@ -20,9 +21,6 @@
 
 namespace
 {
-
-/// ms after which the lines that came last are taken for all of a request, where the log is followed.
-constexpr int patience = 200;
 
 /// Tells the unit, and for programs also where in the log it is told.
 class Teller : public LogStoryListener
@@ -83,12 +81,6 @@ private:
     LogSummary *m_summary;
 };
 
-int fail(const QString &file, const QString &problem)
-{
-    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), Console::printable(problem)));
-    return UsageError;
-}
-
 QString firstTime(const LogClock &clock)
 {
     return clock.first().clock == LogTime::Clock::None ? QStringLiteral("without a time") : LogTime::toText(clock.first());
@@ -100,27 +92,6 @@ class NoView : public TimelineView
 public:
     void show(const TimelineEvent & /*event*/, const Heard & /*heard*/, bool /*isNew*/) override { }
 };
-
-void readAll(LogSource &source, LogStory &story, bool isFollowed)
-{
-    std::string_view line;
-    while (Interruption::received() == 0) {
-        const LogSource::Next next = source.next(line);
-        story.addNotes(source.takeNotes());
-        if (next == LogSource::Next::End)
-            break;
-        if (next == LogSource::Next::Line) {
-            story.add(line, source.lineNumber(), source.wasCut());
-        } else if (isFollowed) {
-            source.wait(patience);
-            if (source.next(line) == LogSource::Next::Line)
-                story.add(line, source.lineNumber(), source.wasCut());
-            else
-                story.pause();
-        }
-    }
-    story.finish();
-}
 
 } // namespace
 
@@ -286,40 +257,28 @@ std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, Lo
 
 int ExplainCommand::explain(const Request &request, LogFrames &frames) const
 {
-    LogSource source;
-    const QString problem = source.open(request.file, request.isFollowed);
-    if (!problem.isEmpty())
-        return fail(request.file, problem);
+    LogReading log(frames, request.file);
+    if (!log.open(request.isFollowed))
+        return UsageError;
 
     LogJsonView *json = nullptr;
     const std::unique_ptr<TimelineView> view = viewFor(request, json);
     LogSummary summary;
-    LogClock clock;
-    LogFilter filter(*view, clock, request.wanted);
+    LogFilter filter(*view, log.clock(), request.wanted);
     Timeline timeline(&filter);
     Teller teller(timeline, filter, json, request.view == View::Summary ? &summary : nullptr);
-    LogStory story(frames, clock, teller);
     const std::unique_ptr<Interruption> interruption = request.isFollowed ? std::make_unique<Interruption>() : nullptr;
-    readAll(source, story, request.isFollowed);
+    log.read(teller);
     teller.finish();
 
-    // An archive that is cut has told something all the same.
-    if (request.view == View::Summary && story.understood() > 0)
+    if (request.view == View::Summary && log.hasToldAnything())
         Console::out(summary.toText());
-    const QString failure = source.failure();
-    if (!failure.isEmpty())
-        return fail(request.file, failure);
-    if (story.understood() == 0 && Interruption::received() == 0) {
-        Console::error(
-            QStringLiteral(
-                "qzaudio-bench: %1: no line of the audio library in %2 lines; looked for [DBG], [ERR] and [QT] with the library's words behind them\n")
-                .arg(Console::printable(request.file))
-                .arg(source.lineNumber()));
-        return NothingFound;
-    }
+    const int status = log.status();
+    if (status != Success)
+        return status;
     for (const auto &limit : {request.wanted.from, request.wanted.to}) {
-        if (limit && !limit->in(clock))
-            return complain(QStringLiteral("the log's lines have no such times as --from or --to; its first one is %1").arg(firstTime(clock)));
+        if (limit && !limit->in(log.clock()))
+            return complain(QStringLiteral("the log's lines have no such times as --from or --to; its first one is %1").arg(firstTime(log.clock())));
     }
     const int signal = Interruption::received();
     return signal == 0 ? Success : Interrupted - SIGINT + signal;
