@@ -112,7 +112,7 @@ QString ExplainCommand::arguments() const
 
 QVector<Command::Option> ExplainCommand::options() const
 {
-    return {
+    const QVector<Option> ofViews = {
         {QStringLiteral("verbose"), {}, QStringLiteral("show each request with its platform calls; twice: those of the audio's start, too"), QLatin1Char('v')},
         {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
         {QStringLiteral("summary"), {}, QStringLiteral("show what it comes to: volumes, statuses, keys, saves, refusals")},
@@ -132,6 +132,7 @@ QVector<Command::Option> ExplainCommand::options() const
          {},
          {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}},
     };
+    return ofViews + LevelQuestion::options();
 }
 
 QString ExplainCommand::details() const
@@ -150,6 +151,7 @@ QString ExplainCommand::details() const
 QVector<Command::Ending> ExplainCommand::endings() const
 {
     return {
+        {Failed, QStringLiteral("a settings file cannot be read")},
         {UsageError, QStringLiteral("a log that cannot be read")},
         {NothingFound, QStringLiteral("a log has no line of the library")},
     };
@@ -222,6 +224,12 @@ std::optional<ExplainCommand::Request> ExplainCommand::understand(const QCommand
     request.wanted = *wanted;
     request.wanted.tellsRefusals = request.view == View::Drive;
     request.isFollowed = isSet("follow");
+    QString problem;
+    request.question = LevelQuestion::read(parsed, problem);
+    if (!problem.isEmpty())
+        return wrong(problem);
+    if (request.question)
+        request.question->wanted = request.wanted;
     request.file = words.isEmpty() ? QLatin1String(LogSource::standardInput()) : words.first();
     return request;
 }
@@ -260,6 +268,8 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
     LogReading log(frames, request.file);
     if (!log.open(request.isFollowed))
         return UsageError;
+    if (request.question)
+        return answer(*request.question, log);
 
     LogJsonView *json = nullptr;
     const std::unique_ptr<TimelineView> view = viewFor(request, json);
@@ -273,10 +283,24 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
 
     if (request.view == View::Summary && log.hasToldAnything())
         Console::out(summary.toText());
+    return statusOf(log, request.wanted);
+}
+
+int ExplainCommand::answer(const LevelQuestion &question, LogReading &log) const
+{
+    QString problem;
+    const int status = question.answer(log, problem);
+    if (!problem.isEmpty())
+        return complain(problem);
+    return status == Success ? statusOf(log, question.wanted) : status;
+}
+
+int ExplainCommand::statusOf(LogReading &log, const LogFilter::Wanted &wanted) const
+{
     const int status = log.status();
     if (status != Success)
         return status;
-    for (const auto &limit : {request.wanted.from, request.wanted.to}) {
+    for (const auto &limit : {wanted.from, wanted.to}) {
         if (limit && !limit->in(log.clock()))
             return complain(QStringLiteral("the log's lines have no such times as --from or --to; its first one is %1").arg(firstTime(log.clock())));
     }

@@ -3,6 +3,7 @@
 
 #include "command.h"
 
+#include "explain/levelquestion.h"
 #include "explain/logfilter.h"
 
 #include <memory>
@@ -10,6 +11,7 @@
 
 class LogFrames;
 class LogJsonView;
+class LogReading;
 
 /// "explain": tells from the library's log lines what a head unit did.
 class ExplainCommand : public Command
@@ -40,6 +42,7 @@ private:
         LogFilter::Wanted wanted;
         QString file;
         bool isFollowed = false;
+        std::optional<LevelQuestion> question; ///< instead of a view
     };
 
     /// Empty where a mistake was said.
@@ -48,6 +51,9 @@ private:
     /// @param json receives the view where it is the one for programs
     static std::unique_ptr<TimelineView> viewFor(const Request &request, LogJsonView *&json);
     int explain(const Request &request, LogFrames &frames) const;
+    int answer(const LevelQuestion &question, LogReading &log) const;
+    /// Of a log that was read, with what is wrong with the limits that were given.
+    int statusOf(LogReading &log, const LogFilter::Wanted &wanted) const;
 };
 
 #endif

@@ -19,6 +19,11 @@ struct Heard
         int duckedTo = 0; ///< percent; 0 where it is not ducked
     };
 
+    static constexpr quint32 driversEar = 1; ///< the output channel left front
+
+    /// Level of a source on a track as the simulated platform is now, in the unit of Sound::level.
+    static double levelOf(const QString &track, const QString &source);
+
     /// As the simulated platform is now.
     static Heard now();
 

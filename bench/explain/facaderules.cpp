@@ -22,7 +22,6 @@ constexpr const char *groupMembers[] = {"S+AndroidAuto", "S+FilePlayer"};
 constexpr double microphoneStageTable[] = {0, 9, 12, 21, 27.5, 30, 40}; // dB, ascending
 constexpr double largestProgrammableGain = 6;
 
-constexpr int highestVolume = 148;
 constexpr int byteMask = 0xFF;
 
 template<std::size_t count>
@@ -38,10 +37,19 @@ int FacadeRules::sentVolume(const QString &source, int volume)
     return contains(boostedSources, source) ? sentAlternativeVolume(volume) : volume;
 }
 
+int FacadeRules::sentTo(const QString &track, const QString &source, int volume)
+{
+    return isBoosted(track, source) ? sentAlternativeVolume(volume) : volume;
+}
+
+bool FacadeRules::isBoosted(const QString &track, const QString &source)
+{
+    return track == QLatin1String("alternative") || source == QLatin1String(&hiCarCallSource[0]) || contains(boostedSources, source);
+}
+
 int FacadeRules::platformVolume(int volume)
 {
-    constexpr unsigned int factor = 4;
-    return int(unsigned(volume) * factor & unsigned(byteMask));
+    return int(unsigned(volume) * unsigned(volumeFactor) & unsigned(byteMask));
 }
 
 int FacadeRules::sentAlternativeVolume(int volume)

@@ -24,6 +24,8 @@ public:
 
     /// The moment of the first line that had one.
     const LogTime::Moment &first() const { return m_first; }
+    /// That of the last one.
+    const LogTime::Moment &last() const { return m_last; }
     qint64 now() const { return m_now; }
 
     /// Where in the timeline a time of the log's clock is, counted from what the first line says; for a daytime the first such time.

@@ -105,6 +105,17 @@ std::optional<qint64> LogLimit::in(const LogClock &clock) const
     return isDaytime || m_moment.clock == written ? std::make_optional(clock.timeOf(m_moment)) : std::nullopt;
 }
 
+bool LogLimit::isBetween(qint64 time, const std::optional<LogLimit> &from, const std::optional<LogLimit> &to, const LogClock &clock)
+{
+    const auto isBeyond = [&clock, time](const std::optional<LogLimit> &limit, bool isLower) {
+        if (!limit)
+            return false;
+        const auto at = limit->in(clock);
+        return !at || (isLower ? time < *at : time > *at);
+    };
+    return !isBeyond(from, true) && !isBeyond(to, false);
+}
+
 LogFilter::LogFilter(TimelineView &shownBy, const LogClock &clock, const Wanted &wanted)
     : m_view(shownBy)
     , m_clock(clock)
@@ -146,13 +157,7 @@ void LogFilter::finish(qint64 time)
 
 bool LogFilter::isInTime(qint64 time) const
 {
-    const auto isBeyond = [this, time](const std::optional<LogLimit> &limit, bool isLower) {
-        if (!limit)
-            return false;
-        const auto at = limit->in(m_clock);
-        return !at || (isLower ? time < *at : time > *at);
-    };
-    return !isBeyond(m_wanted.from, true) && !isBeyond(m_wanted.to, false);
+    return LogLimit::isBetween(time, m_wanted.from, m_wanted.to, m_clock);
 }
 
 bool LogFilter::isWanted(const TimelineEvent &event) const

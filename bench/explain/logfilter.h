@@ -19,6 +19,9 @@ public:
     /// ms of the timeline; empty where the log's clock has no such times.
     std::optional<qint64> in(const LogClock &clock) const;
 
+    /// Whether a time of the timeline lies between two limits, or where one is empty, on its side of the other.
+    static bool isBetween(qint64 time, const std::optional<LogLimit> &from, const std::optional<LogLimit> &to, const LogClock &clock);
+
 private:
     qint64 m_offset = 0;
     LogTime::Moment m_moment; // None for an offset

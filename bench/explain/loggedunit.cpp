@@ -6,25 +6,10 @@
 #include "timeline.h"
 
 #include "platform.h"
-#include "policynames.h"
 #include "virtualclock.h"
-
-#include <algorithm>
 
 using simulator::Platform;
 using simulator::VirtualClock;
-
-namespace
-{
-
-QString purposeOf(const QString &timer)
-{
-    const auto *const found = std::find_if(
-        std::begin(policynames::timers), std::end(policynames::timers), [&timer](const policynames::Timer &one) { return timer == QLatin1String(one.name); });
-    return found == std::end(policynames::timers) ? timer : QString::fromLatin1(found->purpose);
-}
-
-} // namespace
 
 LoggedUnit::LoggedUnit(Timeline &toldTo)
     : m_timeline(toldTo)
@@ -37,7 +22,7 @@ void LoggedUnit::apply(const LoggedRequest &request)
     const bool isTimer = !request.timer.isEmpty();
     const bool isStart = request.first().id() == LogLines::Id::ManagerStarts;
     if (isTimer)
-        m_timeline.beginTimer(purposeOf(request.timer));
+        m_timeline.beginTimer(timerPurpose(request.timer));
     else
         m_timeline.beginRequest(requestText(request));
     m_timeline.setStartingUp(isStart);

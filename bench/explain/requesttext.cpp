@@ -2,6 +2,7 @@
 
 #include "facaderules.h"
 #include "policytext.h"
+#include "viewtext.h"
 
 #include "policynames.h"
 #include "valuetext.h"
@@ -265,4 +266,16 @@ QString requestText(const LoggedRequest &request)
     }
     const auto *const spelling = std::find_if(std::begin(spellings), std::end(spellings), [&first](const Spelling &one) { return one.id == first.id(); });
     return spelling == std::end(spellings) ? QStringLiteral("the rest of an operation") : spelled(*spelling, first);
+}
+
+QString timerPurpose(const QString &timer)
+{
+    const auto *const found = std::find_if(
+        std::begin(policynames::timers), std::end(policynames::timers), [&timer](const policynames::Timer &one) { return timer == QLatin1String(one.name); });
+    return found == std::end(policynames::timers) ? timer : QString::fromLatin1(found->purpose);
+}
+
+QString causeText(const LoggedRequest &request)
+{
+    return request.timer.isEmpty() ? requestText(request) : ViewText::timer(timerPurpose(request.timer));
 }

@@ -8,4 +8,10 @@
  */
 QString requestText(const LoggedRequest &request);
 
+/// What a timer of policynames::timers is for.
+QString timerPurpose(const QString &timer);
+
+/// What began it, as the cause of something: the request, "timer: write pending volumes again".
+QString causeText(const LoggedRequest &request);
+
 #endif
