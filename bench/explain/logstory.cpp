@@ -186,10 +186,9 @@ void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const Lo
     const qint64 key = keyOf(line, frame);
     LogProcess &process = processOf(key);
     m_lastUnderstood[key] = m_understood;
-    std::optional<LoggedRequest> ended;
+    QVector<LoggedRequest> ended;
     const LogProcess::Course course = process.add(line, frame, reading.time, ended);
-    if (ended)
-        tell(*ended);
+    tell(ended);
     switch (course) {
     case LogProcess::Course::Continues:
         break;
@@ -261,8 +260,9 @@ void LogStory::endOthers(qint64 key)
 
 void LogStory::end(LogProcess &process)
 {
-    if (const auto ended = process.finish())
-        tell(*ended);
+    QVector<LoggedRequest> ended;
+    process.finish(ended);
+    tell(ended);
 }
 
 void LogStory::pause()
@@ -319,10 +319,11 @@ void LogStory::note(quint64 line, const QString &text)
         tellNotes();
 }
 
-void LogStory::tell(const LoggedRequest &request)
+void LogStory::tell(const QVector<LoggedRequest> &ended)
 {
-    m_listener.request(request);
-    if (!isOpen())
+    for (const LoggedRequest &request : ended)
+        m_listener.request(request);
+    if (!ended.isEmpty() && !isOpen())
         tellNotes();
 }
 

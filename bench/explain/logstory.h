@@ -79,7 +79,7 @@ private:
     void end(LogProcess &process);
     void odd(Oddity oddity, quint64 line, const QString &text = {});
     void note(quint64 line, const QString &text);
-    void tell(const LoggedRequest &request);
+    void tell(const QVector<LoggedRequest> &ended);
     void tellNotes();
     bool isOpen() const;
 
