@@ -10,6 +10,7 @@
 
 class LogFrames;
 class LogJsonView;
+class LogReading;
 
 /// "explain": tells from the library's log lines what a head unit did.
 class ExplainCommand : public Command
@@ -47,6 +48,8 @@ private:
     std::optional<LogFilter::Wanted> understandWanted(const QCommandLineParser &parsed) const;
     /// @param json receives the view where it is the one for programs
     static std::unique_ptr<TimelineView> viewFor(const Request &request, LogJsonView *&json);
+    static void tell(const Request &request, LogReading &log);
+    static void summarize(const Request &request, LogReading &log);
     int explain(const Request &request, LogFrames &frames) const;
 };
 

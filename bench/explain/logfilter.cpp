@@ -124,7 +124,7 @@ QStringList LogFilter::areaNames()
 
 void LogFilter::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
-    if (!isInTime(event.time) || !isWanted(event))
+    if (!m_wanted.isInTime(event.time, m_clock) || !isWanted(event))
         return;
     m_view.show(event, heard, isNew);
     if (!m_wanted.tellsRefusals)
@@ -144,15 +144,15 @@ void LogFilter::finish(qint64 time)
     m_view.finish(time);
 }
 
-bool LogFilter::isInTime(qint64 time) const
+bool LogFilter::Wanted::isInTime(qint64 time, const LogClock &clock) const
 {
-    const auto isBeyond = [this, time](const std::optional<LogLimit> &limit, bool isLower) {
+    const auto isBeyond = [time, &clock](const std::optional<LogLimit> &limit, bool isLower) {
         if (!limit)
             return false;
-        const auto at = limit->in(m_clock);
+        const auto at = limit->in(clock);
         return !at || (isLower ? time < *at : time > *at);
     };
-    return !isBeyond(m_wanted.from, true) && !isBeyond(m_wanted.to, false);
+    return !isBeyond(from, true) && !isBeyond(to, false);
 }
 
 bool LogFilter::isWanted(const TimelineEvent &event) const

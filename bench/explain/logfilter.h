@@ -35,6 +35,9 @@ public:
         QStringList areas; ///< of areaNames(); empty for all
         QString source; ///< the platform's name or that of applications; empty for all
         bool tellsRefusals = false; ///< as notes, for a view that shows no calls
+
+        /// Whether the time, ms of the timeline, lies between the limits.
+        bool isInTime(qint64 time, const LogClock &clock) const;
     };
 
     /// @param shownBy outlives the filter
@@ -44,9 +47,6 @@ public:
 
     void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
     void finish(qint64 time) override;
-
-    /// Whether the time lies between the limits.
-    bool isInTime(qint64 time) const;
 
 private:
     bool isWanted(const TimelineEvent &event) const;
