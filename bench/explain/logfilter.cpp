@@ -2,7 +2,6 @@
 
 #include "calltext.h"
 #include "facaderules.h"
-#include "heard.h"
 #include "timelineevent.h"
 
 #include <algorithm>
@@ -124,8 +123,13 @@ QStringList LogFilter::areaNames()
 
 void LogFilter::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
-    if (!m_wanted.isInTime(event.time, m_clock) || !isWanted(event))
+    if (!m_wanted.isInTime(event.time, m_clock) || !isWanted(event)) {
+        m_before = heard;
         return;
+    }
+    if (!m_hasBegun && m_wanted.from && !m_before.sounds.isEmpty())
+        m_view.begin(event.time, m_before);
+    m_hasBegun = true;
     m_view.show(event, heard, isNew);
     if (!m_wanted.tellsRefusals)
         return;

@@ -1,6 +1,7 @@
 #ifndef LOGFILTER_H
 #define LOGFILTER_H
 
+#include "heard.h"
 #include "logclock.h"
 #include "timelineview.h"
 
@@ -56,6 +57,8 @@ private:
     TimelineView &m_view;
     const LogClock &m_clock;
     Wanted m_wanted;
+    Heard m_before; // what was heard before that which is shown first
+    bool m_hasBegun = false;
 };
 
 #endif

@@ -92,8 +92,15 @@ void BenchExplainTest::viewsShowTheDrive_data()
         "  0:01.000  AudioPolicy.updateAudioChannel(FilePlayer)\n"
         "                Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 0\n");
     row("-v --from 4.0 --to 4.5",
+        "  0:03.000  heard: file player silent\n"
         "  0:03.000  AudioPolicy.setMicInputValue(12)\n"
         "                Volume.setMicVolume(12) -> 0\n");
+    row("--from 4.0",
+        "  0:03.000  heard  file player silent\n"
+        "  0:04.000  focus: \"music\" loses focus: LOSS\n"
+        "            focus: in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never\n"
+        "            given back\n"
+        "            focus: in the end without focus: \"music\" since 5.000 s (LOSS)\n");
     row("-v --only microphone",
         "\n"
         "  0:00.000  The audio starts, process 9, 1.000 s\n"
