@@ -15,12 +15,27 @@ using LogLines::Row;
 namespace
 {
 
-constexpr std::string_view blanks = " \t\n\r";
+// By hand, since a search for one of several characters calls a function for each of the text's, and this is done for every line of a log.
+
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
+void skipBlanks(std::string_view &text)
+{
+    std::size_t count = 0;
+    while (count < text.size() && isBlank(text[count]))
+        ++count;
+    text.remove_prefix(count);
+}
 
 std::string_view trimmed(std::string_view text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    skipBlanks(text);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 bool startsWith(std::string_view text, std::string_view begin)
@@ -35,7 +50,7 @@ std::optional<Number> takeNumber(std::string_view &text, char alsoBefore = ' ')
     Number value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const auto taken = std::size_t(end - text.data());
-    const bool isWhole = error == std::errc() && (taken == text.size() || blanks.find(text[taken]) != std::string_view::npos || text[taken] == alsoBefore);
+    const bool isWhole = error == std::errc() && (taken == text.size() || isBlank(text[taken]) || text[taken] == alsoBefore);
     if (!isWhole)
         return {};
     text.remove_prefix(taken);
@@ -164,18 +179,13 @@ QVariant takeValue(char kind, std::string_view &text)
         return value ? QVariant(*value) : QVariant();
     }
     case 'p': {
-        const std::string_view word = text.substr(0, text.find_first_of(blanks));
+        const std::string_view word = text.substr(0, std::size_t(std::find_if(text.cbegin(), text.cend(), isBlank) - text.cbegin()));
         text.remove_prefix(word.size());
         return word.empty() ? QVariant() : QString::fromUtf8(word.data(), int(word.size()));
     }
     default:
         return {};
     }
-}
-
-void skipBlanks(std::string_view &text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
 }
 
 bool matches(std::string_view words, std::string_view text, QVector<QVariant> &values);
@@ -219,7 +229,7 @@ bool matches(std::string_view words, std::string_view text, QVector<QVariant> &v
         } else {
             return false;
         }
-        if (!text.empty() && blanks.find(text.front()) == std::string_view::npos)
+        if (!text.empty() && !isBlank(text.front()))
             return false;
         skipBlanks(text);
     }
@@ -295,8 +305,11 @@ std::optional<LogLine> describe(Form form, std::string_view function, std::strin
 std::string_view functionOf(std::string_view signature)
 {
     const std::string_view name = signature.substr(0, signature.find('('));
-    const std::size_t blank = name.find_last_of(" *&");
-    return blank == std::string_view::npos ? name : name.substr(blank + 1);
+    const auto isBefore = [](char character) { return character == ' ' || character == '*' || character == '&'; };
+    std::size_t begin = name.size();
+    while (begin > 0 && !isBefore(name[begin - 1]))
+        --begin;
+    return name.substr(begin);
 }
 
 /// "THREAD SIGNATURE LINE -- words"
