@@ -3,6 +3,7 @@
 #include "console.h"
 #include "driveview.h"
 #include "exitstatus.h"
+#include "explain/focusview.h"
 #include "explain/logfilter.h"
 #include "explain/logframes.h"
 #include "explain/loggedunit.h"
@@ -26,12 +27,9 @@ namespace
 class Teller : public LogStoryListener
 {
 public:
-    Teller(Timeline &timeline, LogFilter &filter, LogJsonView *json, LogSummary *summary)
-        : m_timeline(timeline)
-        , m_unit(timeline)
-        , m_filter(filter)
+    Teller(Timeline &timeline, LogJsonView *json)
+        : m_unit(timeline)
         , m_json(json)
-        , m_summary(summary)
     {
     }
 
@@ -40,16 +38,21 @@ public:
         if (m_json)
             m_json->setOrigin({request.lines.constFirst().number, request.process, request.program, LogTime::toText(request.moment)});
         m_unit.apply(request);
-        if (m_summary && m_filter.isInTime(request.time()))
-            m_summary->add(request);
     }
 
     void note(qint64 time, quint64 line, const QString &text) override
     {
         setLine(line);
-        // Programs have the number apart, and what happened to focus is as good as a request.
-        const bool isPlain = m_json || line == 0 || text.startsWith(QLatin1String("focus: "));
+        // Programs have the number apart.
+        const bool isPlain = m_json || line == 0;
         m_unit.note(time, Console::printable(isPlain ? text : QStringLiteral("line %1: %2").arg(line).arg(text)));
+    }
+
+    void focus(const FocusChange &change) override
+    {
+        if (m_json)
+            m_json->setOrigin({change.line, change.process, change.program, LogTime::toText(change.moment)});
+        m_unit.note(change.time, Console::printable(QStringLiteral("focus: ") + change.text));
     }
 
     void heading(qint64 time, quint64 line, const QString &text) override
@@ -60,13 +63,6 @@ public:
 
     void reboot() override { LoggedUnit::restart(); }
 
-    void finish()
-    {
-        if (m_summary)
-            m_summary->finish(m_timeline.now());
-        m_timeline.showUnfinished();
-    }
-
 private:
     void setLine(quint64 line)
     {
@@ -74,24 +70,14 @@ private:
             m_json->setOrigin({line, LogFrame::unknown, {}, {}});
     }
 
-    Timeline &m_timeline;
     LoggedUnit m_unit;
-    LogFilter &m_filter;
     LogJsonView *m_json;
-    LogSummary *m_summary;
 };
 
 QString firstTime(const LogClock &clock)
 {
     return clock.first().clock == LogTime::Clock::None ? QStringLiteral("without a time") : LogTime::toText(clock.first());
 }
-
-/// For a summary, which nothing else is shown beside.
-class NoView : public TimelineView
-{
-public:
-    void show(const TimelineEvent & /*event*/, const Heard & /*heard*/, bool /*isNew*/) override { }
-};
 
 } // namespace
 
@@ -115,7 +101,7 @@ QVector<Command::Option> ExplainCommand::options() const
     const QVector<Option> ofViews = {
         {QStringLiteral("verbose"), {}, QStringLiteral("show each request with its platform calls; twice: those of the audio's start, too"), QLatin1Char('v')},
         {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
-        {QStringLiteral("summary"), {}, QStringLiteral("show what it comes to: volumes, statuses, keys, saves, refusals")},
+        {QStringLiteral("summary"), {}, QStringLiteral("show what it comes to: volumes, statuses, keys, saves, focus, refusals")},
         {QStringLiteral("follow"), {}, QStringLiteral("go on as lines come, until interrupted")},
         {QStringLiteral("from"), QStringLiteral("TIME"), QStringLiteral("show what happened from then on: a time as in the log, or +12s from its first line")},
         {QStringLiteral("to"), QStringLiteral("TIME"), QStringLiteral("show what happened until then")},
@@ -252,8 +238,8 @@ int ExplainCommand::run(const QCommandLineParser &parsed)
 
 std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, LogJsonView *&json)
 {
-    if (request.view == View::Summary)
-        return std::make_unique<NoView>();
+    if (request.view == View::Drive && request.wanted.areas == QStringList(QStringLiteral("focus")))
+        return std::make_unique<FocusView>();
     if (request.view == View::Drive)
         return std::make_unique<DriveView>();
     if (request.view != View::Json)
@@ -261,6 +247,26 @@ std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, Lo
     auto view = std::make_unique<LogJsonView>(request.file);
     json = view.get();
     return view;
+}
+
+void ExplainCommand::tell(const Request &request, LogReading &log)
+{
+    LogJsonView *json = nullptr;
+    const std::unique_ptr<TimelineView> view = viewFor(request, json);
+    LogFilter filter(*view, log.clock(), request.wanted);
+    Timeline timeline(&filter);
+    Teller teller(timeline, json);
+    log.read(teller);
+    timeline.showUnfinished();
+}
+
+void ExplainCommand::summarize(const Request &request, LogReading &log)
+{
+    LogSummary summary(log.clock(), request.wanted);
+    log.read(summary);
+    summary.finish();
+    if (log.hasToldAnything())
+        Console::out(summary.toText());
 }
 
 int ExplainCommand::explain(const Request &request, LogFrames &frames) const
@@ -271,18 +277,11 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
     if (request.question)
         return answer(*request.question, log);
 
-    LogJsonView *json = nullptr;
-    const std::unique_ptr<TimelineView> view = viewFor(request, json);
-    LogSummary summary;
-    LogFilter filter(*view, log.clock(), request.wanted);
-    Timeline timeline(&filter);
-    Teller teller(timeline, filter, json, request.view == View::Summary ? &summary : nullptr);
     const std::unique_ptr<Interruption> interruption = request.isFollowed ? std::make_unique<Interruption>() : nullptr;
-    log.read(teller);
-    teller.finish();
-
-    if (request.view == View::Summary && log.hasToldAnything())
-        Console::out(summary.toText());
+    if (request.view == View::Summary)
+        summarize(request, log);
+    else
+        tell(request, log);
     return statusOf(log, request.wanted);
 }
 

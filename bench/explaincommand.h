@@ -50,6 +50,8 @@ private:
     std::optional<LogFilter::Wanted> understandWanted(const QCommandLineParser &parsed) const;
     /// @param json receives the view where it is the one for programs
     static std::unique_ptr<TimelineView> viewFor(const Request &request, LogJsonView *&json);
+    static void tell(const Request &request, LogReading &log);
+    static void summarize(const Request &request, LogReading &log);
     int explain(const Request &request, LogFrames &frames) const;
     int answer(const LevelQuestion &question, LogReading &log) const;
     /// Of a log that was read, with what is wrong with the limits that were given.

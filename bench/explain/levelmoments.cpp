@@ -34,7 +34,7 @@ void LevelMoments::request(const LoggedRequest &request)
 {
     lookAtBeginning(request.time());
     m_origins.add(request);
-    const bool isInTime = LogLimit::isBetween(request.time(), m_question.wanted.from, m_question.wanted.to, m_clock);
+    const bool isInTime = m_question.wanted.isInTime(request.time(), m_clock);
     const auto sounds = soundsAskedFor();
     for (const Heard::Sound &sound : sounds) {
         if (m_question.kind == Kind::Jumps) {
@@ -59,7 +59,7 @@ void LevelMoments::lookAtBeginning(qint64 time)
     if (!beginning || time <= *beginning)
         return;
     m_isBeyondBeginning = true;
-    if (!LogLimit::isBetween(*beginning, m_question.wanted.from, m_question.wanted.to, m_clock))
+    if (!m_question.wanted.isInTime(*beginning, m_clock))
         return;
     LogTime::Moment moment = m_clock.first();
     moment.milliseconds += *beginning;
@@ -104,7 +104,7 @@ void LevelMoments::lookForJump(const Heard::Sound &sound, const LoggedRequest &r
     constexpr double rounding = 1e-9;
     const bool areHeard = std::isfinite(level) && std::isfinite(sound.level);
     const bool isJump = areHeard ? std::abs(sound.level - level) >= m_question.decibels - rounding : std::isfinite(level) != std::isfinite(sound.level);
-    if (isJump && LogLimit::isBetween(request.time(), m_question.wanted.from, m_question.wanted.to, m_clock))
+    if (isJump && m_question.wanted.isInTime(request.time(), m_clock))
         tellJump(sound, level, request);
 }
 

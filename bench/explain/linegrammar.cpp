@@ -144,12 +144,33 @@ constexpr Id anywhere[] = {
     Id::StoreSaveComplaint,
 };
 
+constexpr std::size_t idCount = std::size_t(Id::ServiceSays) + 1;
+
+/// What is asked for every line of a log, by its number.
+struct Known
+{
+    const Operation *operation = nullptr;
+    bool isAnywhere = false;
+};
+
+constexpr std::array<Known, idCount> makeKnown()
+{
+    std::array<Known, idCount> lines{};
+    for (const Operation &operation : operations)
+        lines[std::size_t(operation.begins)].operation = &operation;
+    for (const Id id : anywhere)
+        lines[std::size_t(id)].isAnywhere = true;
+    return lines;
+}
+
+constexpr std::array<Known, idCount> known = makeKnown();
+
 } // namespace
 
 LineGrammar::Position LineGrammar::after(Id operation, Position position, Id next)
 {
-    const auto *const row = std::find_if(std::begin(operations), std::end(operations), [operation](const Operation &one) { return one.begins == operation; });
-    if (row == std::end(operations) || next == none)
+    const Operation *const row = known[std::size_t(operation)].operation;
+    if (!row || next == none)
         return notThere;
     const auto &lines = row->lines;
     const auto at = std::size_t(position);
@@ -163,7 +184,7 @@ LineGrammar::Position LineGrammar::after(Id operation, Position position, Id nex
 
 bool LineGrammar::isAnywhere(Id id)
 {
-    return std::find(std::begin(anywhere), std::end(anywhere), id) != std::end(anywhere);
+    return known[std::size_t(id)].isAnywhere;
 }
 
 const char *LineGrammar::timerOf(Id id)

@@ -1,5 +1,7 @@
 #include "logclock.h"
 
+#include <algorithm>
+
 using LogTime::Clock;
 using LogTime::Moment;
 
@@ -14,6 +16,8 @@ constexpr qint64 day = 24 * hour;
 constexpr qint64 disorder = second;
 /// Further forward than this nobody leaves a unit switched on: somebody has set the clock.
 constexpr qint64 farthest = 30 * day;
+/// A clock that is set more often than this is none.
+constexpr int mostStretches = 1000;
 
 QString lengthText(qint64 milliseconds)
 {
@@ -45,8 +49,10 @@ LogClock::Reading LogClock::read(const Moment &moment)
     reading.time = m_now;
     if (moment.clock == Clock::None)
         return reading;
-    if (m_first.clock == Clock::None)
+    if (m_first.clock == Clock::None) {
         m_first = moment;
+        beginStretch(moment);
+    }
     const bool isComparable = m_last.clock == moment.clock;
     const qint64 passed = isComparable ? acrossTheEnd(moment.clock, moment.milliseconds - m_last.milliseconds) : 0;
     if (passed < 0 && passed >= -disorder)
@@ -55,10 +61,12 @@ LogClock::Reading LogClock::read(const Moment &moment)
     if (passed < 0) {
         reading.jump = QStringLiteral("the clock goes back by %1, to %2").arg(lengthText(-passed), LogTime::toText(moment));
         reading.isReboot = moment.clock == Clock::Uptime;
+        beginStretch(moment);
         return reading;
     }
     if (passed > farthest) {
         reading.jump = QStringLiteral("the clock is set forward by %1, to %2").arg(lengthText(passed), LogTime::toText(moment));
+        beginStretch(moment);
         return reading;
     }
     reading.pause = passed;
@@ -67,19 +75,44 @@ LogClock::Reading LogClock::read(const Moment &moment)
     return reading;
 }
 
-qint64 LogClock::timeOf(const Moment &moment) const
+void LogClock::beginStretch(const Moment &moment)
+{
+    if (moment.clock != m_first.clock)
+        return;
+    if (m_stretches.size() >= mostStretches)
+        m_stretches.removeLast();
+    m_stretches.append({moment, m_now});
+}
+
+qint64 LogClock::fromBegin(const Moment &begin, const Moment &moment)
 {
     qint64 milliseconds = moment.milliseconds;
-    if (moment.clock == Clock::Daytime && m_first.clock != Clock::Daytime) {
-        const qint64 written = m_first.milliseconds + m_first.offset;
-        milliseconds += written - written % day - m_first.offset;
-        if (milliseconds < m_first.milliseconds)
+    if (moment.clock == Clock::Daytime && begin.clock != Clock::Daytime) {
+        const qint64 written = begin.milliseconds + begin.offset;
+        milliseconds += written - written % day - begin.offset;
+        if (milliseconds < begin.milliseconds)
             milliseconds += day;
-    } else if (moment.clock == Clock::Daytime && milliseconds < m_first.milliseconds) {
+    } else if (moment.clock == Clock::Daytime && milliseconds < begin.milliseconds) {
         milliseconds += day;
     } else if (moment.clock == Clock::Calendar) {
         // Given without a time zone, in that of the log.
-        milliseconds -= m_first.offset;
+        milliseconds -= begin.offset;
     }
-    return milliseconds - m_first.milliseconds;
+    return moment.clock == Clock::Yearless ? acrossTheEnd(moment.clock, milliseconds - begin.milliseconds) : milliseconds - begin.milliseconds;
+}
+
+qint64 LogClock::timeOf(const Moment &moment) const
+{
+    if (m_stretches.isEmpty())
+        return 0;
+    int index = 0;
+    while (index + 1 < m_stretches.size()) {
+        const Stretch &stretch = m_stretches.at(index);
+        if (stretch.time + fromBegin(stretch.moment, moment) <= m_stretches.at(index + 1).time)
+            break;
+        ++index;
+    }
+    const Stretch &stretch = m_stretches.at(index);
+    const qint64 time = stretch.time + fromBegin(stretch.moment, moment);
+    return index > 0 ? std::max(time, stretch.time) : time;
 }

@@ -2,7 +2,6 @@
 
 #include "calltext.h"
 #include "facaderules.h"
-#include "heard.h"
 #include "timelineevent.h"
 
 #include <algorithm>
@@ -105,17 +104,6 @@ std::optional<qint64> LogLimit::in(const LogClock &clock) const
     return isDaytime || m_moment.clock == written ? std::make_optional(clock.timeOf(m_moment)) : std::nullopt;
 }
 
-bool LogLimit::isBetween(qint64 time, const std::optional<LogLimit> &from, const std::optional<LogLimit> &to, const LogClock &clock)
-{
-    const auto isBeyond = [&clock, time](const std::optional<LogLimit> &limit, bool isLower) {
-        if (!limit)
-            return false;
-        const auto at = limit->in(clock);
-        return !at || (isLower ? time < *at : time > *at);
-    };
-    return !isBeyond(from, true) && !isBeyond(to, false);
-}
-
 LogFilter::LogFilter(TimelineView &shownBy, const LogClock &clock, const Wanted &wanted)
     : m_view(shownBy)
     , m_clock(clock)
@@ -135,8 +123,13 @@ QStringList LogFilter::areaNames()
 
 void LogFilter::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
-    if (!isInTime(event.time) || !isWanted(event))
+    if (!m_wanted.isInTime(event.time, m_clock) || !isWanted(event)) {
+        m_before = heard;
         return;
+    }
+    if (!m_hasBegun && m_wanted.from && !m_before.sounds.isEmpty())
+        m_view.begin(event.time, m_before);
+    m_hasBegun = true;
     m_view.show(event, heard, isNew);
     if (!m_wanted.tellsRefusals)
         return;
@@ -155,9 +148,15 @@ void LogFilter::finish(qint64 time)
     m_view.finish(time);
 }
 
-bool LogFilter::isInTime(qint64 time) const
+bool LogFilter::Wanted::isInTime(qint64 time, const LogClock &clock) const
 {
-    return LogLimit::isBetween(time, m_wanted.from, m_wanted.to, m_clock);
+    const auto isBeyond = [time, &clock](const std::optional<LogLimit> &limit, bool isLower) {
+        if (!limit)
+            return false;
+        const auto at = limit->in(clock);
+        return !at || (isLower ? time < *at : time > *at);
+    };
+    return !isBeyond(from, true) && !isBeyond(to, false);
 }
 
 bool LogFilter::isWanted(const TimelineEvent &event) const

@@ -1,6 +1,7 @@
 #ifndef LOGFILTER_H
 #define LOGFILTER_H
 
+#include "heard.h"
 #include "logclock.h"
 #include "timelineview.h"
 
@@ -19,9 +20,6 @@ public:
     /// ms of the timeline; empty where the log's clock has no such times.
     std::optional<qint64> in(const LogClock &clock) const;
 
-    /// Whether a time of the timeline lies between two limits, or where one is empty, on its side of the other.
-    static bool isBetween(qint64 time, const std::optional<LogLimit> &from, const std::optional<LogLimit> &to, const LogClock &clock);
-
 private:
     qint64 m_offset = 0;
     LogTime::Moment m_moment; // None for an offset
@@ -38,6 +36,9 @@ public:
         QStringList areas; ///< of areaNames(); empty for all
         QString source; ///< the platform's name or that of applications; empty for all
         bool tellsRefusals = false; ///< as notes, for a view that shows no calls
+
+        /// Whether the time, ms of the timeline, lies between the limits.
+        bool isInTime(qint64 time, const LogClock &clock) const;
     };
 
     /// @param shownBy outlives the filter
@@ -48,9 +49,6 @@ public:
     void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
     void finish(qint64 time) override;
 
-    /// Whether the time lies between the limits.
-    bool isInTime(qint64 time) const;
-
 private:
     bool isWanted(const TimelineEvent &event) const;
     bool isOfArea(const TimelineEvent &event) const;
@@ -59,6 +57,8 @@ private:
     TimelineView &m_view;
     const LogClock &m_clock;
     Wanted m_wanted;
+    Heard m_before; // what was heard before that which is shown first
+    bool m_hasBegun = false;
 };
 
 #endif

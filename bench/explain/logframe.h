@@ -17,6 +17,9 @@ struct LogFrame
     std::string_view program; ///< empty where it is not said
     quint64 line = 0; ///< in the log
 
+    /// For people: "player (812)", "process 812"; by the thread's number where the process's is not known.
+    QString writer(qint64 thread) const;
+
     // Where the log spells a text otherwise, the views above point here.
     std::string spelledText;
     std::string spelledProgram;

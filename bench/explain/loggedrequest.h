@@ -62,4 +62,8 @@ struct LoggedRequest
     qint64 time() const { return lines.constFirst().time; }
 };
 
+Q_DECLARE_TYPEINFO(LoggedCall, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(LoggedRequest::Line, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(LoggedRequest::Event, Q_MOVABLE_TYPE);
+
 #endif

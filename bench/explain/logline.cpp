@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <unordered_map>
 #include <vector>
 
 using LogLines::Form;
@@ -14,12 +15,27 @@ using LogLines::Row;
 namespace
 {
 
-constexpr std::string_view blanks = " \t\n\r";
+// By hand, since a search for one of several characters calls a function for each of the text's, and this is done for every line of a log.
+
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
+void skipBlanks(std::string_view &text)
+{
+    std::size_t count = 0;
+    while (count < text.size() && isBlank(text[count]))
+        ++count;
+    text.remove_prefix(count);
+}
 
 std::string_view trimmed(std::string_view text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    skipBlanks(text);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 bool startsWith(std::string_view text, std::string_view begin)
@@ -34,7 +50,7 @@ std::optional<Number> takeNumber(std::string_view &text, char alsoBefore = ' ')
     Number value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const auto taken = std::size_t(end - text.data());
-    const bool isWhole = error == std::errc() && (taken == text.size() || blanks.find(text[taken]) != std::string_view::npos || text[taken] == alsoBefore);
+    const bool isWhole = error == std::errc() && (taken == text.size() || isBlank(text[taken]) || text[taken] == alsoBefore);
     if (!isWhole)
         return {};
     text.remove_prefix(taken);
@@ -163,7 +179,7 @@ QVariant takeValue(char kind, std::string_view &text)
         return value ? QVariant(*value) : QVariant();
     }
     case 'p': {
-        const std::string_view word = text.substr(0, text.find_first_of(blanks));
+        const std::string_view word = text.substr(0, std::size_t(std::find_if(text.cbegin(), text.cend(), isBlank) - text.cbegin()));
         text.remove_prefix(word.size());
         return word.empty() ? QVariant() : QString::fromUtf8(word.data(), int(word.size()));
     }
@@ -172,24 +188,21 @@ QVariant takeValue(char kind, std::string_view &text)
     }
 }
 
-void skipBlanks(std::string_view &text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-}
-
 bool matches(std::string_view words, std::string_view text, QVector<QVariant> &values);
 
 /// A text that may hold anything, and behind it the words: it ends where they can begin first.
 bool takeRest(std::string_view words, std::string_view text, QVector<QVariant> &values)
 {
+    // Its text is made last: most places are not where it ends.
     const int index = values.size();
     for (std::size_t at = words.empty() ? text.size() : 0; at <= text.size(); ++at) {
         if (at > 0 && at < text.size() && text[at] != ' ')
             continue;
-        values.resize(index);
-        values.append(QString::fromUtf8(text.data(), int(at)));
-        if (matches(words, text.substr(at), values))
+        values.resize(index + 1);
+        if (matches(words, text.substr(at), values)) {
+            values[index] = QString::fromUtf8(text.data(), int(at));
             return true;
+        }
     }
     values.resize(index);
     return false;
@@ -216,59 +229,72 @@ bool matches(std::string_view words, std::string_view text, QVector<QVariant> &v
         } else {
             return false;
         }
-        if (!text.empty() && blanks.find(text.front()) == std::string_view::npos)
+        if (!text.empty() && !isBlank(text.front()))
             return false;
         skipBlanks(text);
     }
     return text.empty();
 }
 
-/// Indexes of the rows, by form and function, so that a line is compared with few of them.
+using Rows = std::vector<const Row *>;
+
+/// The rows by what a line says of itself, in their order, so that it is compared with few of them.
 class RowIndex
 {
 public:
     RowIndex()
     {
-        for (const Row &row : LogLines::rows)
-            m_rows.push_back(&row);
-        std::stable_sort(m_rows.begin(), m_rows.end(), isBefore);
+        for (const Row &row : LogLines::rows) {
+            OfForm &form = m_forms[std::size_t(row.form)];
+            if (row.function[0] != '\0') {
+                form.byFunction[row.function].push_back(&row);
+                continue;
+            }
+            for (std::size_t first = 0; first < characterCount; ++first) {
+                if (mayBegin(row, char(first)))
+                    form.byFirst[first].push_back(&row);
+            }
+        }
     }
 
-    std::pair<const Row *const *, const Row *const *> find(Form form, std::string_view function) const
+    /// @param first character of the text behind the function; NUL for none
+    const Rows &find(Form form, std::string_view function, char first) const
     {
-        const auto isLess
-            = [](const Row *row, const std::pair<Form, std::string_view> &wanted) { return std::pair(row->form, std::string_view(row->function)) < wanted; };
-        const auto isGreater
-            = [](const std::pair<Form, std::string_view> &wanted, const Row *row) { return wanted < std::pair(row->form, std::string_view(row->function)); };
-        const std::pair wanted(form, function);
-        const auto first = std::lower_bound(m_rows.cbegin(), m_rows.cend(), wanted, isLess);
-        const auto last = std::upper_bound(first, m_rows.cend(), wanted, isGreater);
-        return {m_rows.data() + (first - m_rows.cbegin()), m_rows.data() + (last - m_rows.cbegin())};
+        const OfForm &rows = m_forms[std::size_t(form)];
+        if (function.empty())
+            return rows.byFirst[std::size_t(first) % characterCount];
+        const auto found = rows.byFunction.find(function);
+        return found == rows.byFunction.end() ? m_none : found->second;
     }
+
+    static bool mayBegin(const Row &row, char first) { return row.words[0] == '%' || row.words[0] == first; }
 
 private:
-    static bool isBefore(const Row *one, const Row *other)
-    {
-        return std::pair(one->form, std::string_view(one->function)) < std::pair(other->form, std::string_view(other->function));
-    }
+    static constexpr std::size_t characterCount = 128;
+    static constexpr std::size_t formCount = std::size_t(Form::Service) + 1;
 
-    std::vector<const Row *> m_rows;
+    struct OfForm
+    {
+        std::unordered_map<std::string_view, Rows> byFunction;
+        std::array<Rows, characterCount> byFirst; // of the lines that do not say their function
+    };
+
+    std::array<OfForm, formCount> m_forms;
+    const Rows m_none;
 };
 
 std::optional<LogLine> describe(Form form, std::string_view function, std::string_view text)
 {
     static const RowIndex index;
-    const auto [first, last] = index.find(form, function);
-    LogLine line;
+    std::optional<LogLine> line(std::in_place);
     skipBlanks(text);
-    const char begin = text.empty() ? '\0' : text.front();
-    for (auto row = first; row != last; ++row) {
-        const char *const words = (*row)->words;
-        if (words[0] != '%' && words[0] != begin)
+    const char first = text.empty() ? '\0' : text.front();
+    for (const Row *const row : index.find(form, function, first)) {
+        if (!RowIndex::mayBegin(*row, first))
             continue;
-        line.values.clear();
-        if (matches(words, text, line.values)) {
-            line.row = *row;
+        line->values.clear();
+        if (matches(row->words, text, line->values)) {
+            line->row = row;
             return line;
         }
     }
@@ -279,8 +305,11 @@ std::optional<LogLine> describe(Form form, std::string_view function, std::strin
 std::string_view functionOf(std::string_view signature)
 {
     const std::string_view name = signature.substr(0, signature.find('('));
-    const std::size_t blank = name.find_last_of(" *&");
-    return blank == std::string_view::npos ? name : name.substr(blank + 1);
+    const auto isBefore = [](char character) { return character == ' ' || character == '*' || character == '&'; };
+    std::size_t begin = name.size();
+    while (begin > 0 && !isBefore(name[begin - 1]))
+        --begin;
+    return name.substr(begin);
 }
 
 /// "THREAD SIGNATURE LINE -- words"

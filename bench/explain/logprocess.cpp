@@ -39,6 +39,15 @@ bool isFollowed(Id id)
     return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
 }
 
+/// Whether an operation that only reads a setting of its own meanwhile would have gone on before.
+bool isApart(qint64 milliseconds)
+{
+    constexpr qint64 longest = 100;
+    constexpr qint64 second = 1000;
+    // A log may have whole seconds only.
+    return milliseconds > longest && milliseconds % second != 0;
+}
+
 bool isSame(const LogTime::Moment &one, const LogTime::Moment &other)
 {
     return one.clock == other.clock && one.milliseconds == other.milliseconds;
@@ -46,16 +55,16 @@ bool isSame(const LogTime::Moment &one, const LogTime::Moment &other)
 
 } // namespace
 
-LogProcess::Course LogProcess::add(const LogLine &line, const LogFrame &frame, qint64 time, std::optional<LoggedRequest> &ended)
+LogProcess::Course LogProcess::add(const LogLine &line, const LogFrame &frame, qint64 time, QVector<LoggedRequest> &ended)
 {
     if (isRepeated(line, frame))
         return Course::Repeats;
 
-    if (m_request && m_request->lines.size() < mostLines && time - m_lastTime <= longestPause && accept(line)) {
+    if (m_request && m_request->lines.size() < mostLines && time - m_lastTime <= longestPause && accept(line, time)) {
         append(line, frame, time, m_open.isEmpty() ? 0 : m_open.constLast().line);
         return Course::Continues;
     }
-    ended = finish();
+    finish(ended);
     const bool isRestart = line.id() == Id::ManagerStarts && m_isStarted;
     begin(line, frame, time);
     return isRestart ? Course::Restarts : Course::Begins;
@@ -82,7 +91,7 @@ bool LogProcess::isRepeated(const LogLine &line, const LogFrame &frame)
 }
 
 /// Closes the operations that the line cannot be part of. False where that is all of them; they are then left open.
-bool LogProcess::accept(const LogLine &line)
+bool LogProcess::accept(const LogLine &line, qint64 time)
 {
     const bool isOtherThread = line.thread != LogLine::unknown && m_request->first().thread != LogLine::unknown && line.thread != m_request->first().thread;
     if (isOtherThread)
@@ -92,7 +101,7 @@ bool LogProcess::accept(const LogLine &line)
     for (int i = m_open.size() - 1; i >= 0; --i) {
         const LogLine &parent = m_request->lines.at(m_open.at(i).line).line;
         const int position = LineGrammar::after(parent.id(), m_open.at(i).position, line.id());
-        if (position == LineGrammar::notThere || !isPlausible(m_open.at(i).line, line))
+        if (position == LineGrammar::notThere || !isPlausible(m_open.at(i).line, line, time))
             continue;
         m_open[i].position = position;
         m_open.resize(i + 1);
@@ -102,7 +111,7 @@ bool LogProcess::accept(const LogLine &line)
 }
 
 /// Whether a line that may be part of an operation is part of this one, by what it says and what came before it.
-bool LogProcess::isPlausible(int index, const LogLine &line) const
+bool LogProcess::isPlausible(int index, const LogLine &line, qint64 time) const
 {
     const LogLine &parent = m_request->lines.at(index).line;
     const LogLine &last = m_request->lines.constLast().line;
@@ -146,7 +155,12 @@ bool LogProcess::isPlausible(int index, const LogLine &line) const
         return parent.id() != Id::UpdateAudioChannel || last.id() == Id::EqualizerReset || m_isFirstChannel;
     case Id::SetEqType:
         // At the top it may be a question and then an answer to it.
-        return parent.id() != Id::EqType || m_open.size() > 1 || m_equalizerType == LoggedRequest::none || m_equalizerType == line.number(0);
+        if (parent.id() != Id::EqType || m_open.size() > 1)
+            return true;
+        return !isApart(time - m_lastTime) && (m_equalizerType == LoggedRequest::none || m_equalizerType == line.number(0));
+    case Id::IsAttOn:
+        // A mute that is on already leaves no line, one that is to last asks.
+        return parent.id() != Id::SetAudioMute || !parent.isTrue(0) || !isApart(time - m_lastTime);
     default:
         return true;
     }
@@ -182,16 +196,13 @@ void LogProcess::begin(const LogLine &line, const LogFrame &frame, qint64 time)
 void LogProcess::append(const LogLine &line, const LogFrame &frame, qint64 time, int parent)
 {
     m_lastTime = time;
-    LoggedRequest::Line added;
-    added.line = line;
-    added.number = frame.line;
-    added.time = time;
-    added.parent = parent;
-    if (line.isError() || parent == LoggedRequest::none)
-        added.text = textOf(frame);
+    if (line.id() == Id::GetVolume && parent != LoggedRequest::none) {
+        m_questionMoment = frame.time;
+        m_questionText = textOf(frame);
+    }
     const int index = m_request->lines.size();
     const int callsBefore = m_request->calls.size();
-    m_request->lines.append(added);
+    m_request->lines.append({line, frame.line, time, parent, line.isError() || parent == LoggedRequest::none ? textOf(frame) : QString()});
     // A line that goes on with the same operation, such as the next of a list, opens none.
     const bool isNext = parent != LoggedRequest::none && m_request->lines.at(parent).line.id() == line.id();
     if (!LineGrammar::isAnywhere(line.id()) && !isNext)
@@ -252,10 +263,33 @@ QString LogProcess::textOf(const LogFrame &frame)
     return QString::fromUtf8(frame.text.data(), int(frame.text.size()));
 }
 
-std::optional<LoggedRequest> LogProcess::finish()
+void LogProcess::finish(QVector<LoggedRequest> &ended)
 {
-    if (m_request)
-        m_request->statusAfter = m_status;
+    if (!m_request)
+        return;
+    const std::optional<LoggedRequest> question = takeQuestion();
+    m_request->statusAfter = m_status;
+    ended.append(std::move(*m_request));
+    m_request.reset();
+    if (question)
+        ended.append(*question);
     m_open.clear();
-    return std::exchange(m_request, std::nullopt);
+}
+
+/// A key that has an effect asks for the volume and goes on. Where it does not, somebody else asked.
+std::optional<LoggedRequest> LogProcess::takeQuestion()
+{
+    const bool isThere = m_request->first().id() == Id::UpdateCurrentAudioVolume && m_request->lines.constLast().line.id() == Id::GetVolume;
+    if (!isThere)
+        return {};
+    LoggedRequest question;
+    question.moment = m_questionMoment;
+    question.process = m_request->process;
+    question.program = m_request->program;
+    question.statusBefore = m_status;
+    question.statusAfter = m_status;
+    question.lines.append(m_request->lines.takeLast());
+    question.lines.first().parent = LoggedRequest::none;
+    question.lines.first().text = m_questionText;
+    return question;
 }

@@ -25,11 +25,11 @@ public:
 
     /**
      * @param time in ms of the timeline
-     * @param ended receives the request that ends before this line
+     * @param ended receives the requests that end before this line: mostly none or one, two where the last line of one was another
      */
-    Course add(const LogLine &line, const LogFrame &frame, qint64 time, std::optional<LoggedRequest> &ended);
+    Course add(const LogLine &line, const LogFrame &frame, qint64 time, QVector<LoggedRequest> &ended);
     /// Ends what is open.
-    std::optional<LoggedRequest> finish();
+    void finish(QVector<LoggedRequest> &ended);
     bool isOpen() const { return m_request.has_value(); }
     /// Whether the line that came last is of another thread than the audio manager's lines before it.
     bool isOfSecondThread() const { return m_isOfSecondThread; }
@@ -46,11 +46,12 @@ private:
     };
 
     bool isRepeated(const LogLine &line, const LogFrame &frame);
-    bool accept(const LogLine &line);
-    bool isPlausible(int index, const LogLine &line) const;
+    bool accept(const LogLine &line, qint64 time);
+    bool isPlausible(int index, const LogLine &line, qint64 time) const;
     int countOf(int index) const;
     void begin(const LogLine &line, const LogFrame &frame, qint64 time);
     void append(const LogLine &line, const LogFrame &frame, qint64 time, int parent);
+    std::optional<LoggedRequest> takeQuestion();
     void learn(const LogLine &line);
     void learnThread(const LogLine &line);
     static QString textOf(const LogFrame &frame);
@@ -58,6 +59,8 @@ private:
     std::optional<LoggedRequest> m_request;
     QVector<Open> m_open; // the innermost last
     CallReading m_calls;
+    LogTime::Moment m_questionMoment; // of the line by which a key asks for the volume
+    QString m_questionText;
     qint64 m_lastTime = 0;
     std::string m_lastText;
     LogTime::Moment m_lastMoment;

@@ -24,7 +24,11 @@ constexpr quint64 idleLines = 200;
 
 bool isUtf8(std::string_view text)
 {
-    if (std::none_of(text.cbegin(), text.cend(), [](char character) { return static_cast<signed char>(character) < 0; }))
+    // Without a way out of the loop, so that the compiler looks at many at a time: almost every line is ASCII.
+    char all = 0;
+    for (const char character : text)
+        all = char(all | character);
+    if (static_cast<signed char>(all) >= 0)
         return true;
     QTextCodec::ConverterState state;
     QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), int(text.size()), &state);
@@ -38,16 +42,6 @@ QString lengthText(qint64 milliseconds)
     return milliseconds >= 2 * hour ? QStringLiteral("%1 h").arg(milliseconds / hour) : QStringLiteral("%1 min").arg(milliseconds / minute);
 }
 
-/// Whom the log speaks of: "player (812)", "812"
-QString whoText(const LogLine &line, const LogFrame &frame)
-{
-    QString program = QString::fromUtf8(frame.program.data(), int(frame.program.size()));
-    const qint64 number = frame.process != LogFrame::unknown ? frame.process : line.thread;
-    if (number == LogFrame::unknown)
-        return program;
-    return program.isEmpty() ? QStringLiteral("process %1").arg(number) : QStringLiteral("%1 (%2)").arg(program).arg(number);
-}
-
 QString joined(const QStringList &texts)
 {
     QStringList filled = texts;
@@ -55,58 +49,12 @@ QString joined(const QStringList &texts)
     return filled.join(QStringLiteral(", "));
 }
 
-bool isOfFocus(Id id)
-{
-    constexpr Id ids[] = {
-        Id::FocusListenerThrew,
-        Id::FocusHintInvalid,
-        Id::FocusServiceTells,
-        Id::FocusRequestInvalid,
-        Id::FocusGained,
-        Id::FocusLost,
-        Id::FocusDumped,
-        Id::FocusDumpBegins,
-        Id::FocusEntryRemoved,
-        Id::ServiceCallBegins,
-        Id::ServiceCallEnds,
-        Id::ServiceSays,
-    };
-    return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
-}
-
-/// Empty for a line that another one says as well.
-QString focusText(const LogLine &line)
-{
-    const auto quoted = [&line](int index) -> QString { return QLatin1Char('"') + line.text(index) + QLatin1Char('"'); };
-    switch (line.id()) {
-    case Id::FocusGained:
-        return QStringLiteral("%1 has focus again").arg(quoted(1));
-    case Id::FocusLost:
-        return QStringLiteral("%1 loses focus: %2").arg(quoted(1), line.text(0));
-    case Id::FocusEntryRemoved:
-        return QStringLiteral("%1 is removed from the stack, or asks again").arg(quoted(0));
-    case Id::FocusHintInvalid:
-        return QStringLiteral("a request with an invalid hint is denied");
-    case Id::FocusRequestInvalid:
-        return QStringLiteral("an invalid request, %1").arg(line.number(0));
-    case Id::FocusListenerThrew:
-        return QStringLiteral("the listener of %1 threw an exception, too").arg(quoted(0));
-    case Id::FocusDumped:
-        return QStringLiteral("on the stack: %1 with %2, lost %3, stream %4").arg(quoted(0), line.text(1), line.text(2)).arg(line.number(3));
-    case Id::FocusDumpBegins:
-        return QStringLiteral("on the stack: %1").arg(quoted(0));
-    case Id::ServiceCallBegins:
-        return QStringLiteral("a call has focus, from %1").arg(line.text(0));
-    case Id::ServiceCallEnds:
-        return QStringLiteral("the call has no focus any more, from %1").arg(line.text(0));
-    case Id::ServiceSays:
-        return QStringLiteral("the service says: %1").arg(line.text(0));
-    default:
-        return {};
-    }
-}
-
 } // namespace
+
+void LogStoryListener::focus(const FocusChange &change)
+{
+    note(change.time, change.line, QStringLiteral("focus: ") + change.text);
+}
 
 LogStory::LogStory(LogFrames &frames, LogClock &clock, LogStoryListener &listener)
     : m_frames(frames)
@@ -151,6 +99,7 @@ void LogStory::addFrame(const LogFrame &frame)
         note(frame.line, reading.jump);
     }
     if (reading.isReboot) {
+        noteFocus(m_focus.finish(reading.time));
         m_listener.heading(reading.time, frame.line, QStringLiteral("The system starts again"));
         m_listener.reboot();
     }
@@ -159,7 +108,7 @@ void LogStory::addFrame(const LogFrame &frame)
 
 void LogStory::addLine(const LogLine &line, const LogFrame &frame, const LogClock::Reading &reading)
 {
-    if (isOfFocus(line.id()))
+    if (LogFocus::isOfFocus(line.id()))
         tellFocus(line, frame, reading.time);
     else
         addToProcess(line, frame, reading);
@@ -167,16 +116,22 @@ void LogStory::addLine(const LogLine &line, const LogFrame &frame, const LogCloc
 
 void LogStory::tellFocus(const LogLine &line, const LogFrame &frame, qint64 time)
 {
-    const QString text = focusText(line);
-    if (text.isEmpty())
+    const std::optional<FocusChange> change = m_focus.add(line, frame, time);
+    if (!change)
         return;
     // Whoever is told of a change answers with requests of his own: what came before has ended.
     if (line.thread != LogLine::unknown) {
-        const auto process = m_processes.find(keyOf(line, frame));
-        if (process != m_processes.end())
-            end(*process);
+        const auto writer = m_writers.find(keyOf(line, frame));
+        if (writer != m_writers.end())
+            end(writer->process);
     }
-    m_notes.append({time, frame.line, QStringLiteral("focus: ") + text});
+    noteFocus({*change});
+}
+
+void LogStory::noteFocus(const QVector<FocusChange> &changes)
+{
+    for (const FocusChange &change : changes)
+        m_notes.append({change.time, change.line, {}, change});
     if (!isOpen())
         tellNotes();
 }
@@ -184,12 +139,12 @@ void LogStory::tellFocus(const LogLine &line, const LogFrame &frame, qint64 time
 void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const LogClock::Reading &reading)
 {
     const qint64 key = keyOf(line, frame);
-    LogProcess &process = processOf(key);
-    m_lastUnderstood[key] = m_understood;
-    std::optional<LoggedRequest> ended;
+    Writer &writer = writerOf(key);
+    writer.lastUnderstood = m_understood;
+    LogProcess &process = writer.process;
+    QVector<LoggedRequest> ended;
     const LogProcess::Course course = process.add(line, frame, reading.time, ended);
-    if (ended)
-        tell(*ended);
+    tell(ended);
     switch (course) {
     case LogProcess::Course::Continues:
         break;
@@ -199,6 +154,8 @@ void LogStory::addToProcess(const LogLine &line, const LogFrame &frame, const Lo
     case LogProcess::Course::Begins:
     case LogProcess::Course::Restarts:
         endOthers(key);
+        if (course == LogProcess::Course::Restarts)
+            noteFocus(m_focus.finish(key, reading.time));
         tellNotes();
         tellBeginning(line, frame, course, reading);
         break;
@@ -212,10 +169,10 @@ void LogStory::tellBeginning(const LogLine &line, const LogFrame &frame, LogProc
     QStringList texts;
     if (line.id() == Id::ManagerStarts) {
         const bool isAgain = course == LogProcess::Course::Restarts || m_hasStarted;
-        texts = QStringList{isAgain ? QStringLiteral("The audio starts again") : QStringLiteral("The audio starts"), whoText(line, frame)};
+        texts = QStringList{isAgain ? QStringLiteral("The audio starts again") : QStringLiteral("The audio starts"), frame.writer(line.thread)};
         m_hasStarted = true;
     } else if (!m_hasBegun) {
-        texts = QStringList{QStringLiteral("The log begins while the audio is on already"), whoText(line, frame)};
+        texts = QStringList{QStringLiteral("The log begins while the audio is on already"), frame.writer(line.thread)};
     } else if (reading.pause >= longPause) {
         texts = QStringList(QStringLiteral("After %1 without a line").arg(lengthText(reading.pause)));
     }
@@ -230,45 +187,51 @@ qint64 LogStory::keyOf(const LogLine &line, const LogFrame &frame)
     if (frame.process != LogFrame::unknown) {
         m_lastKey = frame.process;
     } else if (line.thread != LogLine::unknown) {
-        if (m_lastKey == LogFrame::unknown && m_processes.contains(m_lastKey))
-            m_processes.insert(line.thread, m_processes.take(m_lastKey));
+        if (m_lastKey == LogFrame::unknown && m_writers.contains(m_lastKey)) {
+            m_writers.insert(line.thread, m_writers.take(m_lastKey));
+            m_lastWriter = nullptr;
+        }
         m_lastKey = line.thread;
     }
     return m_lastKey;
 }
 
-LogProcess &LogStory::processOf(qint64 key)
+LogStory::Writer &LogStory::writerOf(qint64 key)
 {
-    if (!m_processes.contains(key) && m_processes.size() >= mostProcesses) {
+    if (m_lastWriter && m_lastWriterKey == key)
+        return *m_lastWriter;
+    if (!m_writers.contains(key) && m_writers.size() >= mostProcesses) {
         const auto oldest = std::min_element(
-            m_processes.begin(), m_processes.end(), [](const LogProcess &one, const LogProcess &other) { return one.lastTime() < other.lastTime(); });
-        end(*oldest);
-        m_lastUnderstood.remove(oldest.key());
-        m_processes.erase(oldest);
+            m_writers.begin(), m_writers.end(), [](const Writer &one, const Writer &other) { return one.process.lastTime() < other.process.lastTime(); });
+        end(oldest->process);
+        m_writers.erase(oldest);
     }
-    return m_processes[key];
+    m_lastWriterKey = key;
+    m_lastWriter = &m_writers[key];
+    return *m_lastWriter;
 }
 
 /// A request of another process that stays open would be told much too late. One that may go on is left alone.
 void LogStory::endOthers(qint64 key)
 {
-    for (auto process = m_processes.begin(); process != m_processes.end(); ++process) {
-        const bool isIdle = m_clock.now() - process->lastTime() > idleTime || m_understood - m_lastUnderstood.value(process.key()) > idleLines;
-        if (process.key() != key && isIdle)
-            end(*process);
+    for (auto writer = m_writers.begin(); writer != m_writers.end(); ++writer) {
+        const bool isIdle = m_clock.now() - writer->process.lastTime() > idleTime || m_understood - writer->lastUnderstood > idleLines;
+        if (writer.key() != key && isIdle)
+            end(writer->process);
     }
 }
 
 void LogStory::end(LogProcess &process)
 {
-    if (const auto ended = process.finish())
-        tell(*ended);
+    QVector<LoggedRequest> ended;
+    process.finish(ended);
+    tell(ended);
 }
 
 void LogStory::pause()
 {
-    for (LogProcess &process : m_processes)
-        end(process);
+    for (Writer &writer : m_writers)
+        end(writer.process);
     tellNotes();
 }
 
@@ -284,6 +247,7 @@ void LogStory::finish()
         const QString more = QStringLiteral("%1 more").arg(oddity.value() - toldOddities);
         odd(oddity.key(), 0, more);
     }
+    noteFocus(m_focus.finish(m_clock.now()));
     tellNotes();
 }
 
@@ -314,26 +278,31 @@ void LogStory::odd(Oddity oddity, quint64 line, const QString &text)
 void LogStory::note(quint64 line, const QString &text)
 {
     if (m_notes.size() < mostNotes)
-        m_notes.append({m_clock.now(), line, text});
+        m_notes.append({m_clock.now(), line, text, {}});
     if (!isOpen())
         tellNotes();
 }
 
-void LogStory::tell(const LoggedRequest &request)
+void LogStory::tell(const QVector<LoggedRequest> &ended)
 {
-    m_listener.request(request);
-    if (!isOpen())
+    for (const LoggedRequest &request : ended)
+        m_listener.request(request);
+    if (!ended.isEmpty() && !isOpen())
         tellNotes();
 }
 
 void LogStory::tellNotes()
 {
     const QVector<Note> notes = std::exchange(m_notes, {});
-    for (const Note &each : notes)
-        m_listener.note(each.time, each.line, each.text);
+    for (const Note &each : notes) {
+        if (each.focus)
+            m_listener.focus(*each.focus);
+        else
+            m_listener.note(each.time, each.line, each.text);
+    }
 }
 
 bool LogStory::isOpen() const
 {
-    return std::any_of(m_processes.cbegin(), m_processes.cend(), [](const LogProcess &process) { return process.isOpen(); });
+    return std::any_of(m_writers.cbegin(), m_writers.cend(), [](const Writer &writer) { return writer.process.isOpen(); });
 }

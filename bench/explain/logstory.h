@@ -2,6 +2,7 @@
 #define LOGSTORY_H
 
 #include "logclock.h"
+#include "logfocus.h"
 #include "logframes.h"
 #include "logprocess.h"
 #include "logsource.h"
@@ -18,8 +19,10 @@ public:
     virtual ~LogStoryListener() = default;
 
     virtual void request(const LoggedRequest &request) = 0;
-    /// What was noticed in the log that is no request: by whom focus was lost, a line that is cut.
+    /// What was noticed in the log that is no request: a line that is cut.
     virtual void note(qint64 time, quint64 line, const QString &text) = 0;
+    /// Something happened to focus. A note, for whoever does not want to know it closer.
+    virtual void focus(const FocusChange &change);
     /// Another part of the log: where it begins, where the unit starts again, what comes after a pause.
     virtual void heading(qint64 time, quint64 line, const QString &text) = 0;
     /// The unit was without power.
@@ -66,29 +69,40 @@ private:
         qint64 time;
         quint64 line;
         QString text;
+        std::optional<FocusChange> focus; ///< instead of a text
+    };
+
+    /// Who wrote the log, or one of them.
+    struct Writer
+    {
+        LogProcess process;
+        quint64 lastUnderstood = 0; ///< of the lines the last one that was of it
     };
 
     void addFrame(const LogFrame &frame);
     void addLine(const LogLine &line, const LogFrame &frame, const LogClock::Reading &reading);
     void addToProcess(const LogLine &line, const LogFrame &frame, const LogClock::Reading &reading);
     void tellFocus(const LogLine &line, const LogFrame &frame, qint64 time);
+    void noteFocus(const QVector<FocusChange> &changes);
     void tellBeginning(const LogLine &line, const LogFrame &frame, LogProcess::Course course, const LogClock::Reading &reading);
     qint64 keyOf(const LogLine &line, const LogFrame &frame);
-    LogProcess &processOf(qint64 key);
+    Writer &writerOf(qint64 key);
     void endOthers(qint64 key);
     void end(LogProcess &process);
     void odd(Oddity oddity, quint64 line, const QString &text = {});
     void note(quint64 line, const QString &text);
-    void tell(const LoggedRequest &request);
+    void tell(const QVector<LoggedRequest> &ended);
     void tellNotes();
     bool isOpen() const;
 
     LogFrames &m_frames;
     LogClock &m_clock;
     LogStoryListener &m_listener;
-    QHash<qint64, LogProcess> m_processes; // by number, else by the number of their thread
-    QHash<qint64, quint64> m_lastUnderstood; // of the lines, the last one of a process
+    QHash<qint64, Writer> m_writers; // by number of the process, else of the thread
     qint64 m_lastKey = LogFrame::unknown;
+    Writer *m_lastWriter = nullptr; // the one that was asked for last, and its key
+    qint64 m_lastWriterKey = LogFrame::unknown;
+    LogFocus m_focus;
     QVector<Note> m_notes; // that wait until the request ends in which they came
     QMap<Oddity, quint64> m_oddities;
     quint64 m_understood = 0;

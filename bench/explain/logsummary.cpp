@@ -1,5 +1,6 @@
 #include "logsummary.h"
 
+#include "console.h"
 #include "policytext.h"
 
 #include "objectkind.h"
@@ -12,6 +13,9 @@ using LogLines::Id;
 
 namespace
 {
+
+/// More than a unit has. The others are not listed.
+constexpr int mostFocusClients = 256;
 
 /// Operations that store what they were given.
 constexpr Id savers[] = {
@@ -64,8 +68,31 @@ void LogSummary::Range::add(int value)
     ++count;
 }
 
-void LogSummary::add(const LoggedRequest &request)
+LogSummary::LogSummary(const LogClock &clock, const LogFilter::Wanted &wanted)
+    : m_clock(clock)
+    , m_wanted(wanted)
 {
+}
+
+void LogSummary::note(qint64 time, quint64 /*line*/, const QString & /*text*/)
+{
+    m_now = std::max(m_now, time);
+}
+
+void LogSummary::heading(qint64 time, quint64 /*line*/, const QString & /*text*/)
+{
+    m_now = std::max(m_now, time);
+}
+
+void LogSummary::reboot()
+{
+}
+
+void LogSummary::request(const LoggedRequest &request)
+{
+    m_now = std::max(m_now, request.calls.isEmpty() ? request.time() : request.calls.constLast().time);
+    if (!m_wanted.isInTime(request.time(), m_clock))
+        return;
     ++m_requests;
     for (const LoggedRequest::Line &line : request.lines)
         addLine(line);
@@ -75,6 +102,20 @@ void LogSummary::add(const LoggedRequest &request)
     }
     if (request.statusAfter != m_status)
         holdStatus(request.statusAfter, request.time());
+}
+
+void LogSummary::focus(const FocusChange &change)
+{
+    m_now = std::max(m_now, change.time);
+    if (!m_wanted.isInTime(change.time, m_clock))
+        return;
+    if (change.kind == FocusChange::Kind::InTheEnd && m_focusInTheEnd.size() < mostFocusClients)
+        m_focusInTheEnd.append(change.text);
+    const bool isCounted = change.kind == FocusChange::Kind::Lost || change.kind == FocusChange::Kind::Regained;
+    if (!isCounted || (!m_focus.contains(change.client) && m_focus.size() >= mostFocusClients))
+        return;
+    Focus &focus = m_focus[change.client];
+    ++(change.kind == FocusChange::Kind::Lost ? focus.losses : focus.returns);
 }
 
 void LogSummary::addLine(const LoggedRequest::Line &line)
@@ -109,9 +150,9 @@ void LogSummary::holdStatus(int status, qint64 time)
     m_statusSince = time;
 }
 
-void LogSummary::finish(qint64 time)
+void LogSummary::finish()
 {
-    holdStatus(m_status, time);
+    holdStatus(m_status, m_now);
 }
 
 QString LogSummary::toText() const
@@ -129,6 +170,13 @@ QString LogSummary::toText() const
         text += row(statusText(status.key()), durationText(status.value()));
     text += QStringLiteral("Saves\n") + row(QStringLiteral("asked for"), QString::number(m_saves))
         + row(QStringLiteral("with a complaint"), QString::number(m_blockedSaves));
+    if (!m_focus.isEmpty() || !m_focusInTheEnd.isEmpty())
+        text += QStringLiteral("Focus\n");
+    for (auto client = m_focus.cbegin(); client != m_focus.cend(); ++client)
+        text += row(QLatin1Char('"') + Console::printable(client.key()) + QLatin1Char('"'),
+                    QStringLiteral("lost %1, had again %2").arg(timesText(client->losses), timesText(client->returns)));
+    for (const QString &end : m_focusInTheEnd)
+        text += QStringLiteral("  %1\n").arg(Console::printable(end));
     text += QStringLiteral("Refused by the platform\n");
     for (auto operation = m_refusals.cbegin(); operation != m_refusals.cend(); ++operation) {
         for (auto code = operation->cbegin(); code != operation->cend(); ++code)

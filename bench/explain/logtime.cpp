@@ -21,6 +21,11 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t';
+}
+
 /// Empty for a date that there is not.
 std::optional<qint64> dayOf(int year, int month, int day)
 {
@@ -69,13 +74,19 @@ bool Reader::skip(char character)
 
 void Reader::skipBlanks()
 {
-    m_rest.remove_prefix(std::min(m_rest.find_first_not_of(" \t"), m_rest.size()));
+    std::size_t count = 0;
+    while (count < m_rest.size() && isBlank(m_rest[count]))
+        ++count;
+    skip(count);
 }
 
 std::string_view Reader::word()
 {
-    const std::string_view word = m_rest.substr(0, m_rest.find_first_of(" \t"));
-    m_rest.remove_prefix(word.size());
+    std::size_t count = 0;
+    while (count < m_rest.size() && !isBlank(m_rest[count]))
+        ++count;
+    const std::string_view word = m_rest.substr(0, count);
+    skip(count);
     return word;
 }
 

@@ -84,13 +84,23 @@ void BenchExplainTest::viewsShowTheDrive_data()
         "                   /flash/a.ini cannot be written: full\n"
         "            refused: Volume.setTrackVolume(\"main\", \"S+BtPcmPhone\", 78) -> 7 (refused by the\n"
         "            platform)\n"
-        "  0:04.000  focus: \"music\" loses focus: LOSS\n");
+        "  0:04.000  focus: \"music\" loses focus: LOSS\n"
+        "            focus: in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never\n"
+        "            given back\n"
+        "            focus: in the end without focus: \"music\" since 5.000 s (LOSS)\n");
     row("-v --from +1s --to +1.9s",
         "  0:01.000  AudioPolicy.updateAudioChannel(FilePlayer)\n"
         "                Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 0\n");
     row("-v --from 4.0 --to 4.5",
+        "  0:03.000  heard: file player silent\n"
         "  0:03.000  AudioPolicy.setMicInputValue(12)\n"
         "                Volume.setMicVolume(12) -> 0\n");
+    row("--from 4.0",
+        "  0:03.000  heard  file player silent\n"
+        "  0:04.000  focus: \"music\" loses focus: LOSS\n"
+        "            focus: in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never\n"
+        "            given back\n"
+        "            focus: in the end without focus: \"music\" since 5.000 s (LOSS)\n");
     row("-v --only microphone",
         "\n"
         "  0:00.000  The audio starts, process 9, 1.000 s\n"
@@ -99,7 +109,17 @@ void BenchExplainTest::viewsShowTheDrive_data()
     row("-v --only routing,focus --from +0.5s",
         "  0:01.000  AudioPolicy.updateAudioChannel(FilePlayer)\n"
         "                Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 0\n"
-        "            focus: \"music\" loses focus: LOSS\n");
+        "            focus: \"music\" loses focus: LOSS\n"
+        "            focus: in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never\n"
+        "                given back\n"
+        "            focus: in the end without focus: \"music\" since 5.000 s (LOSS)\n");
+    row("--only focus",
+        "\n"
+        "  0:00.000  The audio starts, process 9, 1.000 s\n"
+        "  0:04.000  focus: \"music\" loses focus: LOSS\n"
+        "  0:04.000  focus: in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never\n"
+        "            given back\n"
+        "  0:04.000  focus: in the end without focus: \"music\" since 5.000 s (LOSS)\n");
     row("-v --source S+FilePlayer_APP --from +0.5s",
         "  0:01.000  AudioPolicy.updateAudioChannel(FilePlayer)\n"
         "                Source.setOutputSource(\"main\", \"S+FilePlayer\") -> 0\n");
@@ -118,6 +138,10 @@ void BenchExplainTest::viewsShowTheDrive_data()
         "Saves\n"
         "  asked for                  2\n"
         "  with a complaint           1\n"
+        "Focus\n"
+        "  \"music\"                    lost once, had again 0 times\n"
+        "  in the end somebody unknown has focus, taken from \"music\" (5.000 s) and never given back\n"
+        "  in the end without focus: \"music\" since 5.000 s (LOSS)\n"
         "Refused by the platform\n"
         "  Volume.setTrackVolume      once with 7\n");
     row("--json --from +3s --to +3s",

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void timeGoesForward();
     void limitsAreFound_data();
     void limitsAreFound();
+    void aClockThatIsSetHasStretches_data();
+    void aClockThatIsSetHasStretches();
     void limitsMayNotFit_data();
     void limitsMayNotFit();
     void otherTextIsNoLimit_data();
@@ -105,6 +107,41 @@ void LogClockTest::limitsAreFound()
     QVERIFY(limit.has_value());
     QVERIFY(limit->in(clock).has_value());
     QTEST(*limit->in(clock), "time");
+}
+
+void LogClockTest::aClockThatIsSetHasStretches_data()
+{
+    QTest::addColumn<QVector<QByteArray>>("moments");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("time");
+
+    const auto row = [](const char *name, const QVector<QByteArray> &moments, const char *text, qint64 time) {
+        QTest::newRow(name) << moments << QString::fromLatin1(text) << time;
+    };
+    const QVector<QByteArray> set{"1970-01-01 00:00:05", "1970-01-01 00:01:05", "2026-11-22 12:00:00", "2026-11-22 12:10:00"};
+    row("behind the leap", set, "2026-11-22 12:03:00", 4 * minute);
+    row("a daytime behind the leap", set, "12:03:00", 4 * minute);
+    row("before the leap", set, "1970-01-01 00:00:35", 30 * second);
+    row("leapt over", set, "2000-01-01 00:00:00", minute);
+    row("before all", set, "1969-12-31 23:59:59", -6 * second);
+    row("behind all", set, "2026-11-22 13:00:00", 61 * minute);
+    const QVector<QByteArray> setBack{"2026-11-22 12:00:00", "2026-11-22 13:00:00", "2026-11-22 12:10:00", "2026-11-22 14:00:00"};
+    row("twice", setBack, "2026-11-22 12:30:00", 30 * minute);
+    row("a daytime twice", setBack, "12:30", 30 * minute);
+    row("later than what was set back", setBack, "2026-11-22 13:05:00", hour + 55 * minute);
+    row("where it was set back", setBack, "13:00", hour);
+    row("the next day's, too", {"2026-11-22 12:00:00", "2026-11-23 13:00:00"}, "12:30", 30 * minute);
+    row("the new year", {"2023-12-31 23:00:00", "2024-01-01 01:00:00"}, "00:30", 90 * minute);
+}
+
+void LogClockTest::aClockThatIsSetHasStretches()
+{
+    QFETCH(const QVector<QByteArray>, moments);
+    QFETCH(const QString, text);
+    LogClock clock;
+    for (const QByteArray &moment : moments)
+        clock.read(calendar(moment.constData()));
+    QTEST(LogLimit::read(text)->in(clock).value_or(0), "time");
 }
 
 void LogClockTest::limitsMayNotFit_data()

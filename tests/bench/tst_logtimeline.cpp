@@ -256,6 +256,8 @@ private Q_SLOTS:
     void aPlayedScenarioIsExplained();
     void anyDriveIsExplained_data();
     void anyDriveIsExplained();
+    void whatIsNotWrittenIsAsSent_data();
+    void whatIsNotWrittenIsAsSent();
     void neighboursAreToldApart_data();
     void neighboursAreToldApart();
     void whatIsHeardIsTheSame_data();
@@ -410,6 +412,62 @@ void LogTimelineTest::anyDriveIsExplained()
     QVERIFY(!explained.requests.contains(QLatin1String(unspelled)));
 }
 
+void LogTimelineTest::whatIsNotWrittenIsAsSent_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<int>("least");
+
+    const QByteArray refusing = "powerOn();\n"
+                                "Platform.fail(\"Volume.setTrackVolume\", 7);\n"
+                                "Platform.fail(\"Volume.setAlterTrackVolume\", 9);\n";
+    QTest::newRow("refused volumes") << refusing + R"(
+        for (const volume of [0, 5, 13, 24, 25, 37, 40])
+            for (let type = 0; type < 6; ++type) {
+                AudioPolicy.setVolume(type, volume, false);
+                wait(1000);
+            })" << QStringLiteral("Volume.set")
+                                     << 150;
+    QTest::newRow("refused volumes of statuses") << refusing + R"(
+        for (const volume of [5, 13, 24, 40]) {
+            for (let type = 0; type < 6; ++type)
+                AudioPolicy.setVolume(type, volume, true);
+            for (let status = -1; status < 21; ++status) {
+                AudioPolicy.updateAudioStatus(status);
+                wait(1000);
+            }
+        })" << QStringLiteral("Volume.set") << 150;
+    QTest::newRow("steps of a group") << QByteArray(R"(powerOn();
+        for (let channel = 0; channel < 21; ++channel) {
+            AudioPolicy.updateAudioChannel(channel);
+            AudioControl.changeMainTrackStepVolume(true);
+            AudioControl.changeMainTrackStepVolume(false);
+        })") << QStringLiteral("Volume.set")
+                                      << 40;
+    QTest::newRow("microphone amplifiers at the start") << QByteArray(R"(powerOn();
+        for (const gain of [-3, 0, 4, 6, 8.5, 9, 11, 12, 17, 19.5, 21, 25, 27.5, 29, 30, 35, 38, 40, 46, 60]) {
+            AudioPolicy.setMicAnalogGain(gain, gain);
+            powerOff();
+            powerOn();
+        })") << QStringLiteral("Volume.setMic") << 40;
+}
+
+/// Where a line does not say what the platform was sent, it follows from the library's tables.
+void LogTimelineTest::whatIsNotWrittenIsAsSent()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const QString, operation);
+    QFETCH(const int, least);
+    const Told played = play(write("drive.js", scenario));
+    const Told explained = explain(written(played.log, kernelText));
+    // Nor is how the HiCar call's own volume went.
+    const QRegularExpression notWritten(QStringLiteral("(hicar.*) -> \\d"));
+    const QStringList expected = textsOf(played.calls).filter(operation).replaceInStrings(notWritten, QStringLiteral("\\1"));
+    const QStringList told = textsOf(explained.calls).filter(operation).replaceInStrings(notWritten, QStringLiteral("\\1"));
+    QVERIFY2(expected.size() >= least, qPrintable(QString::number(expected.size())));
+    QCOMPARE(told, expected);
+}
+
 void LogTimelineTest::neighboursAreToldApart_data()
 {
     QTest::addColumn<QStringList>("lines");
@@ -436,6 +494,27 @@ void LogTimelineTest::neighboursAreToldApart_data()
                                             << QStringList{QStringLiteral("AudioPolicy.setEqType(3)"),
                                                            QStringLiteral("AudioPolicy.eqType()"),
                                                            QStringLiteral("AudioPolicy.setEqType(4)")};
+    const auto at = [](const char *time, const QString &line) -> QString { return QStringLiteral("[%1] %2").arg(QLatin1String(time), line); };
+    QTest::newRow("the stored equalizer type, asked for a while before it is set")
+        << QStringList{at("1.000", setEqType.arg(3)), at("2.000", eqType), at("2.500", setEqType.arg(3))}
+        << QStringList{QStringLiteral("AudioPolicy.setEqType(3)"), QStringLiteral("AudioPolicy.eqType()"), QStringLiteral("AudioPolicy.setEqType(3)")};
+    QTest::newRow("the stored equalizer type, in a log of whole seconds")
+        << QStringList{at("1.000", setEqType.arg(3)), at("2.000", eqType), at("3.000", setEqType.arg(3))}
+        << QStringList{QStringLiteral("AudioPolicy.setEqType(3)"), QStringLiteral("AudioPolicy.setEqType(100)")};
+    const QString mute = QStringLiteral("[DBG] 9 void ZelAudioManager::setAudioMute(bool, int) 404 -- Set audio mute true");
+    const QString isAttOn = QStringLiteral("[DBG] 9 bool ZelAudioManager::isAttOn() 431 --");
+    QTest::newRow("a mute that lasts asks") << QStringList{at("1.000", mute), at("1.001", isAttOn)}
+                                            << QStringList{QStringLiteral("AudioPolicy.setAudioMute(true, ?)")};
+    QTest::newRow("asked a while after a mute") << QStringList{at("1.000", mute), at("1.500", isAttOn)}
+                                                << QStringList{QStringLiteral("AudioPolicy.setAudioMute(true, ?)"), QStringLiteral("AudioPolicy.isAttOn()")};
+    const QString key = QStringLiteral("[DBG] 9 void ZelAudioManager::updateCurrentAudioVolume(bool) 273 -- true");
+    const QString getVolume = QStringLiteral("[DBG] 9 int ZelAudioManager::getVolume(ZelAudioType) 212 --");
+    const QString keyVolume = QStringLiteral("[DBG] 9 void ZelAudioManager::updateCurrentAudioVolume(bool) 286 -- 0 13");
+    QTest::newRow("a key") << QStringList{key, getVolume, keyVolume} << QStringList{QStringLiteral("AudioPolicy.updateCurrentAudioVolume(true)")};
+    const QStringList keyAndQuestion{QStringLiteral("AudioPolicy.updateCurrentAudioVolume(true)"), QStringLiteral("AudioPolicy.getVolume(?)")};
+    QTest::newRow("a key without an effect, and a question") << QStringList{key, getVolume} << keyAndQuestion;
+    QTest::newRow("the same, and something else") << QStringList{key, getVolume, isAttOn}
+                                                  << keyAndQuestion + QStringList(QStringLiteral("AudioPolicy.isAttOn()"));
 }
 
 void LogTimelineTest::neighboursAreToldApart()
@@ -696,7 +775,7 @@ void LogTimelineTest::focusIsTold()
     const Told explained = explain(written(played("focus").log, kernelText));
     QCOMPARE(explained.notes.value(0), QStringLiteral("focus: \"music\" loses focus: LOSS_TRANSIENT_CAN_DUCK"));
     QCOMPARE(explained.notes.value(1), QStringLiteral("focus: \"music\" has focus again"));
-    QCOMPARE(explain("unit qzaudio-focusd[5]: qzaudio-focusd: a call has focus, from :1.5\n").notes.last(),
+    QCOMPARE(explain("unit qzaudio-focusd[5]: qzaudio-focusd: a call has focus, from :1.5\n").notes.value(0),
              QStringLiteral("focus: a call has focus, from :1.5"));
 }
 
