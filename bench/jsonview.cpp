@@ -106,6 +106,12 @@ QJsonObject JsonView::object(const TimelineEvent &event)
     }
     if (event.isStartUp)
         result.insert(QStringLiteral("startUp"), true);
+    // Most calls are told whole by their text.
+    const QVariant record = event.call.arguments.value(0);
+    if (record.userType() == QMetaType::QVariantMap) {
+        result.insert(QStringLiteral("record"), QJsonObject::fromVariantMap(record.toMap()));
+        result.insert(QStringLiteral("code"), event.call.result.toInt());
+    }
     QJsonArray caused;
     for (const TimelineEvent &each : event.caused)
         caused.append(object(each));

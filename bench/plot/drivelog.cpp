@@ -1,26 +1,13 @@
 #include "drivelog.h"
 
+#include "playedscenario.h"
+
 #include "console.h"
 #include "exitstatus.h"
 #include "explain/logstory.h"
-#include "scenariofiles.h"
-
-#include <QtCore/QCoreApplication>
-#include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
-
-#include <csignal>
-#include <sys/prctl.h>
 
 namespace
 {
-
-/// A program that does not outlive this one.
-class BoundProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override { prctl(PR_SET_PDEATHSIG, SIGTERM); }
-};
 
 int fail(const QString &file, const QString &problem)
 {
@@ -30,18 +17,10 @@ int fail(const QString &file, const QString &problem)
 
 } // namespace
 
-bool DriveLog::isScenario(const QString &word)
-{
-    if (word.endsWith(QLatin1String(".js")))
-        return true;
-    QString problem;
-    return word != ScenarioFiles::standardInput() && !QFileInfo::exists(word) && ScenarioFiles::find(word, problem).size() == 1;
-}
-
 int DriveLog::open(const QString &word)
 {
     m_file = word;
-    if (isScenario(word)) {
+    if (PlayedScenario::isOne(word)) {
         const int status = play(word);
         if (status != Success)
             return status;
@@ -55,18 +34,9 @@ int DriveLog::play(const QString &scenario)
     if (!m_folder.isValid())
         return fail(scenario, m_folder.errorString());
     m_file = m_folder.filePath(QStringLiteral("log"));
-    BoundProcess player;
-    player.setProcessChannelMode(QProcess::MergedChannels);
-    player.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("play"), QStringLiteral("--brief"), QStringLiteral("--log-to"), m_file, QStringLiteral("--"), scenario});
-    constexpr int unlimited = -1; // the player has limits of its own
-    const bool hasEnded = player.waitForFinished(unlimited) && player.exitStatus() == QProcess::NormalExit;
-    m_hasFailed = !hasEnded || player.exitCode() != Success;
-    if (m_hasFailed)
-        Console::error(QString::fromUtf8(player.readAll()));
-    if (!hasEnded)
-        return fail(scenario, QStringLiteral("cannot be played: %1").arg(player.errorString()));
-    return player.exitCode() == Success || player.exitCode() == Failed ? int(Success) : player.exitCode();
+    const PlayedScenario played = PlayedScenario::play(scenario, {QStringLiteral("--brief"), QStringLiteral("--log-to"), m_file});
+    m_hasFailed = played.status == Failed;
+    return m_hasFailed ? int(Success) : played.status;
 }
 
 int DriveLog::read(LogStoryListener &listener)

@@ -18,14 +18,7 @@ class DriveLog
 public:
     DriveLog() = default;
 
-    /// Whether the word of the command line stands for a scenario: a file that ends in .js, or the name of one that comes with the bench.
-    static bool isScenario(const QString &word);
-
-    /**
-     * Plays the scenario, where it is one; what it says goes to the standard error where it fails.
-     *
-     * @return an exit status: Success also for a scenario that failed, whose log goes as far as it came
-     */
+    /// Plays the scenario, where it is one. @return an exit status: Success also for a scenario that failed, whose log goes as far as it came
     int open(const QString &word);
 
     /// The log's time; only of one that is open.

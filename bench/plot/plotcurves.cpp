@@ -1,6 +1,7 @@
 #include "plotcurves.h"
 
 #include "drivelog.h"
+#include "playedscenario.h"
 
 #include "console.h"
 #include "exitstatus.h"
@@ -12,11 +13,20 @@
 
 #include "platform.h"
 
-#include <QtCore/QFileInfo>
+#include <qzaudio/audioplatformrecords.h>
 
+#include <QtCore/QFileInfo>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <limits>
 
 using EqualizerPlot::Curve;
+using EqualizerResponse::Bands;
 
 namespace
 {
@@ -61,6 +71,85 @@ private:
     Timeline m_timeline;
     LoggedUnit m_unit;
 };
+
+/// The bands of a record that the platform was given, as the journal has it.
+Bands bandsOfRecord(const QJsonObject &record)
+{
+    const QJsonArray bands = record.value(QLatin1String("band")).toArray();
+    if (!bands.isEmpty()) {
+        audio::audio_ext_eq_parameter_t extended = {};
+        for (int i = 0; i < std::min(bands.size(), int(std::size(extended.band))); ++i) {
+            const QJsonObject band = bands.at(i).toObject();
+            extended.band[i].type = quint16(band.value(QLatin1String("type")).toInt());
+            extended.band[i].frequency = quint16(band.value(QLatin1String("frequency")).toInt());
+            extended.band[i].gain = float(band.value(QLatin1String("gain")).toDouble());
+            extended.band[i].q = float(band.value(QLatin1String("q")).toDouble());
+        }
+        return EqualizerCurves::ofRecord(extended);
+    }
+    audio::audio_eq_parameter_t record8 = {};
+    const auto list = [&record](const char *name) { return record.value(QLatin1String(name)).toArray(); };
+    for (int i = 0; i < int(std::size(record8.gain)); ++i) {
+        record8.type[i] = quint16(list("type").at(i).toInt());
+        record8.frequency[i] = quint16(list("frequency").at(i).toInt());
+        record8.gain[i] = float(list("gain").at(i).toDouble());
+    }
+    return EqualizerCurves::ofRecord(record8);
+}
+
+/// Takes what the event, and what it caused, set the equalizer to.
+void takeEqualizer(const QJsonObject &event, qint64 until, Bands &bands)
+{
+    const QJsonArray caused = event.value(QLatin1String("caused")).toArray();
+    for (const QJsonValue &one : caused)
+        takeEqualizer(one.toObject(), until, bands);
+    const QString text = event.value(QLatin1String("text")).toString();
+    const bool isEqualizer = text.startsWith(QLatin1String("App.setEqParameter(")) || text.startsWith(QLatin1String("App.setExtEqParameter("));
+    const bool isInTime = event.value(QLatin1String("time")).toDouble() <= double(until);
+    if (isEqualizer && isInTime && event.value(QLatin1String("code")).toInt() == 0)
+        bands = bandsOfRecord(event.value(QLatin1String("record")).toObject());
+}
+
+/// What a scenario does is told by itself: a log does not have all bands.
+std::optional<Bands> bandsOfScenario(const QString &word, const std::optional<LogLimit> &time, int &status)
+{
+    const std::optional<qint64> until = time ? time->in(LogClock()) : std::numeric_limits<qint64>::max();
+    if (!until) {
+        Console::error(QStringLiteral("qzaudio-bench: %1: a scenario's times are from its beginning on, +12s\n").arg(Console::printable(word)));
+        status = UsageError;
+        return {};
+    }
+    const PlayedScenario played = PlayedScenario::play(word, {QStringLiteral("--json")});
+    status = played.status;
+    if (status != Success && status != Failed)
+        return {};
+    Bands bands = EqualizerCurves::ofGains();
+    const auto lines = played.output.split('\n');
+    for (const QByteArray &line : lines)
+        takeEqualizer(QJsonDocument::fromJson(line).object(), *until, bands);
+    return bands;
+}
+
+std::optional<Bands> bandsOfLog(const QString &word, const std::optional<LogLimit> &time, int &status)
+{
+    DriveLog drive;
+    status = drive.open(word);
+    if (status != Success)
+        return {};
+    LogFilter::Wanted limits;
+    limits.to = time;
+    LoggedUnit::restart();
+    Replay replay(drive.clock(), time);
+    status = drive.read(replay, limits);
+    if (status != Success)
+        return {};
+    // It has the gains only: all that the policy sends has the sixteen bands.
+    const simulator::AudioChip *const chip = simulator::Platform::instance()->chip();
+    EqualizerCurves::Gains gains = {};
+    for (std::size_t band = 0; band < gains.size(); ++band)
+        gains[band] = chip->equalizerGain(Heard::driversEar, int(band));
+    return EqualizerCurves::ofGains(gains);
+}
 
 } // namespace
 
@@ -141,23 +230,9 @@ std::optional<Curve> PlotCurves::ofSettings(const QString &file, QString &proble
 
 std::optional<Curve> PlotCurves::ofDrive(const QString &word, const std::optional<LogLimit> &time, const QString &timeText, int &status)
 {
-    DriveLog drive;
-    status = drive.open(word);
-    if (status != Success)
+    const std::optional<Bands> bands = PlayedScenario::isOne(word) ? bandsOfScenario(word, time, status) : bandsOfLog(word, time, status);
+    if (!bands)
         return {};
-    LogFilter::Wanted limits;
-    limits.to = time;
-    const simulator::AudioChip *const chip = simulator::Platform::instance()->chip();
-    LoggedUnit::restart();
-    Replay replay(drive.clock(), time);
-    status = drive.read(replay, limits);
-    if (status != Success && status != Failed)
-        return {};
-    // A log has the gains only: all that the policy sends has the sixteen bands.
-    EqualizerCurves::Gains gains = {};
-    for (std::size_t band = 0; band < gains.size(); ++band)
-        gains[band] = chip->equalizerGain(Heard::driversEar, int(band));
     const QString name = QFileInfo(word).completeBaseName();
-    return Curve{Console::printable(time ? QStringLiteral("%1 at %2").arg(name, timeText) : QStringLiteral("%1 at its end").arg(name)),
-                 EqualizerCurves::ofGains(gains)};
+    return Curve{Console::printable(time ? QStringLiteral("%1 at %2").arg(name, timeText) : QStringLiteral("%1 at its end").arg(name)), *bands};
 }
