@@ -107,7 +107,7 @@ public:
 
 private:
     /// Empty for the end of the log.
-    std::optional<qint64> time() const { return m_moment ? m_moment->in(m_clock) : std::nullopt; }
+    std::optional<qint64> time() const { return m_moment ? m_moment->endIn(m_clock) : std::nullopt; }
 
     LevelOrigins &m_origins;
     const LogClock &m_clock;
@@ -121,8 +121,8 @@ QString problemOfMoment(const LogClock &clock, const std::optional<LogLimit> &mo
         return {};
     if (clock.first().clock == LogTime::Clock::None)
         return QStringLiteral("--at %1 is not in the log, whose lines have no time").arg(given);
-    const auto time = moment->in(clock);
-    if (time && *time >= 0 && *time <= clock.now())
+    const auto begin = moment->in(clock);
+    if (begin && *moment->endIn(clock) >= 0 && *begin <= clock.now())
         return {};
     return QStringLiteral("--at %1 is not in the log, which goes from %2 to %3").arg(given, LogTime::toText(clock.first()), LogTime::toText(clock.last()));
 }
@@ -223,7 +223,7 @@ int LevelQuestion::answerWhy(LogReading &log, const SettingsReader *unit, QStrin
         return UsageError;
     LogTime::Moment moment = at ? log.clock().first() : log.clock().last();
     if (at)
-        moment.milliseconds += *at->in(log.clock());
+        moment.milliseconds += std::min(*at->endIn(log.clock()), log.clock().now());
     const LevelChain chain = LevelChain::of(origins, origins.trackOf(source), source, LogTime::toText(moment));
     Console::out(isJson ? QString::fromUtf8(JsonView::line(chain.toJson())) : chain.toText());
     return log.status();
