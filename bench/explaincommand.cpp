@@ -11,6 +11,7 @@
 #include "explain/logsource.h"
 #include "explain/logstory.h"
 #include "explain/logsummary.h"
+#include "explain/replayoptions.h"
 #include "interruption.h"
 #include "requestview.h"
 #include "timeline.h"
@@ -112,7 +113,7 @@ QString ExplainCommand::arguments() const
 
 QVector<Command::Option> ExplainCommand::options() const
 {
-    return {
+    const QVector<Option> views = {
         {QStringLiteral("verbose"), {}, QStringLiteral("show each request with its platform calls; twice: those of the audio's start, too"), QLatin1Char('v')},
         {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
         {QStringLiteral("summary"), {}, QStringLiteral("show what it comes to: volumes, statuses, keys, saves, refusals")},
@@ -132,6 +133,7 @@ QVector<Command::Option> ExplainCommand::options() const
          {},
          {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}},
     };
+    return views + ReplayOptions::rows();
 }
 
 QString ExplainCommand::details() const
@@ -144,12 +146,16 @@ QString ExplainCommand::details() const
         "(short, short-iso, short-precise, short-monotonic, json, export), syslog's, the text of DLT viewers, seconds as of the kernel.\n"
         "\n"
         "The unit's platform calls are made once more on the simulated platform, which says what was heard. What the log does not say is "
-        "shown as \"?\".\n");
+        "shown as \"?\".\n"
+        "\n"
+        "With --scenario or --replay the library itself is given the same requests at the same times. A scenario orders what the unit's platform "
+        "refused, and expects what it was sent. A replay refuses nothing, so that a refusal shows as the difference that it made.\n");
 }
 
 QVector<Command::Ending> ExplainCommand::endings() const
 {
     return {
+        {Failed, QStringLiteral("a replay differs from the log")},
         {UsageError, QStringLiteral("a log that cannot be read")},
         {NothingFound, QStringLiteral("a log has no line of the library")},
     };
@@ -160,9 +166,9 @@ Command::Completions ExplainCommand::completions(const QStringList &before) cons
     return {{}, before.isEmpty() ? QStringLiteral("FILE") : QString()};
 }
 
-bool ExplainCommand::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const
+bool ExplainCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
 {
-    return true;
+    return !ReplayOptions(parsed).isReplayed();
 }
 
 std::optional<LogFilter::Wanted> ExplainCommand::understandWanted(const QCommandLineParser &parsed) const
@@ -239,7 +245,10 @@ int ExplainCommand::run(const QCommandLineParser &parsed)
     }
     // Not this unit's platform, but that of the log.
     QLoggingCategory::setFilterRules(QStringLiteral("qzaudio.simulator.info=false"));
-    return explain(*request, frames);
+    const ReplayOptions replay(parsed);
+    if (const QString problem = replay.problem(parsed); !problem.isEmpty())
+        return complain(problem);
+    return replay.isWanted() ? replay.run(frames, request->file) : explain(*request, frames);
 }
 
 std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, LogJsonView *&json)
