@@ -30,18 +30,21 @@ QByteArray withLateTimers(const QByteArray &log, int late)
     constexpr const char *timers[] = {"_delaysetVolume", "_handleNotComeCpAlte", "_delayCpTruelyUnduck", "onFirstSetEqType"};
     constexpr double second = 1000;
     constexpr int width = 14; // of "[    1.000]"
-    QByteArray result;
     double lateTime = -1;
+    QVector<QPair<double, QByteArray>> timed;
     const QByteArrayList lines = log.split('\n');
     for (const QByteArray &line : lines) {
+        if (line.isEmpty())
+            continue;
         const double time = line.mid(1, width - 2).toDouble();
         if (std::any_of(std::begin(timers), std::end(timers), [&line](const char *timer) { return line.contains(timer); }))
             lateTime = time;
-        if (line.isEmpty() || time != lateTime)
-            result += line + '\n';
-        else
-            result += '[' + QByteArray::number(time + late / second, 'f', 3).rightJustified(width - 2) + line.mid(width - 1) + '\n';
+        timed.append({time == lateTime ? time + late / second : time, line.mid(width)});
     }
+    std::stable_sort(timed.begin(), timed.end(), [](const auto &one, const auto &other) { return one.first < other.first; });
+    QByteArray result;
+    for (const auto &[time, text] : qAsConst(timed))
+        result += '[' + QByteArray::number(time, 'f', 3).rightJustified(width - 2) + "]" + text + '\n';
     return result;
 }
 
@@ -164,10 +167,13 @@ void BenchReplayTest::aReplayIsCompared_data()
         "  replayed     Volume\\.setTrackVolume\\(.*, (20|30)\\) -> 0\n"
         "Likely cause: another stored volume than the log tells of, or than --settings gave\n",
         {QStringLiteral("--settings"), write("unit.ini", "[Volume]\n0=5\n")});
-    row("the volume that was stored",
-        play("powerOn(); AudioPolicy.setVolume(AudioPolicy.Ring, 7, true); AudioPolicy.setMicLeftRightSwitch(false);"
-             "AudioPolicy.setMicAnalogGain(21, 21); AudioPolicy.adjustCustomEq(3, 4); powerOff(); wait(1000); powerOn();"
-             "AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer); wait(3000);"),
+    const QStringList storing{QStringLiteral("--flash"), m_folder.filePath(QStringLiteral("stored"))};
+    play("powerOn(); [3, 4, 5, 6, 7].forEach((volume, type) => AudioPolicy.setVolume(type, volume, true)); AudioPolicy.setMicInputValue(33);"
+         "AudioPolicy.setMicLeftRightSwitch(false); AudioPolicy.setMicAnalogGain(21, 21); AudioPolicy.setHandsfreeDelay(80);"
+         "AudioPolicy.adjustCustomEq(3, 4); AudioPolicy.adjustCustomEq(-2, 5);",
+         storing);
+    row("what was stored before",
+        play("powerOn(); AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer); wait(3000); AudioPolicy.updateCurrentAudioVolume(true);", storing),
         0,
         "no difference in [0-9]+ calls\n");
     row("it begins in the middle", m_log.mid(m_log.indexOf("updateCurrentAudioVolume")).prepend("[   10.000] [DBG] 9 void ZelAudioManager::"), 1, ".*");
