@@ -150,6 +150,8 @@ class LogReplayTest : public QObject
 private Q_SLOTS:
     void aBundledScenarioComesBack_data();
     void aBundledScenarioComesBack();
+    void aTrickyDriveComesBack_data();
+    void aTrickyDriveComesBack();
     void anyDriveComesBack_data();
     void anyDriveComesBack();
     void cleanupTestCase();
@@ -232,6 +234,49 @@ void LogReplayTest::compare(const Played &played, const QRegularExpression &unsa
     const QString found = difference(textsOf(replayed.calls, 0, unsaid), textsOf(played.calls, played.log.value(0).time, unsaid, leftOut));
     QVERIFY2(found.isEmpty(), qPrintable(found + QLatin1Char('\n') + text));
     QVERIFY2(replayed.failures.isEmpty(), qPrintable(text));
+}
+
+void LogReplayTest::aTrickyDriveComesBack_data()
+{
+    QTest::addColumn<QString>("drive");
+    const auto row = [](const char *name, const char *drive) { QTest::newRow(name) << QString::fromLatin1(drive); };
+    row("unmuted by hand", "powerOn(); AudioPolicy.setAudioMute(true, 20); wait(313); AudioPolicy.deMute(); wait(87); AudioPolicy.triggerAtt(); wait(5000);");
+    row("muted again and again", "powerOn(); for (const time of [13, 50, 249, 250]) { AudioPolicy.setAudioMute(true, 5); wait(time); } AudioPolicy.isAttOn();");
+    row("muted while muted, and asked", "powerOn(); AudioPolicy.setMute(true); AudioPolicy.setAudioMute(true, 3); AudioPolicy.isAttOn(); wait(150);");
+    row("muted by a negative count", "powerOn(); AudioPolicy.setMute(true); AudioPolicy.setAudioMute(true, -3); AudioPolicy.setAudioMute(true, -1);");
+    row("the log ends in a mute", "powerOn(); AudioPolicy.setAudioMute(true, 100); wait(1234); AudioPolicy.setVolume(0, 3, false);");
+    row("off in a mute", "powerOn(); AudioPolicy.setAudioMute(true, 100); wait(1234); powerOff(); wait(60000); powerOn(); AudioPolicy.deMute();");
+    row("off before a timer",
+        "powerOn(); AudioPolicy.setVolume(0, 7, true); wait(100); powerOff(); wait(1000); powerOn(); wait(499); powerOff(); wait(1); powerOn();");
+    row("two timers at a time, both refused",
+        "powerOn(); wait(1000); AudioPolicy.setVolume(3, 7, true); AudioPolicy.cpUnduckAudio(0); Platform.failOnce('Volume.setTrackVolume', 3, 2);"
+        "Platform.failOnce('Volume.setTrackVolume', 4, 3); Platform.failOnce('Volume.setDuckingMode', 5, 1); wait(5000);");
+    row("the other home screen", "Platform.setHomeUiType(7); powerOn(); wait(10); powerOff(); Platform.setHomeUiType(0); powerOn();");
+    row("names as nobody has them",
+        "powerOn(); AudioPolicy.setInputDestination(3, 'a \\\\ b'); AudioControl.setOutputSource('main', '\\u2028'); AudioControl.setOutputSource('x', 'y');");
+    row("fractions", "powerOn(); AudioPolicy.setMicAnalogGain(9.75, -0.1); AudioPolicy.setMicAnalogGain(1e9, 3.3); AudioControl.setMicAnalogGain(0.1, 0.2);");
+    row("the facade",
+        "powerOn(); AudioControl.setOutputFrontSource(0, 'S+FilePlayer_APP', true); AudioControl.setOutputFrontSource(0, 'S+AuxIn_APP', false);"
+        "AudioControl.setAuxinChannel(3); AudioControl.getAuxinChannel(); AudioControl.setAuxinChannel(77); AudioControl.setI2SINChannel(1);"
+        "AudioControl.setMainAudioDunkingMode(1); AudioControl.setMainAudioDunkingTargetGain(33); AudioControl.setMicroPhoneVolume(55);"
+        "AudioControl.setMicroPhoneVolume(99); AudioControl.startMicGainCalibration(); AudioControl.setMicGainCalibration(); wait(5);"
+        "AudioControl.setDownlinkDelayEstimation(); AudioControl.getDownlinkDelayEstimation(); AudioControl.setHandsfreeDelay(9);"
+        "AudioControl.setAECQuality(2); AudioControl.setAECQuality(9); AudioControl.muteBackEarphone(true); AudioControl.setBackEarphone(true);"
+        "AudioControl.getStreamVolume(2, 's+AirPlayMedia_APP'); AudioControl.getMasterVolume(); AudioControl.setMasterVolume(7);"
+        "AudioControl.setStreamVolume(9, 'S+AuxIn_APP', 3); AudioControl.setStreamVolume(0, 'no such', 3); AudioControl.changeAlterStepVolume(true, 3);"
+        "AudioControl.changeAlterStepVolume(false, 1); AudioPolicy.getMicCalibrationGain(); AudioPolicy.getPlatformMicAnalogGain();");
+    row("steps of its own",
+        "powerOn(); AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer); AudioControl.setStepRange(40);"
+        "AudioControl.initTrackStepVolume(0, {'S+FilePlayer_APP': 39, 'S+AuxIn_APP': 17}); AudioControl.changeMainTrackStepVolume(true);"
+        "AudioControl.changeMainTrackStepVolume(true); AudioControl.changeMainTrackStepVolume(false); AudioControl.changeMainTrackStepVolume(false);");
+}
+
+void LogReplayTest::aTrickyDriveComesBack()
+{
+    QFETCH(const QString, drive);
+    const Played played = playApart(drive);
+    QCOMPARE(played.failures, QStringList());
+    compare(played, QRegularExpression(QString::fromLatin1(nothing)), nullptr);
 }
 
 void LogReplayTest::anyDriveComesBack_data()
