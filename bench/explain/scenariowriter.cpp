@@ -171,13 +171,12 @@ bool ScenarioWriter::awaitsUnmute(const LoggedRequest &request)
 {
     if (!m_mute)
         return false;
-    ReplayTimes times = m_times;
-    const qint64 time = times.next(request);
-    const qint64 length = time - m_mute->start;
+    // A log need not have times; then what was awaited meanwhile counts.
+    const qint64 length = qMax(request.time() - m_mute->told, m_times.now() - m_mute->start);
     if (length % muteUnit > muteTolerance)
         return false;
-    m_times = times;
     const qint64 due = m_mute->start + length / muteUnit * muteUnit;
+    m_times.advanceTo(due);
     flushStep();
     resolveMute(length / muteUnit);
     m_stepIsTimer = true;
@@ -222,7 +221,7 @@ void ScenarioWriter::make(const LoggedRequest &request)
     if (!beginsMute)
         return;
     // Its line waits, and whatever comes behind it.
-    m_mute = TimedMute{time, 0};
+    m_mute = TimedMute{time, request.time(), 0};
     flushStep();
     const auto line = std::find_if(m_waiting.cbegin(), m_waiting.cend(), [](const QString &one) { return one.contains(RequestScript::muteCount()); });
     m_mute->line = int(line - m_waiting.cbegin());

@@ -57,6 +57,7 @@ private:
     struct TimedMute
     {
         qint64 start; // in the scenario's time
+        qint64 told; // in the log's
         int line; // of those that wait
     };
 

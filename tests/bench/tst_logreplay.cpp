@@ -251,6 +251,7 @@ void LogReplayTest::aTrickyDriveComesBack_data()
     row("two timers at a time, both refused",
         "powerOn(); wait(1000); AudioPolicy.setVolume(3, 7, true); AudioPolicy.cpUnduckAudio(0); Platform.failOnce('Volume.setTrackVolume', 3, 2);"
         "Platform.failOnce('Volume.setTrackVolume', 4, 3); Platform.failOnce('Volume.setDuckingMode', 5, 1); wait(5000);");
+    row("the mute's timer and another at a time", "powerOn(); wait(200); AudioPolicy.setAudioMute(true, 6); wait(5000);");
     row("the other home screen", "Platform.setHomeUiType(7); powerOn(); wait(10); powerOff(); Platform.setHomeUiType(0); powerOn();");
     row("names as nobody has them",
         "powerOn(); AudioPolicy.setInputDestination(3, 'a \\\\ b'); AudioControl.setOutputSource('main', '\\u2028'); AudioControl.setOutputSource('x', 'y');");
