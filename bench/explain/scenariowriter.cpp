@@ -64,7 +64,7 @@ void ScenarioWriter::request(const LoggedRequest &request)
     if (request.first().id() == Id::ManagerStarts)
         startManager(request);
     else if (m_times.isAwaited(request))
-        await(request, purposeOf(request));
+        await(request, m_times.next(request), purposeOf(request));
     else if (request.first().id() != Id::DeMute || !awaitsUnmute(request))
         make(request);
     m_script.learn(request);
@@ -150,10 +150,10 @@ void ScenarioWriter::startManager(const LoggedRequest &request)
     addStep(request);
 }
 
-void ScenarioWriter::await(const LoggedRequest &request, const QString &purpose)
+/// A timer runs out. Others that do at the same time are of the same step, since one wait lets all of them.
+void ScenarioWriter::await(const LoggedRequest &request, qint64 time, const QString &purpose)
 {
-    const qint64 time = m_times.next(request);
-    if (!m_stepIsTimer || time != m_waited) {
+    if (!m_stepIsTimer || time > m_waited) {
         flushStep();
         m_stepIsTimer = true;
         m_stepLines.append(QStringLiteral("wait(%1);").arg(qMax<qint64>(0, time - m_waited)));
@@ -175,16 +175,11 @@ bool ScenarioWriter::awaitsUnmute(const LoggedRequest &request)
     const qint64 length = qMax(request.time() - m_mute->told, m_times.now() - m_mute->start);
     if (length % muteUnit > muteTolerance)
         return false;
-    const qint64 due = m_mute->start + length / muteUnit * muteUnit;
+    const qint64 count = length / muteUnit;
+    const qint64 due = m_mute->start + count * muteUnit;
     m_times.advanceTo(due);
-    flushStep();
-    resolveMute(length / muteUnit);
-    m_stepIsTimer = true;
-    m_stepLines.append(QStringLiteral("wait(%1);").arg(qMax<qint64>(0, due - m_waited)));
-    if (isForPeople())
-        m_stepLines.last() += QStringLiteral(" // %1: unmute after the timed mute").arg(LogTime::toText(request.moment));
-    m_waited = qMax(m_waited, due);
-    addStep(request);
+    resolveMute(count);
+    await(request, due, QStringLiteral("unmute after the timed mute"));
     return true;
 }
 

@@ -65,7 +65,7 @@ private:
     void writeSettings(const StoredSettings &stored);
     void begin(const LoggedRequest &request);
     void startManager(const LoggedRequest &request);
-    void await(const LoggedRequest &request, const QString &purpose);
+    void await(const LoggedRequest &request, qint64 time, const QString &purpose);
     bool awaitsUnmute(const LoggedRequest &request);
     void make(const LoggedRequest &request);
     void makeStatements(const LoggedRequest &request);
