@@ -30,6 +30,8 @@ namespace
 /// What no call looks like.
 constexpr char nothing[] = "^$";
 
+constexpr int driveCount = 200;
+
 struct Happening
 {
     qint64 time = 0;
@@ -161,7 +163,8 @@ private:
     void compare(const Played &played, const QRegularExpression &unsaid, int *leftOut) const;
 
     QTemporaryDir m_folder;
-    int m_leftOut = 0; // calls of all drives
+    int m_drives = 0; // that were compared
+    int m_leftOut = 0; // calls of theirs
 };
 
 /// In a process that is as this one is now: the library keeps some things as long as a process.
@@ -286,8 +289,7 @@ void LogReplayTest::aTrickyDriveComesBack()
 void LogReplayTest::anyDriveComesBack_data()
 {
     QTest::addColumn<uint>("seed");
-    constexpr uint count = 200;
-    for (uint seed = 1; seed <= count; ++seed)
+    for (uint seed = 1; seed <= uint(driveCount); ++seed)
         QTest::addRow("%u", seed) << seed;
 }
 
@@ -301,12 +303,14 @@ void LogReplayTest::anyDriveComesBack()
     QVERIFY(played.calls.size() > length);
     // A step that is at its end leaves no line, but asks what plays.
     compare(played, QRegularExpression(QStringLiteral("^Source\\.getActiveSource\\(")), &m_leftOut);
+    ++m_drives;
 }
 
 void LogReplayTest::cleanupTestCase()
 {
     constexpr int counted = 72;
-    QCOMPARE(m_leftOut, counted);
+    if (m_drives == driveCount) // not some of them, chosen on the command line
+        QCOMPARE(m_leftOut, counted);
 }
 
 int main(int argc, char **argv)
