@@ -9,7 +9,7 @@ QStringList ArgumentList::split(const QString &arguments)
     for (int i = 0; i < arguments.size(); ++i) {
         const QChar character = arguments.at(i);
         if (isQuoted && character == QLatin1Char('\\')) {
-            part += arguments.mid(i, 2);
+            part += arguments.midRef(i, 2);
             ++i;
             continue;
         }

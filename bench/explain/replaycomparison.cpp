@@ -88,7 +88,7 @@ ReplayComparison::ReplayComparison(QIODevice &logged, QIODevice &played)
 std::optional<ReplayDifference> ReplayComparison::find()
 {
     while (const auto expected = takeExpected()) {
-        const auto found = expected->isOfSteps ? compareSteps(*expected) : compare(*expected);
+        auto found = expected->isOfSteps ? compareSteps(*expected) : compare(*expected);
         if (found)
             return found;
     }

@@ -72,12 +72,12 @@ Played play(const QString &program, bool forgetsCleared)
     qInstallMessageHandler(recordLine);
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, true);
     simulator::Journal *const journal = Platform::instance()->journal();
-    QObject::connect(journal, &simulator::Journal::appended, journal, [&played](const JournalEntry &entry) {
+    QObject::connect(journal, &simulator::Journal::appended, journal, [](const JournalEntry &entry) {
         if (!entry.isCreate() && !entry.isDestroy())
-            played.calls.append({entry.time, entry.call()});
+            recorded->calls.append({entry.time, entry.call()});
     });
     if (forgetsCleared)
-        QObject::connect(journal, &simulator::Journal::cleared, journal, [&played] { played.calls.clear(); });
+        QObject::connect(journal, &simulator::Journal::cleared, journal, [] { recorded->calls.clear(); });
     Timeline timeline;
     const ScenarioResult result = ScenarioPlayer(timeline).play(QStringLiteral("scenario.js"), program);
     for (const ScenarioResult::Check &check : result.checks) {
