@@ -31,6 +31,8 @@ void LogReplay::request(const LoggedRequest &request)
         ++m_sum.leftOut;
         return;
     }
+    if (m_parts == 0)
+        m_sum.beginsInTheMiddle = request.first().id() != Id::ManagerStarts;
     if (!m_writer || isOther)
         beginPart();
     if (isKnown)

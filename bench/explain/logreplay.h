@@ -38,6 +38,7 @@ public:
         quint64 compared = 0;
         quint64 incomplete = 0; ///< requests of which the log does not say all
         quint64 leftOut = 0; ///< requests of other processes
+        bool beginsInTheMiddle = false; ///< the log has not the audio's start
         QString problem; ///< why it could not be played; empty when it was
     };
 

@@ -57,7 +57,10 @@ QString differenceText(const LogReplay::Outcome &outcome)
     const QString none = QStringLiteral("no such call");
     text += QStringLiteral(":\n  on the unit  %1\n").arg(difference.logged ? difference.logged->call.toText() : none);
     text += QStringLiteral("  replayed     %1\n").arg(difference.replayed ? difference.replayed->toText() : none);
-    return text + QStringLiteral("Likely cause: %1\n").arg(difference.cause());
+    text += QStringLiteral("Likely cause: %1\n").arg(difference.cause());
+    if (outcome.beginsInTheMiddle)
+        text += QStringLiteral("The log does not have the audio's start; what was set before it, and stored but for --settings, is not known\n");
+    return text;
 }
 
 } // namespace

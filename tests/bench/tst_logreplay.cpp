@@ -1,7 +1,7 @@
 #include "anydrive.h"
 
+#include <explain/logreplay.h>
 #include <explain/logstory.h>
-#include <explain/replaycall.h>
 #include <explain/scenariowriter.h>
 #include <scenarioplayer.h>
 #include <timeline.h>
@@ -15,7 +15,9 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLoggingCategory>
+#include <QtCore/QRandomGenerator>
 #include <QtCore/QTemporaryDir>
+#include <QtQml/QJSEngine>
 #include <QtTest/QtTest>
 
 #include <sys/wait.h>
@@ -99,18 +101,23 @@ QByteArray logText(const Played &played)
     return text;
 }
 
-QString scenarioOf(const QByteArray &log)
+void tell(const QByteArray &log, LogStoryListener &listener)
 {
-    QByteArray text;
-    ScenarioWriter writer([&text](const QByteArray &part) { text += part; }, ScenarioWriter::Purpose::Reading, QStringLiteral("unit.log"));
     LogFrames frames;
     LogClock clock;
-    LogStory story(frames, clock, writer);
+    LogStory story(frames, clock, listener);
     quint64 number = 0;
     const QByteArrayList lines = log.split('\n');
     for (const QByteArray &line : lines)
         story.add({line.constData(), std::size_t(line.size())}, ++number, false);
     story.finish();
+}
+
+QString scenarioOf(const QByteArray &log)
+{
+    QByteArray text;
+    ScenarioWriter writer([&text](const QByteArray &part) { text += part; }, ScenarioWriter::Purpose::Reading, QStringLiteral("unit.log"));
+    tell(log, writer);
     writer.finish();
     return QString::fromUtf8(text);
 }
@@ -156,6 +163,7 @@ private Q_SLOTS:
     void aTrickyDriveComesBack();
     void anyDriveComesBack_data();
     void anyDriveComesBack();
+    void aDamagedLogGivesAScenario();
     void cleanupTestCase();
 
 private:
@@ -304,6 +312,36 @@ void LogReplayTest::anyDriveComesBack()
     // A step that is at its end leaves no line, but asks what plays.
     compare(played, QRegularExpression(QStringLiteral("^Source\\.getActiveSource\\(")), &m_leftOut);
     ++m_drives;
+}
+
+/// Whatever the lines say, what is written is a program.
+void LogReplayTest::aDamagedLogGivesAScenario()
+{
+    constexpr int length = 300;
+    constexpr uint seed = 20261122;
+    const QByteArray whole = logText(playApart(QString::fromLatin1(anyDrive(seed, length))));
+    constexpr const char *pieces[] = {"\"", "\\", "*/", "\xe2\x80\xa8", "(", "-1", "99999999999", "nan", "true", "\r"};
+    QRandomGenerator random(seed);
+    QJSEngine engine;
+    constexpr int rounds = 100;
+    constexpr int size = 20000;
+    constexpr int changes = 200;
+    for (int round = 0; round < rounds; ++round) {
+        QByteArray log = whole.mid(random.bounded(whole.size() - size), size);
+        for (int change = 0; change < changes; ++change) {
+            const int at = random.bounded(log.size());
+            if (random.bounded(2) == 0)
+                log.remove(at, random.bounded(20));
+            else
+                log.insert(at, pieces[random.bounded(int(std::size(pieces)))]);
+        }
+        const QString scenario = scenarioOf(log);
+        QVERIFY(scenario.count(QLatin1Char('\n')) > 10);
+        LogReplay replay(QStringLiteral("unit.log"), std::nullopt);
+        tell(log, replay);
+        const QJSValue program = engine.evaluate(QStringLiteral("(function(){") + scenario + QStringLiteral("})"));
+        QVERIFY2(!program.isError(), qPrintable(program.toString()));
+    }
 }
 
 void LogReplayTest::cleanupTestCase()
