@@ -266,6 +266,9 @@ void LogReplayTest::aTrickyDriveComesBack_data()
     row("three timers at a time, two with the same volume",
         "powerOn(); AudioPolicy.updateAudioChannel(AudioPolicy.ChannelBtRingtone); wait(3000); AudioPolicy.setVolume(3, 24, true);"
         "AudioPolicy.setAudioMute(true, 10); AudioPolicy.cpUnduckAudio(0); wait(600);");
+    row("restored by hand in a duck that came before the restoring",
+        "powerOn(); AudioPolicy.cpDuckAudio(0, 0); wait(100); AudioPolicy.cpUnduckAudio(0); wait(200); AudioPolicy.cpDuckAudio(0, 0); wait(350);"
+        "AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlayRestore); wait(2000);");
     row("the other home screen", "Platform.setHomeUiType(7); powerOn(); wait(10); powerOff(); Platform.setHomeUiType(0); powerOn();");
     row("names as nobody has them",
         "powerOn(); AudioPolicy.setInputDestination(3, 'a \\\\ b'); AudioControl.setOutputSource('main', '\\u2028'); AudioControl.setOutputSource('x', 'y');");
