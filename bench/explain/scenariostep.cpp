@@ -1,5 +1,7 @@
 #include "scenariostep.h"
 
+#include "requesttext.h"
+
 #include "policynames.h"
 #include "tracks.h"
 #include "valuetext.h"
@@ -41,20 +43,6 @@ bool isSource(const QString &name)
         std::begin(policynames::sources), std::end(policynames::sources), [&name](const policynames::Source &one) { return name == QLatin1String(one.name); });
 }
 
-QString valueText(const QVariant &value)
-{
-    switch (value.userType()) {
-    case QMetaType::Bool:
-        return simulator::valueText(value.toBool());
-    case QMetaType::Double:
-        return simulator::floatText(value.toFloat());
-    case QMetaType::QString:
-        return simulator::quotedText(value.toString());
-    default:
-        return value.toString();
-    }
-}
-
 /// One that both a track of the platform and its sources have the names of; a scenario that names others ends there.
 bool isNameable(const LoggedCall &call)
 {
@@ -83,7 +71,7 @@ void ScenarioStep::expect(const LoggedCall &call)
         const QString source = call.arguments.at(1).toString();
         if (isSource(source))
             expect(QStringLiteral("Platform.trackVolume(%1, %2)").arg(simulator::quotedText(call.arguments.at(0).toString()), QStringLiteral("%1")),
-                   valueText(call.arguments.at(2)),
+                   loggedValueText(call.arguments.at(2)),
                    simulator::quotedText(source));
         return;
     }
@@ -91,7 +79,7 @@ void ScenarioStep::expect(const LoggedCall &call)
         QStringList gains;
         const QVariantList sent = call.arguments.at(0).toList();
         for (const QVariant &gain : sent)
-            gains.append(valueText(gain));
+            gains.append(loggedValueText(gain));
         expect(QStringLiteral("Platform.lastExtEqParameter().gain.slice(0, %1)").arg(gains.size()),
                QStringLiteral("[%1]").arg(gains.join(QStringLiteral(", "))),
                {},
@@ -99,7 +87,8 @@ void ScenarioStep::expect(const LoggedCall &call)
         return;
     }
     if (call.operation == QLatin1String("muteTrack") || call.operation == QLatin1String("unmuteTrack")) {
-        expect(QStringLiteral("Platform.isMuted(%1)").arg(valueText(call.arguments.at(0))), simulator::valueText(call.operation == QLatin1String("muteTrack")));
+        expect(QStringLiteral("Platform.isMuted(%1)").arg(loggedValueText(call.arguments.at(0))),
+               simulator::valueText(call.operation == QLatin1String("muteTrack")));
         return;
     }
     const auto *const look
@@ -108,8 +97,8 @@ void ScenarioStep::expect(const LoggedCall &call)
         return;
     QString looked = QLatin1String(look->reader);
     if (looked.contains(QLatin1String("%1")))
-        looked = looked.arg(valueText(call.arguments.at(0)));
-    expect(looked, valueText(call.arguments.at(look->value)));
+        looked = looked.arg(loggedValueText(call.arguments.at(0)));
+    expect(looked, loggedValueText(call.arguments.at(look->value)));
 }
 
 /// What was sent last counts.
