@@ -176,8 +176,8 @@ void BenchExplainTest::viewsShowTheDrive()
 void BenchExplainTest::aVolumeThatWasNotToldIsUnknown()
 {
     const QString log = write("later", laterDrive);
-    const BenchProcess drive({QStringLiteral("explain"), log});
-    QCOMPARE(drive.output,
+    const BenchProcess bench({QStringLiteral("explain"), log});
+    QCOMPARE(bench.output,
              QStringLiteral("\n"
                             "  0:00.000  The log begins while the audio is on already, 2.000 s\n"
                             "            heard  file player at an unknown level\n"
