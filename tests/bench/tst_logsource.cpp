@@ -118,7 +118,7 @@ void LogSourceTest::aLogMayBeCompressed()
     QByteArray text;
     constexpr int count = 50000;
     for (int i = 0; i < count; ++i)
-        text += "line " + QByteArray::number(i) + '\n';
+        text.append("line ").append(QByteArray::number(i)).append('\n');
     QProcess process;
     process.setStandardInputFile(write(text));
     process.start(compressor, {QStringLiteral("-c")});
