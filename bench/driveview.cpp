@@ -32,6 +32,12 @@ QString labelled(Style style, QLatin1String label, const QString &text)
 
 } // namespace
 
+void DriveView::begin(qint64 time, const Heard &heard)
+{
+    showLine(time, labelled(Style::Good, QLatin1String("heard"), heard.toText(heard)));
+    m_lastHeard = heard;
+}
+
 void DriveView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
     switch (event.kind) {

@@ -13,6 +13,7 @@
 class DriveView : public TimelineView
 {
 public:
+    void begin(qint64 time, const Heard &heard) override;
     void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
     void finish(qint64 time) override;
 

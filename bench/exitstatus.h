@@ -7,6 +7,7 @@ enum ExitStatus : int {
     Failed = 1,
     UsageError = 2,
     ServiceUnreachable = 3,
+    NothingFound = 3,
     Interrupted = 130, ///< by Ctrl+C, as shells report it
 };
 

@@ -15,8 +15,6 @@ namespace
 // The tracks of sources that reach loudspeakers; the others carry the microphone and inputs.
 constexpr const char *audibleTracks[] = {"main", "second", "alternative", "main_im"};
 
-constexpr quint32 driversEar = 1; ///< the output channel left front
-
 QString soundText(const Heard::Sound &sound, const Heard &before)
 {
     QString text = sourceText(sound.source);
@@ -29,7 +27,7 @@ QString soundText(const Heard::Sound &sound, const Heard &before)
     const auto same = std::find_if(before.sounds.cbegin(), before.sounds.cend(), [&sound](const Heard::Sound &other) {
         return other.track == sound.track && other.source == sound.source;
     });
-    if (same != before.sounds.cend() && !same->isMuted && Heard::levelText(same->level) != Heard::levelText(sound.level))
+    if (same != before.sounds.cend() && !same->isMuted && !std::isnan(same->level) && Heard::levelText(same->level) != Heard::levelText(sound.level))
         remarks.append(QStringLiteral("was ") + Heard::levelText(same->level));
     if (sound.track != QLatin1String(audibleTracks[0]))
         remarks.append(QStringLiteral("on track ") + sound.track);
@@ -37,6 +35,12 @@ QString soundText(const Heard::Sound &sound, const Heard &before)
 }
 
 } // namespace
+
+double Heard::levelOf(const QString &track, const QString &source)
+{
+    constexpr double decibelPerTenfold = 20;
+    return decibelPerTenfold * std::log10(simulator::Platform::instance()->chip()->effectiveGain(track, source, driversEar));
+}
 
 Heard Heard::now()
 {
@@ -47,8 +51,7 @@ Heard Heard::now()
         const QString source = chip->activeSource(track);
         if (source.isEmpty() || source == QLatin1String("S+none"))
             continue;
-        constexpr double decibelPerTenfold = 20;
-        Sound sound{track, source, decibelPerTenfold * std::log10(chip->effectiveGain(track, source, driversEar)), chip->isMuted(track), 0};
+        Sound sound{track, source, levelOf(track, source), chip->isMuted(track), 0};
         // Ducking lowers the main track only, and does not raise it.
         constexpr int unducked = 100;
         if (track == QLatin1String(audibleTracks[0]) && chip->isDucked() && chip->duckingGain() < unducked)
@@ -70,6 +73,8 @@ QString Heard::toText(const Heard &before) const
 
 QString Heard::levelText(double level)
 {
+    if (std::isnan(level))
+        return QStringLiteral("at an unknown level");
     if (!std::isfinite(level))
         return QStringLiteral("silent");
     // Minus zero would show as "-0.0".

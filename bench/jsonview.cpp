@@ -34,6 +34,14 @@ QString kindName(TimelineEvent::Kind kind)
     return {};
 }
 
+/// JSON has no infinity: null for silence, and no member where the level is not known.
+QJsonValue levelOf(const Heard::Sound &sound)
+{
+    if (std::isnan(sound.level))
+        return QJsonValue::Undefined;
+    return std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue();
+}
+
 QJsonArray soundsOf(const Heard &heard)
 {
     QJsonArray sounds;
@@ -42,8 +50,7 @@ QJsonArray soundsOf(const Heard &heard)
             {QStringLiteral("track"), sound.track},
             {QStringLiteral("source"), sound.source},
             {QStringLiteral("name"), sourceText(sound.source)},
-            // JSON has no infinity.
-            {QStringLiteral("level"), std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue()},
+            {QStringLiteral("level"), levelOf(sound)},
             {QStringLiteral("muted"), sound.isMuted},
             {QStringLiteral("duckedTo"), sound.duckedTo > 0 ? QJsonValue(sound.duckedTo) : QJsonValue()},
         });
@@ -60,16 +67,28 @@ JsonView::JsonView(const QString &played)
 
 void JsonView::show(const TimelineEvent &event, const Heard &heard, bool isNew)
 {
-    Console::out(QString::fromUtf8(line(object(event))));
+    Console::out(QString::fromUtf8(line(wholeObject(object(event)))));
     if (!isNew)
         return;
-    Console::out(QString::fromUtf8(line({
-        {QStringLiteral("scenario"), m_scenario},
+    Console::out(QString::fromUtf8(line(wholeObject({
         {QStringLiteral("time"), event.time},
         {QStringLiteral("event"), QStringLiteral("heard")},
         {QStringLiteral("text"), heard.toText(heard)},
         {QStringLiteral("sounds"), soundsOf(heard)},
-    })));
+    }))));
+}
+
+QJsonObject JsonView::origin() const
+{
+    return {{QStringLiteral("scenario"), m_scenario}};
+}
+
+QJsonObject JsonView::wholeObject(const QJsonObject &object) const
+{
+    QJsonObject whole = origin();
+    for (auto field = object.constBegin(); field != object.constEnd(); ++field)
+        whole.insert(field.key(), field.value());
+    return whole;
 }
 
 QByteArray JsonView::line(const QJsonObject &object)
@@ -77,10 +96,9 @@ QByteArray JsonView::line(const QJsonObject &object)
     return Console::harmlessJson(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }
 
-QJsonObject JsonView::object(const TimelineEvent &event) const
+QJsonObject JsonView::object(const TimelineEvent &event)
 {
     QJsonObject result{
-        {QStringLiteral("scenario"), m_scenario},
         {QStringLiteral("time"), event.time},
         {QStringLiteral("event"), kindName(event.kind)},
         {QStringLiteral("text"), event.text},
@@ -96,11 +114,8 @@ QJsonObject JsonView::object(const TimelineEvent &event) const
     if (event.isStartUp)
         result.insert(QStringLiteral("startUp"), true);
     QJsonArray caused;
-    for (const TimelineEvent &each : event.caused) {
-        QJsonObject inner = object(each);
-        inner.remove(QStringLiteral("scenario"));
-        caused.append(inner);
-    }
+    for (const TimelineEvent &each : event.caused)
+        caused.append(object(each));
     if (!caused.isEmpty())
         result.insert(QStringLiteral("caused"), caused);
     return result;

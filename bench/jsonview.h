@@ -19,8 +19,13 @@ public:
     /// One line, which also harms nobody who shows it on a terminal.
     static QByteArray line(const QJsonObject &object);
 
+protected:
+    /// What each line begins with: of what it tells.
+    virtual QJsonObject origin() const;
+
 private:
-    QJsonObject object(const TimelineEvent &event) const;
+    QJsonObject wholeObject(const QJsonObject &object) const;
+    static QJsonObject object(const TimelineEvent &event);
 
     QString m_scenario;
 };

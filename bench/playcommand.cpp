@@ -6,6 +6,7 @@
 #include "interruption.h"
 #include "jsonview.h"
 #include "junitreport.h"
+#include "logfile.h"
 #include "playsummary.h"
 #include "requestview.h"
 #include "resultchannel.h"
@@ -143,6 +144,7 @@ QVector<Command::Option> PlayCommand::options() const
         {QStringLiteral("brief"), {}, QStringLiteral("show failures and the verdict only")},
         {QStringLiteral("json"), {}, QStringLiteral("for programs: all of it, one JSON object a line")},
         {QStringLiteral("log"), {}, QStringLiteral("show the library's log lines too")},
+        {QStringLiteral("log-to"), QStringLiteral("FILE"), QStringLiteral("keep the library's log lines in this file, as explain reads it")},
         {QStringLiteral("list"), {}, QStringLiteral("list the scenarios that come with the bench, or those of the folders named")},
         {QStringLiteral("repeat"), QStringLiteral("COUNT"), QStringLiteral("play each so many times, up to the first failure")},
         {QStringLiteral("strict"), {}, QStringLiteral("fail a scenario that expects nothing")},
@@ -240,9 +242,10 @@ std::optional<PlayCommand::Request> PlayCommand::understand(const QCommandLinePa
     request.repetitions = *repetitions;
     request.isStrict = isSet("strict");
     request.showsLog = isSet("log");
+    request.logFile = parsed.value(QStringLiteral("log-to"));
     request.flash = parsed.value(QStringLiteral("flash"));
     request.junit = parsed.value(QStringLiteral("junit"));
-    for (const char *const option : {"flash", "junit"}) {
+    for (const char *const option : {"log-to", "flash", "junit"}) {
         if (isSet(option) && parsed.value(QLatin1String(option)).isEmpty())
             return wrong(QStringLiteral("--%1 needs a name").arg(QLatin1String(option)));
     }
@@ -322,7 +325,12 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
     Timeline timeline(view.get());
     if (channel)
         QObject::connect(&timeline, &Timeline::checked, &timeline, [&channel](const ScenarioResult::Check &check) { channel->writeCheck(check); });
-    const TimelineLog recorder(timeline, request.showsLog);
+    LogFile log(request.logFile);
+    const bool isLogKept = !request.logFile.isEmpty();
+    problem = isLogKept ? log.open() : QString();
+    if (!problem.isEmpty())
+        return fail(request.logFile, problem);
+    const TimelineLog recorder(timeline, request.showsLog, isLogKept ? &log : nullptr);
 
     constexpr qint64 millisecondsPerSecond = 1000;
     constexpr qint64 bytesPerMegabyte = 1024LL * 1024;
@@ -337,8 +345,13 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
     const ScenarioResult result = ScenarioPlayer(timeline, limits).play(file, QString::fromUtf8(*program));
     if (request.view == View::Everything)
         Console::out(QLatin1Char('\n') + StateTable::toText());
+    problem = log.close();
+    if (!problem.isEmpty())
+        fail(request.logFile, problem);
     if (channel) {
         channel->writeEnd(result);
+        if (!problem.isEmpty())
+            return UsageError;
         return result.succeeded() ? Success : Failed;
     }
     ScenarioRun::Outcome outcome;
@@ -350,6 +363,8 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
     QString error;
     if (!request.junit.isEmpty() && !JUnitReport({outcome}, request.isStrict).write(request.junit, error))
         return fail(request.junit, error);
+    if (!problem.isEmpty())
+        return UsageError;
     return PlaySummary::isPassed(outcome, request.isStrict) ? Success : Failed;
 }
 
@@ -376,6 +391,8 @@ QStringList PlayCommand::optionsFor(const Request &request)
         options.append(QStringLiteral("--realtime"));
     if (request.showsLog)
         options.append(QStringLiteral("--log"));
+    if (!request.logFile.isEmpty())
+        options += {QStringLiteral("--log-to"), request.logFile};
     options += {QStringLiteral("--timeout"), QString::number(request.seconds), QStringLiteral("--memory"), QString::number(request.megabytes)};
     if (!request.color.isEmpty())
         options += {QStringLiteral("--color"), request.color};
@@ -400,6 +417,11 @@ int PlayCommand::playAll(const Request &given, const QStringList &words)
     }
     const int planned = plan.size() * given.repetitions;
     Request request = given;
+    if (planned > 1 && !request.logFile.isEmpty())
+        return fail(request.logFile, QStringLiteral("--log-to keeps the log of one scenario, played once"));
+    const QString logProblem = request.logFile.isEmpty() ? QString() : LogFile(request.logFile).open();
+    if (!logProblem.isEmpty())
+        return fail(request.logFile, logProblem);
     // Of many the verdicts are what is looked for, unless all was asked for.
     if (planned > 1 && request.view == View::Drive)
         request.view = View::Brief;

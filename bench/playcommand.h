@@ -38,6 +38,7 @@ private:
         bool isStrict = false;
         bool isRealtime = false;
         bool showsLog = false;
+        QString logFile; ///< empty for none
         QString color;
         QString junit;
         QString flash;

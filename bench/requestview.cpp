@@ -35,6 +35,11 @@ RequestView::RequestView(bool startUpShown)
 {
 }
 
+void RequestView::begin(qint64 time, const Heard &heard)
+{
+    Console::out(ViewText::time(time) + Console::styled(Style::Good, ViewText::paragraph(QStringLiteral("heard: ") + heard.toText(heard))) + QLatin1Char('\n'));
+}
+
 void RequestView::show(const TimelineEvent &event, const Heard & /*heard*/, bool /*isNew*/)
 {
     Console::out(lines(event, false));

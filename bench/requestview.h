@@ -16,6 +16,7 @@ public:
     /// @param startUpShown whether the calls of the unit's start-up show one by one
     explicit RequestView(bool startUpShown);
 
+    void begin(qint64 time, const Heard &heard) override;
     void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
 
 private:

@@ -21,6 +21,10 @@ TimelineEvent eventOf(Kind kind, const QString &text)
 
 } // namespace
 
+void TimelineView::begin(qint64 /*time*/, const Heard & /*heard*/)
+{
+}
+
 void TimelineView::finish(qint64 /*time*/)
 {
 }

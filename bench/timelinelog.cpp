@@ -1,17 +1,20 @@
 #include "timelinelog.h"
 
+#include "logfile.h"
 #include "timeline.h"
 
 #include <QtCore/QLoggingCategory>
 
 TimelineLog *TimelineLog::current = nullptr;
 
-TimelineLog::TimelineLog(Timeline &shownIn, bool debugLines)
+TimelineLog::TimelineLog(Timeline &shownIn, bool showsDebugLines, LogFile *keptIn)
     : m_timeline(shownIn)
+    , m_showsDebugLines(showsDebugLines)
+    , m_file(keptIn)
     , m_previous(qInstallMessageHandler(&TimelineLog::handle))
 {
     current = this;
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, debugLines);
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, showsDebugLines || keptIn);
 }
 
 TimelineLog::~TimelineLog()
@@ -26,7 +29,10 @@ void TimelineLog::handle(QtMsgType type, const QMessageLogContext &context, cons
     if (type == QtFatalMsg) {
         current->m_timeline.showUnfinished();
     } else if (category == QLatin1String("default")) {
-        current->m_timeline.log(message);
+        if (current->m_file)
+            current->m_file->add(current->m_timeline.now(), message);
+        if (type != QtDebugMsg || current->m_showsDebugLines)
+            current->m_timeline.log(message);
         return;
     } else if (category == QLatin1String("js") || category == QLatin1String("qml")) {
         current->m_timeline.note(QStringLiteral("console: ") + message);

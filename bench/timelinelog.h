@@ -3,18 +3,20 @@
 
 #include <QtCore/QtGlobal>
 
+class LogFile;
 class Timeline;
 
 /**
  * Takes the log lines of the library into the timeline, and what a script's console prints.
  *
- * Without debug lines the library formats none; its critical lines are shown always. Lines of other categories go where they
- * went before. One at a time: Qt has one message handler.
+ * Where debug lines are neither shown nor kept the library formats none; its critical lines are shown always. Lines of other categories go where
+ * they went before. One at a time: Qt has one message handler.
  */
 class TimelineLog
 {
 public:
-    TimelineLog(Timeline &shownIn, bool debugLines);
+    /// @param keptIn receives all lines of the library and outlives this; null for no file
+    TimelineLog(Timeline &shownIn, bool showsDebugLines, LogFile *keptIn = nullptr);
     ~TimelineLog();
 
 private:
@@ -23,6 +25,8 @@ private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
     Timeline &m_timeline;
+    const bool m_showsDebugLines;
+    LogFile *const m_file;
     QtMessageHandler m_previous;
     static TimelineLog *current;
 };

@@ -20,6 +20,9 @@ public:
      */
     virtual void show(const TimelineEvent &event, const Heard &heard, bool isNew) = 0;
 
+    /// What the driver hears already where the story is begun to be shown, at the time of what is shown first.
+    virtual void begin(qint64 time, const Heard &heard);
+
     /// The scenario has ended.
     virtual void finish(qint64 time);
 

@@ -37,7 +37,11 @@ add_compile_options(
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
     -ffile-prefix-map=${PROJECT_BINARY_DIR}/=
 )
-add_link_options(-Wl,--no-undefined -Wl,--as-needed)
+# Clang's sanitizers are in the program, where each library finds them when it is loaded.
+if(NOT (QZAUDIO_SANITIZER AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+    add_link_options(-Wl,--no-undefined)
+endif()
+add_link_options(-Wl,--as-needed)
 
 set(warnings_as_errors ${QZAUDIO_WARNINGS_AS_ERRORS})
 if(warnings_as_errors STREQUAL "AUTO")

@@ -117,6 +117,15 @@ QSettings waits without a limit while the other process lives, and 30 seconds fo
 synchronizations, of the file and of the folder, and as long as the writer in front of it needs, up to that second.
 """
 
+READING = """\
+## Reading a log
+
+`qzaudio-bench explain --summary` over logs of the bundled scenarios' drives, one after the other, with a date before each line as `journalctl -o short-iso`
+writes it. MB/s of processor time of one core; resident memory at its largest, which a longer log leaves as it is (`--log-size 2000`).
+
+{reading}
+"""
+
 
 def table(heads, rows):
     texts = ["| " + " | ".join(heads) + " |", "|" + "---|" * len(heads)]
@@ -197,6 +206,12 @@ def memory_rows(memory):
         yield [name, f"{resident:.0f} kB", f"{dirty:.0f} kB", f"{faults:.0f}"]
 
 
+def reading_rows(reading):
+    for log in goals.LOGS:
+        megabytes, rate, resident = reading[log.key]
+        yield [f"**{rate:.0f} MB/s**", f"{log.rate} MB/s", f"{resident:.0f} MB", f"{log.resident} MB", f"{megabytes:.0f} MB", log.title]
+
+
 def text(results, edges, about):
     heads = ["Ratio", "Goal", "Work", "Takes", "Floor takes", "Allocations", "The floor is"]
     parts = {"The library": "work", "Floor": "floor"}
@@ -220,5 +235,6 @@ def text(results, edges, about):
             dirty=dirty,
         ),
         WAITS.format(waits=table(["The other writer", "The caller's way", "First", "Median after it", "Longest after it", "In the file"], wait_rows(edges["waits"]))),
+        READING.format(reading=table(["Speed", "At least", "Resident", "At most", "Log", "Of"], reading_rows(edges["reading"]))),
     ]
     return "\n".join(sections)

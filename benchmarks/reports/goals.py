@@ -54,6 +54,18 @@ ROWS = [
     Row("logging/disabledLine", "a log line that is off", "an operation that does nothing", 3, "ns"),
 ]
 
+# key      of the log
+# title    of its row
+# others   lines of other programs before each of the library's
+# rate     least MB/s of one core
+# resident most MB in memory, however long the log is
+Log = namedtuple("Log", "key title others rate resident")
+
+LOGS = [
+    Log("library", "nothing but the library's lines", 0, 50, 60),
+    Log("mixed", "three lines of other programs for each of the library's", 3, 50, 60),
+]
+
 # Operations in a round of the work, where that has to end as it began.
 OPERATIONS = {"policy/updateAudioStatus": 2, "policy/updateAudioStatus/logged": 2, "settings/volumeKey": 2}
 
@@ -67,7 +79,9 @@ OPERATIONS.update({f"settings/save/{keys}": 2 for keys in KEYS})
 # That the daemon takes with clients in the stack.
 MOST_CONNECTIONS = 128
 
-AREAS = ["volume", "equalizer", "routing", "policy", "focus", "logging", "settings", "start", "bus"]
+# Those that are held against a floor, in rounds, and those that are not.
+RATIO_AREAS = ["volume", "equalizer", "routing", "policy", "focus", "logging", "settings", "start", "bus"]
+AREAS = RATIO_AREAS + ["reading"]
 
 # So much above its goal a ratio may be measured before it counts as a failure.
 TOLERANCE = 0.15

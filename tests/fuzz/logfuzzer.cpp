@@ -1,0 +1,23 @@
+#include "logtarget.h"
+
+#include <virtualclock.h>
+
+#include <QtCore/QCoreApplication>
+
+#include <cstddef>
+#include <cstdint>
+
+// Called by the fuzzer, which brings main().
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) // NOLINT(readability-non-const-parameter): the fuzzer declares it so
+{
+    simulator::VirtualClock::install();
+    static const QCoreApplication application(*argc, *argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    timelineOf({reinterpret_cast<const char *>(data), size});
+    return 0;
+}
