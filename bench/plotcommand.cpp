@@ -21,10 +21,10 @@
 namespace
 {
 
-const QString equalizer = QStringLiteral("equalizer");
-const QString fade = QStringLiteral("fade");
-const QString timeline = QStringLiteral("timeline");
-const QString policy = QStringLiteral("policy");
+const QLatin1String equalizer("equalizer");
+const QLatin1String fade("fade");
+const QLatin1String timeline("timeline");
+const QLatin1String policy("policy");
 
 QStringList subjects()
 {

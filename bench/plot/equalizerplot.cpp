@@ -30,12 +30,11 @@ QString frequencyText(double frequency)
 Figure::Axis frequencyAxis()
 {
     Figure::Axis axis;
-    axis.title = QStringLiteral("Hz");
     axis.least = EqualizerResponse::lowestFrequency;
     axis.most = EqualizerResponse::highestFrequency;
     axis.isLogarithmic = true;
     axis.ticks = {
-        {20, QStringLiteral("20")},
+        {20, QStringLiteral("20 Hz")},
         {50, QStringLiteral("50")},
         {100, QStringLiteral("100")},
         {200, QStringLiteral("200")},
@@ -72,7 +71,7 @@ Figure::Axis levelAxis(const QVector<Figure::Chart> &charts)
             }
         }
     }
-    Figure::Axis axis{{}, least, most};
+    Figure::Axis axis{least, most};
     for (double level = most; level >= least; level -= axisStep)
         axis.ticks.append({level, level == most ? QStringLiteral("%1 dB").arg(level) : QString::number(level)});
     return axis;

@@ -21,9 +21,9 @@ struct Figure
         QString label;
     };
 
+    /// Its ticks say the unit.
     struct Axis
     {
-        QString title; ///< of one that runs across; one that is upright has its unit at a tick
         double least = 0;
         double most = 1;
         QVector<Tick> ticks = {};

@@ -10,8 +10,8 @@
 namespace
 {
 
-const QString standardOutput = QStringLiteral("-");
-const QString converter = QStringLiteral("rsvg-convert");
+const QLatin1String standardOutput("-");
+const QLatin1String converter("rsvg-convert");
 
 bool isPng(const QString &file)
 {

@@ -31,8 +31,8 @@ using EqualizerResponse::Bands;
 namespace
 {
 
-const QString mode = QStringLiteral("mode");
-const QString preset = QStringLiteral("preset");
+const QLatin1String mode("mode");
+const QLatin1String preset("preset");
 
 /// The number behind a word; empty where the text is anything else.
 std::optional<int> numberBehind(const QString &word, const QString &text, int count)

@@ -8,16 +8,16 @@ using Anchor = SvgCanvas::Anchor;
 namespace
 {
 
-const QString text = QStringLiteral("text");
-const QString faint = QStringLiteral("faint");
-const QString heading = QStringLiteral("heading");
-const QString grid = QStringLiteral("grid");
-const QString axis = QStringLiteral("axis");
+const QLatin1String text("text");
+const QLatin1String faint("faint");
+const QLatin1String heading("heading");
+const QLatin1String grid("grid");
+const QLatin1String axis("axis");
 
 constexpr double legendSample = 24;
 constexpr double gap = 16;
 constexpr double titleHeight = 20;
-constexpr double axisHeight = 36; ///< with the ticks' labels and the title
+constexpr double axisHeight = 22; ///< with the ticks' labels
 constexpr double heightOfOne = 360;
 constexpr double heightOfSmall = 190;
 constexpr double smallMargin = 52;
@@ -95,7 +95,6 @@ void drawHorizontalAxis(SvgCanvas &canvas, const Figure::Axis &horizontal, const
         canvas.line({x, area.top()}, {x, area.bottom()}, axis + QStringLiteral(" break"));
         canvas.line({x - breakSize, area.bottom() + breakSize}, {x + breakSize, area.bottom() - breakSize}, axis);
     }
-    canvas.text({area.right(), area.bottom() + 2 * SvgCanvas::lineHeight}, horizontal.title, faint, Anchor::End);
 }
 
 void drawLine(SvgCanvas &canvas, const Figure::Chart &chart, const Figure::Series &series, const QRectF &area)
@@ -186,7 +185,7 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Lanes &lanes, const QRectF
             const QRectF bar(left, top + inset, width, laneHeight - 2 * inset);
             canvas.rectangle(bar, SvgCanvas::fillOf(row), span.label, isMoment ? 1 : 0.25, isMoment ? 0 : inset);
             if (isMoment)
-                canvas.text({left + 2 * inset, baseline}, span.label, faint);
+                canvas.text({left + 2 * inset, baseline}, SvgCanvas::shortened(span.label, field.right() - left - 2 * inset), faint);
             else
                 canvas.text({left + 2 * inset, baseline}, SvgCanvas::shortened(span.label, width - 3 * inset), text);
         }

@@ -7,10 +7,10 @@ using Anchor = SvgCanvas::Anchor;
 namespace
 {
 
-const QString text = QStringLiteral("text");
-const QString faint = QStringLiteral("faint");
-const QString heading = QStringLiteral("heading");
-const QString axis = QStringLiteral("axis");
+const QLatin1String text("text");
+const QLatin1String faint("faint");
+const QLatin1String heading("heading");
+const QLatin1String axis("axis");
 
 constexpr double gap = 24;
 constexpr double titleHeight = 20;

@@ -101,13 +101,11 @@ void drawTicks(TextCanvas &canvas, const Figure::Axis &axis, int column, int col
 {
     const bool isAscii = canvas.isAscii();
     canvas.write(column, row, QString(columns, isAscii ? QLatin1Char('-') : QChar(0x2500)), Style::Faint);
-    const QString title = axis.title.isEmpty() ? QString() : QLatin1Char(' ') + axis.title;
-    const int end = column + columns - title.size();
-    canvas.write(end, row + 1, title, Style::Faint);
+    const int end = column + columns;
     int free = column;
     for (const Figure::Tick &tick : axis.ticks) {
         const int place = column + int(std::lround(axis.placeOf(tick.value) * (columns - 1)));
-        const int begin = std::max(place - tick.label.size() / 2, column);
+        const int begin = std::clamp(place - tick.label.size() / 2, column, std::max(end - tick.label.size(), column));
         if (begin < free || begin + tick.label.size() > end)
             continue;
         canvas.write(place, row, isAscii ? QStringLiteral("+") : QString(QChar(0x252C)), Style::Faint);

@@ -145,7 +145,7 @@ QString TerminalPlot::paragraph(const QString &text, int indent, int hanging) co
 
 QString TerminalPlot::legendText(const QStringList &legend) const
 {
-    constexpr int sample = 4; // characters
+    constexpr int sample = 5; // characters: all dashes begin again in the last one
     QString text;
     int column = 0;
     for (int name = 0; name < legend.size(); ++name) {

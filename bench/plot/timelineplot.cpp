@@ -72,12 +72,12 @@ std::optional<qint64> TimelinePlot::shownTime(qint64 time)
     const auto limit = [this](const std::optional<LogLimit> &given) { return given ? given->in(m_clock) : std::nullopt; };
     const auto from = limit(m_settings.wanted.from);
     const auto to = limit(m_settings.wanted.to);
-    if ((to && time > *to) || m_changes > mostChanges)
+    if (m_changes > mostChanges)
         return {};
-    // What held when the picture begins came about before.
     m_begin = from.value_or(0);
-    m_end = std::max({m_end, time, m_begin});
-    return std::max(time, m_begin);
+    m_end = std::max({m_end, std::min(time, to.value_or(time)), m_begin});
+    // What held when the picture begins came about before.
+    return to && time > *to ? std::nullopt : std::make_optional(std::max(time, m_begin));
 }
 
 void TimelinePlot::request(const LoggedRequest &request)
@@ -234,7 +234,6 @@ QVector<qint64> TimelinePlot::changeTimes() const
 Figure::Axis TimelinePlot::timeAxis(const QVector<qint64> &times)
 {
     Figure::Axis axis;
-    axis.title = QStringLiteral("min:s");
     double place = 0;
     qint64 last = times.constFirst();
     for (const qint64 time : times) {
