@@ -119,6 +119,8 @@ public:
 
     audio::audio_eq_parameter_t lastEqParameter() const { return m_state.equalizer.value.shortRecord; } ///< all zero until set
     audio::audio_ext_eq_parameter_t lastExtEqParameter() const { return m_state.equalizer.value.extendedRecord; } ///< all zero until set
+    /// Both, and which of them makes the curve.
+    EqualizerRecords equalizerRecords() const { return m_state.equalizer.value; }
     audio::audio_loudness_t lastLoudness() const { return m_state.loudness.value; } ///< all zero until set
     bool isLoudnessOn() const { return lastLoudness().on != 0; }
     /// The filter set last for a channel bit; empty for none.

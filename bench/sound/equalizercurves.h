@@ -1,0 +1,58 @@
+#ifndef EQUALIZERCURVES_H
+#define EQUALIZERCURVES_H
+
+#include "equalizerresponse.h"
+
+#include <array>
+
+namespace audio
+{
+struct audio_eq_parameter_t;
+struct audio_ext_eq_parameter_t;
+} // namespace audio
+
+namespace simulator
+{
+class AudioChip;
+}
+
+/**
+ * The unit's curves as bands.
+ *
+ * The bands and gains are the library's own, which it tells to nobody but the platform; tst_equalizerresponse compares with what it sends.
+ */
+namespace EqualizerCurves
+{
+
+constexpr int bandCount = 16;
+constexpr double highestGain = 12; ///< dB, up and down; the facade refuses more
+constexpr int modeCount = 7; ///< AudioControl::EqMode 0 to 6
+constexpr int presetCount = 8; ///< equalizer types of the settings store, 0 to 7; 7 is the custom curve
+constexpr int customPreset = 7;
+
+using Gains = std::array<double, bandCount>; ///< dB, as setEqGain() takes them
+
+/// The sixteen bands of setEqGain() with these gains. Without any: flat.
+EqualizerResponse::Bands ofGains(const Gains &gains = {});
+
+/// What setEqMode() makes of a mode: the eight bands of the platform's short record. Empty for a mode that there is not.
+EqualizerResponse::Bands ofMode(int mode);
+
+/// The sixteen gains of an equalizer type of the store, which setEqType() hands to setEqGain(); flat for the custom one.
+Gains gainsOfPreset(int type);
+
+/**
+ * The bands in use of a record that the platform was given.
+ *
+ * The short one has no Q, and its frequencies may be codes of the platform. What a code stands for is taken from the library's other form
+ * of the same record, which has Hz in the same places; Q is that of the nearest of the sixteen bands.
+ */
+EqualizerResponse::Bands ofRecord(const audio::audio_ext_eq_parameter_t &record);
+EqualizerResponse::Bands ofRecord(const audio::audio_eq_parameter_t &record);
+
+/// The curve that an output has now, as the record that was set last makes it; empty where none was set for it.
+EqualizerResponse::Bands ofChip(const simulator::AudioChip &chip, quint32 channel);
+
+} // namespace EqualizerCurves
+
+#endif
