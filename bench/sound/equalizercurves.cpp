@@ -2,6 +2,8 @@
 
 #include "audiochip.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -114,6 +116,46 @@ Gains gainsOfPreset(int type)
 {
     // As the library has it, an unknown type sounds like the first.
     return presetGains[type < 0 || type >= presetCount ? 0 : type];
+}
+
+QStringList names()
+{
+    QStringList all;
+    for (int type = 0; type < customPreset; ++type)
+        all.append(QStringLiteral("type%1").arg(type));
+    for (int mode = 0; mode < modeCount; ++mode)
+        all.append(QStringLiteral("mode%1").arg(mode));
+    return all;
+}
+
+std::optional<Bands> named(const QString &name)
+{
+    if (!names().contains(name))
+        return {};
+    const int number = name.rightRef(1).toInt();
+    return name.startsWith(QLatin1String("mode")) ? ofMode(number) : ofGains(gainsOfPreset(number));
+}
+
+std::optional<Gains> gainsFromText(const QString &text, QString &problem)
+{
+    static const QRegularExpression separator(QStringLiteral("\\s*,\\s*|\\s+"));
+    const QStringList words = text.trimmed().split(separator);
+    if (words.size() != bandCount) {
+        problem = QStringLiteral("a curve has %1 gains, not %2").arg(bandCount).arg(words.size());
+        return {};
+    }
+    Gains gains;
+    auto gain = gains.begin();
+    for (const QString &word : words) {
+        bool isNumber = false;
+        *gain = word.toDouble(&isNumber);
+        if (!isNumber || !(std::abs(*gain) <= highestGain)) {
+            problem = QStringLiteral("a gain is a number from -%1 to %1, not \"%2\"").arg(highestGain).arg(word);
+            return {};
+        }
+        ++gain;
+    }
+    return gains;
 }
 
 Bands ofRecord(const audio::audio_ext_eq_parameter_t &record)

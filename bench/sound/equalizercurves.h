@@ -3,7 +3,11 @@
 
 #include "equalizerresponse.h"
 
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
 #include <array>
+#include <optional>
 
 namespace audio
 {
@@ -40,6 +44,18 @@ EqualizerResponse::Bands ofMode(int mode);
 
 /// The sixteen gains of an equalizer type of the store, which setEqType() hands to setEqGain(); flat for the custom one.
 Gains gainsOfPreset(int type);
+
+/// The curves that have names: "type0" to "type6" of the store, "mode0" to "mode6" of the facade.
+QStringList names();
+/// Empty for a name that there is not.
+std::optional<EqualizerResponse::Bands> named(const QString &name);
+
+/**
+ * Sixteen numbers of dB, none beyond 12, with commas or blanks between them.
+ *
+ * @param problem receives why there is none
+ */
+std::optional<Gains> gainsFromText(const QString &text, QString &problem);
 
 /**
  * The bands in use of a record that the platform was given.

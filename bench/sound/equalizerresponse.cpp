@@ -20,10 +20,14 @@ struct Squares
     double lowered = 0;
 };
 
+bool isPossible(const Band &band)
+{
+    return band.q > 0 && band.frequency > 0 && 2 * band.frequency < samplingRate;
+}
+
 Squares squaresOf(const Band &band, double frequency)
 {
-    const bool isInUse = band.q > 0 && band.frequency > 0 && 2 * band.frequency < samplingRate;
-    if (!isInUse)
+    if (!isPossible(band))
         return {};
     const double centre = 2 * pi * band.frequency / samplingRate;
     const double angle = 2 * pi * frequency / samplingRate;
@@ -33,11 +37,6 @@ Squares squaresOf(const Band &band, double frequency)
     // The gain is shared by numerator and denominator.
     const double share = std::pow(10, band.gain / (2 * decibelPerTenfold));
     return {detuning * detuning, width * share * width * share, width / share * width / share};
-}
-
-bool isInUse(const Band &band)
-{
-    return band.gain != 0 && squaresOf(band, band.frequency).raised > 0;
 }
 
 /// Where between two frequencies the level is highest, if it has one highest point there.
@@ -81,13 +80,26 @@ double slope(const Band &band, double frequency)
     return (squares.raised / (squares.detuning + squares.raised) + squares.lowered / (squares.detuning + squares.lowered)) / 2;
 }
 
+double level(Shelf shelf, const Band &band, double frequency)
+{
+    if (!isPossible(band))
+        return 0;
+    const double pitch = std::tan(pi * frequency / samplingRate) / std::tan(pi * band.frequency / samplingRate);
+    const double ratio = shelf == Shelf::Low ? pitch * pitch : 1 / (pitch * pitch);
+    const double share = std::pow(10, band.gain / (2 * decibelPerTenfold));
+    const double width = share * ratio / (band.q * band.q);
+    const double numerator = (share - ratio) * (share - ratio) + width;
+    const double denominator = (1 - share * ratio) * (1 - share * ratio) + width;
+    return band.gain / 2 + decibelPerTenfold / 2 * std::log10(numerator / denominator);
+}
+
 Point highestPoint(const Bands &bands)
 {
     // Narrow bands could stand between the points of a grid: their centres are points of it, too.
     constexpr int gridSize = 400;
     QVector<double> grid = spacedFrequencies(gridSize);
     for (const Band &band : bands) {
-        if (isInUse(band) && band.frequency > lowestFrequency && band.frequency < highestFrequency)
+        if (isPossible(band) && band.frequency > lowestFrequency && band.frequency < highestFrequency)
             grid.append(band.frequency);
     }
     std::sort(grid.begin(), grid.end());

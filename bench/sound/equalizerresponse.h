@@ -33,6 +33,14 @@ double level(const Bands &bands, double frequency);
 /// By how many dB the level at a frequency rises with each dB of the band's gain: 1 at its centre, less elsewhere.
 double slope(const Band &band, double frequency);
 
+/// Filters that are no bands of the unit, but may be wanted of it: the textbook's shelves.
+enum class Shelf {
+    Low, ///< the gain holds below the frequency
+    High,
+};
+/// Level at a frequency in Hz, in dB; half the shelf's gain at its own frequency. Flat where the shelf has no Q or is beyond half the sampling rate.
+double level(Shelf shelf, const Band &band, double frequency);
+
 struct Point
 {
     double frequency = 0; ///< Hz

@@ -1,16 +1,15 @@
+#include "measuredfilter.h"
+
 #include <sound/equalizercurves.h>
 
 #include <platform.h>
 #include <qzaudio/audiocontrol.h>
 #include <qzaudio/audiodatabase.h>
 
-#include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtTest/QtTest>
 
 #include <cmath>
-#include <complex>
-#include <cstring>
 #include <limits>
 
 using EqualizerResponse::Band;
@@ -22,42 +21,12 @@ namespace
 
 constexpr quint32 leftFront = 1;
 
-/// The samples that FFmpeg's equalizers, one behind the other, make of a single one of 1.
-QVector<double> measuredImpulse(const Bands &bands)
+QVector<double> impulseOf(const Bands &bands)
 {
     QStringList filters;
     for (const Band &band : bands)
         filters += QStringLiteral("equalizer=precision=f64:f=%1:width_type=q:width=%2:g=%3").arg(band.frequency).arg(band.q).arg(band.gain);
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  {QStringLiteral("-v"),
-                   QStringLiteral("error"),
-                   QStringLiteral("-f"),
-                   QStringLiteral("lavfi"),
-                   QStringLiteral("-i"),
-                   QStringLiteral("aevalsrc=exprs='if(eq(n,0),1,0)':s=48000:d=0.5"),
-                   QStringLiteral("-af"),
-                   filters.join(QLatin1Char(',')),
-                   QStringLiteral("-f"),
-                   QStringLiteral("f64le"),
-                   QStringLiteral("-")});
-    process.waitForFinished();
-    const QByteArray bytes = process.readAllStandardOutput();
-    QVector<double> samples(bytes.size() / int(sizeof(double)));
-    std::memcpy(samples.data(), bytes.constData(), std::size_t(samples.size()) * sizeof(double));
-    return samples;
-}
-
-/// Level of an impulse's spectrum at a frequency, dB.
-double measuredLevel(const QVector<double> &samples, double frequency)
-{
-    const double angle = 2 * 3.14159265358979323846 * frequency / EqualizerResponse::samplingRate;
-    const std::complex<double> turn = std::polar(1.0, -angle);
-    // Horner's scheme, from the last sample on.
-    std::complex<double> sum = 0;
-    for (int sample = samples.size() - 1; sample >= 0; --sample)
-        sum = sum * turn + samples.at(sample);
-    return 20 * std::log10(std::abs(sum));
+    return measuredImpulse(filters.join(QLatin1Char(',')));
 }
 
 bool isSame(const Bands &one, const Bands &other)
@@ -250,7 +219,7 @@ void EqualizerResponseTest::asMeasured()
         QSKIP("ffmpeg is not installed");
     QFETCH(Bands, bands);
 
-    const QVector<double> samples = measuredImpulse(bands);
+    const QVector<double> samples = impulseOf(bands);
     QCOMPARE(samples.size(), 24000);
     for (const double frequency : EqualizerResponse::spacedFrequencies(60)) {
         const double measured = measuredLevel(samples, frequency);

@@ -1,0 +1,207 @@
+#include "equalizerfit.h"
+
+#include <Eigen/Dense>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+using EqualizerCurves::bandCount;
+using EqualizerCurves::Gains;
+using EqualizerCurves::highestGain;
+using EqualizerResponse::Bands;
+
+namespace
+{
+
+using Vector = Eigen::Matrix<double, bandCount, 1>;
+using Matrix = Eigen::Matrix<double, bandCount, bandCount>;
+
+constexpr int frequencyCount = 200;
+
+/// The curve where it counts.
+class Target
+{
+public:
+    explicit Target(const EqualizerFit::Curve &wanted)
+        : frequencies(EqualizerFit::frequencies())
+        , levels(frequencyCount)
+    {
+        for (int place = 0; place < frequencyCount; ++place)
+            levels[place] = wanted(frequencies.at(place));
+    }
+
+    /// Wanted less got.
+    Eigen::VectorXd errors(const Vector &gains) const
+    {
+        const Bands bands = bandsOf(gains);
+        Eigen::VectorXd left = levels;
+        for (int place = 0; place < frequencyCount; ++place)
+            left[place] -= EqualizerResponse::level(bands, frequencies.at(place));
+        return left;
+    }
+
+    /// By how much each band's gain raises the level at each frequency.
+    Eigen::MatrixXd slopes(const Vector &gains) const
+    {
+        const Bands bands = bandsOf(gains);
+        Eigen::MatrixXd all(frequencyCount, bandCount);
+        for (int place = 0; place < frequencyCount; ++place) {
+            for (int band = 0; band < bandCount; ++band)
+                all(place, band) = EqualizerResponse::slope(bands.at(band), frequencies.at(place));
+        }
+        return all;
+    }
+
+    static Gains gainsOf(const Vector &gains)
+    {
+        Gains result;
+        std::copy(gains.begin(), gains.end(), result.begin());
+        return result;
+    }
+
+    const QVector<double> frequencies;
+
+private:
+    static Bands bandsOf(const Vector &gains) { return EqualizerCurves::ofGains(gainsOf(gains)); }
+
+    Eigen::VectorXd levels;
+};
+
+/**
+ * The least of x'Hx/2 - g'x between bounds, which 0 keeps: where the gradient is 0 or presses against a bound.
+ *
+ * An active set: solves for the variables that are free, goes as far as the bounds let it, keeps what stopped it at its bound, and lets go
+ * of what is pressed away from its own. Each set is met once at most.
+ */
+Vector leastBetween(const Matrix &hessian, const Vector &gradient, const Vector &low, const Vector &high)
+{
+    Vector found = Vector::Zero();
+    std::array<bool, bandCount> isHeld = {};
+    constexpr int mostSets = 10 * bandCount; // rounding could make it go round in circles
+    for (int set = 0; set < mostSets; ++set) {
+        std::vector<int> freeBands;
+        for (int band = 0; band < bandCount; ++band) {
+            if (!isHeld.at(std::size_t(band)))
+                freeBands.push_back(band);
+        }
+        const Vector downhill = gradient - hessian * found;
+        Vector direction = Vector::Zero();
+        const Eigen::MatrixXd freeHessian = hessian(freeBands, freeBands);
+        const Eigen::VectorXd freeDownhill = downhill(freeBands);
+        const Eigen::VectorXd freeDirection = freeHessian.ldlt().solve(freeDownhill);
+        direction(freeBands) = freeDirection;
+
+        double reach = 1;
+        int stopper = -1;
+        for (const int band : freeBands) {
+            const double room = direction[band] > 0 ? high[band] - found[band] : low[band] - found[band];
+            if (std::abs(room) < std::abs(direction[band]) * reach) {
+                reach = room / direction[band];
+                stopper = band;
+            }
+        }
+        found += reach * direction;
+        if (stopper >= 0) {
+            found[stopper] = direction[stopper] > 0 ? high[stopper] : low[stopper];
+            isHeld.at(std::size_t(stopper)) = true;
+            continue;
+        }
+
+        const Vector pressure = gradient - hessian * found;
+        double strongest = 1e-9 * gradient.cwiseAbs().maxCoeff();
+        int released = -1;
+        for (int band = 0; band < bandCount; ++band) {
+            const double inward = found[band] >= high[band] ? -pressure[band] : pressure[band];
+            if (isHeld.at(std::size_t(band)) && inward > strongest) {
+                strongest = inward;
+                released = band;
+            }
+        }
+        if (released < 0)
+            break;
+        isHeld.at(std::size_t(released)) = false;
+    }
+    return found;
+}
+
+/// Gains of any fraction. A band's response is nearly in proportion to its gain, so a few steps do.
+Vector fitted(const Target &target)
+{
+    Vector gains = Vector::Zero();
+    Eigen::VectorXd errors = target.errors(gains);
+    constexpr int mostSteps = 50;
+    constexpr double closeEnough = 1e-9; // dB
+    for (int step = 0; step < mostSteps; ++step) {
+        const Eigen::MatrixXd slopes = target.slopes(gains);
+        const Vector bound = Vector::Constant(highestGain);
+        Vector change = leastBetween(slopes.transpose() * slopes, slopes.transpose() * errors, -bound - gains, bound - gains);
+        Eigen::VectorXd errorsThere = target.errors(gains + change);
+        while (errorsThere.squaredNorm() > errors.squaredNorm() && change.norm() > closeEnough) {
+            change /= 2;
+            errorsThere = target.errors(gains + change);
+        }
+        if (change.norm() <= closeEnough)
+            break;
+        gains = (gains + change).cwiseMax(-bound).cwiseMin(bound);
+        errors = errorsThere;
+    }
+    return gains;
+}
+
+/// Multiples of the step near these, none of which gets better when one band, or two neighbours against each other, move on by one.
+Vector rounded(const Target &target, const Vector &gains, double step)
+{
+    const double most = std::floor(highestGain / step + 1e-9);
+    Eigen::Matrix<double, bandCount, 1> counts = (gains / step).array().round().cwiseMax(-most).cwiseMin(most);
+    double least = target.errors(counts * step).squaredNorm();
+    const auto better = [&](const Vector &other) {
+        if (other.cwiseAbs().maxCoeff() > most)
+            return false;
+        const double sum = target.errors(other * step).squaredNorm();
+        if (!(sum < least))
+            return false;
+        counts = other;
+        least = sum;
+        return true;
+    };
+    bool isBetter = true;
+    while (isBetter) {
+        isBetter = false;
+        for (int band = 0; band < bandCount; ++band) {
+            for (const double way : {1.0, -1.0}) {
+                Vector other = counts;
+                other[band] += way;
+                isBetter = better(other) || isBetter;
+                if (band + 1 < bandCount) {
+                    other[band + 1] -= way;
+                    isBetter = better(other) || isBetter;
+                }
+            }
+        }
+    }
+    // Without the last bits of 0.1, and without a minus before 0.
+    constexpr double digits = 1000;
+    return (counts * step * digits).array().round() / digits + 0.0;
+}
+
+} // namespace
+
+QVector<double> EqualizerFit::frequencies()
+{
+    return EqualizerResponse::spacedFrequencies(frequencyCount);
+}
+
+EqualizerFit EqualizerFit::to(const Curve &wanted, double step)
+{
+    const Target target(wanted);
+    const Vector gains = rounded(target, fitted(target), step);
+    const Eigen::VectorXd errors = target.errors(gains);
+    EqualizerFit fit;
+    fit.gains = Target::gainsOf(gains);
+    fit.meanError = std::sqrt(errors.squaredNorm() / frequencyCount);
+    int place = 0;
+    errors.cwiseAbs().maxCoeff(&place);
+    fit.largestError = {target.frequencies.at(place), -errors[place]};
+    return fit;
+}

@@ -1,0 +1,211 @@
+#include <sound/equalizerfit.h>
+#include <sound/equalizertext.h>
+
+#include <QtCore/QRandomGenerator>
+#include <QtTest/QtTest>
+
+#include <cmath>
+
+using EqualizerCurves::Gains;
+using EqualizerResponse::Bands;
+
+namespace
+{
+
+EqualizerFit::Curve curveOf(const Bands &bands)
+{
+    return [bands](double frequency) { return EqualizerResponse::level(bands, frequency); };
+}
+
+EqualizerFit::Curve curveOf(const char *text)
+{
+    const EqualizerText read = EqualizerText::read(text);
+    return [read](double frequency) { return read.level(frequency); };
+}
+
+double meanErrorOf(const Gains &gains, const EqualizerFit::Curve &wanted)
+{
+    const Bands bands = EqualizerCurves::ofGains(gains);
+    double sum = 0;
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(200);
+    for (const double frequency : frequencies) {
+        const double error = EqualizerResponse::level(bands, frequency) - wanted(frequency);
+        sum += error * error;
+    }
+    return std::sqrt(sum / frequencies.size());
+}
+
+/// The least error with gains of any fraction, found without slopes or matrices: band after band by thirds, until nothing gets better.
+double leastMeanError(const EqualizerFit::Curve &wanted)
+{
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(200);
+    QVector<double> errors;
+    for (const double frequency : frequencies)
+        errors.append(-wanted(frequency));
+    const auto sumWith = [&](const EqualizerResponse::Band &band) {
+        double sum = 0;
+        for (int place = 0; place < frequencies.size(); ++place) {
+            const double error = errors.at(place) + EqualizerResponse::level(band, frequencies.at(place));
+            sum += error * error;
+        }
+        return sum;
+    };
+    const auto addTo = [&](const EqualizerResponse::Band &band, double sign) {
+        for (int place = 0; place < frequencies.size(); ++place)
+            errors[place] += sign * EqualizerResponse::level(band, frequencies.at(place));
+    };
+    Bands bands = EqualizerCurves::ofGains();
+    double least = sumWith(bands.first());
+    for (int round = 0; round < 40; ++round) {
+        const double before = least;
+        for (EqualizerResponse::Band &band : bands) {
+            addTo(band, -1);
+            double low = -EqualizerCurves::highestGain;
+            double high = EqualizerCurves::highestGain;
+            while (high - low > 0.03) {
+                const double left = low + (high - low) / 3;
+                const double right = high - (high - low) / 3;
+                if (sumWith({band.frequency, band.q, left}) < sumWith({band.frequency, band.q, right}))
+                    high = right;
+                else
+                    low = left;
+            }
+            band.gain = (low + high) / 2;
+            least = sumWith(band);
+            addTo(band, 1);
+        }
+        if (before - least < 0.01)
+            break;
+    }
+    return std::sqrt(least / frequencies.size());
+}
+
+void verifyWhole(const EqualizerFit &fit, double step)
+{
+    for (const double gain : fit.gains) {
+        QVERIFY(std::abs(gain) <= EqualizerCurves::highestGain);
+        QCOMPARE(std::round(gain / step) * step + 1, gain + 1);
+        QVERIFY(!std::signbit(gain) || gain < 0);
+    }
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(EqualizerFit::Curve)
+
+/// The nearest gains, against curves that the unit can do and a search of another kind.
+class EqualizerFitTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void curvesOfTheUnitAreFound_data();
+    void curvesOfTheUnitAreFound();
+    void nothingIsNearer_data();
+    void nothingIsNearer();
+    void gainsStayWithinTheirLimit();
+    void errorsAreThoseOfTheCurve();
+};
+
+void EqualizerFitTest::curvesOfTheUnitAreFound_data()
+{
+    QTest::addColumn<QVector<double>>("given");
+    QTest::addColumn<double>("step");
+
+    for (int type = 0; type < EqualizerCurves::presetCount; ++type) {
+        const Gains gains = EqualizerCurves::gainsOfPreset(type);
+        QTest::addRow("type %d", type) << QVector<double>(gains.begin(), gains.end()) << EqualizerFit::fineStep;
+    }
+    QRandomGenerator random(16);
+    for (int number = 1; number <= 5; ++number) {
+        QVector<double> gains;
+        QVector<double> storedGains;
+        for (int band = 0; band < EqualizerCurves::bandCount; ++band) {
+            gains.append(random.bounded(-120, 121) / 10.0);
+            storedGains.append(random.bounded(-6, 7) * 2.0);
+        }
+        QTest::addRow("any %d", number) << gains << EqualizerFit::fineStep;
+        QTest::addRow("stored %d", number) << storedGains << EqualizerFit::storedStep;
+    }
+    QTest::newRow("all at their highest") << QVector<double>(EqualizerCurves::bandCount, 12) << EqualizerFit::fineStep;
+    QTest::newRow("all at their lowest, stored") << QVector<double>(EqualizerCurves::bandCount, -12) << EqualizerFit::storedStep;
+}
+
+void EqualizerFitTest::curvesOfTheUnitAreFound()
+{
+    QFETCH(QVector<double>, given);
+    QFETCH(double, step);
+
+    Gains gains;
+    std::copy(given.cbegin(), given.cend(), gains.begin());
+    const EqualizerFit fit = EqualizerFit::to(curveOf(EqualizerCurves::ofGains(gains)), step);
+    verifyWhole(fit, step);
+    for (std::size_t band = 0; band < gains.size(); ++band)
+        QVERIFY2(std::abs(fit.gains.at(band) - gains.at(band)) < 1e-9, qPrintable(QStringLiteral("%1: %2").arg(band).arg(fit.gains.at(band))));
+    QVERIFY(fit.meanError < 1e-9);
+    QVERIFY(std::abs(fit.largestError.level) < 1e-9);
+}
+
+void EqualizerFitTest::nothingIsNearer_data()
+{
+    QTest::addColumn<EqualizerFit::Curve>("wanted");
+    QTest::addColumn<double>("most"); // dB
+
+    QTest::newRow("flat") << curveOf("Filter 1: OFF") << 0.0;
+    QTest::newRow("two peaks") << curveOf("Filter 1: ON PK Fc 90 Hz Gain -6 dB Q 2\nFilter 2: ON PK Fc 2500 Hz Gain 5 dB Q 1") << 1.0;
+    QTest::newRow("shelves") << curveOf("Filter 1: ON LS Fc 150 Hz Gain 6 dB\nFilter 2: ON HS Fc 6000 Hz Gain -4 dB") << 1.2;
+    QTest::newRow("list") << curveOf("GraphicEQ: 20 3; 100 -3; 1000 0; 4000 5; 20000 -8") << 1.0;
+    QTest::newRow("beyond the limit") << curveOf("Filter 1: ON PK Fc 1000 Hz Gain 24 dB Q 1\nFilter 2: ON PK Fc 60 Hz Gain -30 dB Q 1") << 6.0;
+    QTest::newRow("all of it beyond the limit") << curveOf("GraphicEQ: 20 40") << 30.0;
+    QTest::newRow("narrow") << curveOf("Filter 1: ON PK Fc 10000 Hz Gain 12 dB Q 20") << 2.0;
+    QTest::newRow("saw") << curveOf("GraphicEQ: 20 -12; 40 12; 80 -12; 160 12; 320 -12; 640 12; 1280 -12; 2560 12; 5120 -12; 10240 12; 20000 -12") << 6.0;
+}
+
+void EqualizerFitTest::nothingIsNearer()
+{
+    QFETCH(EqualizerFit::Curve, wanted);
+    QFETCH(double, most);
+
+    const EqualizerFit fit = EqualizerFit::to(wanted);
+    verifyWhole(fit, EqualizerFit::fineStep);
+    QVERIFY2(fit.meanError <= most, qPrintable(QString::number(fit.meanError)));
+    const double least = leastMeanError(wanted);
+    // Gains are rounded to a tenth.
+    QVERIFY2(fit.meanError <= least + 0.02, qPrintable(QStringLiteral("%1, and %2 is possible").arg(fit.meanError).arg(least)));
+
+    const EqualizerFit stored = EqualizerFit::to(wanted, EqualizerFit::storedStep);
+    verifyWhole(stored, EqualizerFit::storedStep);
+    QVERIFY(stored.meanError >= fit.meanError - 0.001);
+    // Rounding each gain by itself does not give less.
+    Gains rounded = fit.gains;
+    for (double &gain : rounded)
+        gain = std::round(gain / EqualizerFit::storedStep) * EqualizerFit::storedStep;
+    QVERIFY2(stored.meanError <= meanErrorOf(rounded, wanted) + 1e-9, qPrintable(QString::number(stored.meanError)));
+}
+
+void EqualizerFitTest::gainsStayWithinTheirLimit()
+{
+    const EqualizerFit fit = EqualizerFit::to(curveOf("GraphicEQ: 20 60; 20000 -60"));
+    verifyWhole(fit, EqualizerFit::fineStep);
+    QCOMPARE(fit.gains.front(), 12.0);
+    QCOMPARE(fit.gains.back(), -12.0);
+}
+
+void EqualizerFitTest::errorsAreThoseOfTheCurve()
+{
+    const EqualizerFit::Curve wanted = curveOf("Filter 1: ON PK Fc 10000 Hz Gain 12 dB Q 8");
+    const EqualizerFit fit = EqualizerFit::to(wanted);
+    QCOMPARE(fit.meanError, meanErrorOf(fit.gains, wanted));
+    const Bands bands = EqualizerCurves::ofGains(fit.gains);
+    double largest = 0;
+    for (const double frequency : EqualizerFit::frequencies())
+        largest = std::max(largest, std::abs(EqualizerResponse::level(bands, frequency) - wanted(frequency)));
+    QCOMPARE(std::abs(fit.largestError.level), largest);
+    QCOMPARE(fit.largestError.level, EqualizerResponse::level(bands, fit.largestError.frequency) - wanted(fit.largestError.frequency));
+    // Less than was wanted, there.
+    QVERIFY(fit.largestError.level < -5);
+    QVERIFY(std::abs(fit.largestError.frequency - 10000) < 300);
+}
+
+QTEST_GUILESS_MAIN(EqualizerFitTest)
+#include "tst_equalizerfit.moc"

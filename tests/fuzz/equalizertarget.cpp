@@ -1,0 +1,24 @@
+#include "equalizertarget.h"
+
+#include <sound/equalizerfit.h>
+#include <sound/equalizerreport.h>
+
+#include <cmath>
+
+EqualizerText importedFrom(std::string_view bytes)
+{
+    const EqualizerText text = EqualizerText::read(QByteArray(bytes.data(), int(bytes.size())));
+    for (const double frequency : EqualizerResponse::spacedFrequencies(20)) {
+        if (!std::isfinite(text.level(frequency)))
+            qFatal("no level at %g Hz", frequency);
+    }
+    if (text.isEmpty())
+        return text;
+    const EqualizerFit fit = EqualizerFit::to([&text](double frequency) { return text.level(frequency); }, EqualizerFit::storedStep);
+    if (!std::isfinite(fit.meanError))
+        qFatal("no error");
+    const EqualizerReport report(QStringLiteral("bytes"), text, fit);
+    report.toText();
+    report.toJson();
+    return text;
+}
