@@ -5,7 +5,7 @@
 #include "interruption.h"
 #include "logreading.h"
 #include "logreplay.h"
-#include "scenariofile.h"
+#include "outputfile.h"
 #include "scenariowriter.h"
 #include "settingsreader.h"
 #include "viewtext.h"
@@ -111,7 +111,7 @@ int ReplayOptions::writeScenario(LogFrames &frames, const QString &log, const st
     LogReading reading(frames, log);
     if (!reading.open())
         return UsageError;
-    ScenarioFile file;
+    OutputFile file;
     QString problem = file.open(m_scenario);
     if (!problem.isEmpty())
         return fail(m_scenario, problem);

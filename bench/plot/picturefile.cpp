@@ -1,9 +1,9 @@
 #include "picturefile.h"
 
 #include "console.h"
+#include "outputfile.h"
 #include "svgplot.h"
 
-#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 
@@ -54,17 +54,14 @@ QString PictureFile::problemOfName(const QString &file)
 QString PictureFile::write(const Figure &figure, const QString &file)
 {
     QByteArray picture = SvgPlot::draw(figure);
-    if (file == standardOutput) {
-        Console::out(QString::fromUtf8(picture));
-        return {};
-    }
     QString problem;
     if (isPng(file))
         picture = toPng(picture, problem);
+    OutputFile output;
+    if (problem.isEmpty())
+        problem = output.open(file);
     if (!problem.isEmpty())
         return problem;
-    QFile output(file);
-    if (!output.open(QIODevice::WriteOnly | QIODevice::Truncate) || output.write(picture) != picture.size() || !output.flush())
-        return output.errorString();
-    return {};
+    output.write(picture);
+    return output.close();
 }

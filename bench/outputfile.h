@@ -1,5 +1,5 @@
-#ifndef SCENARIOFILE_H
-#define SCENARIOFILE_H
+#ifndef OUTPUTFILE_H
+#define OUTPUTFILE_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFileDevice>
@@ -7,8 +7,8 @@
 
 #include <memory>
 
-/// A file that a scenario is written to, part by part: the standard output ("-"), or one that is there whole or not at all.
-class ScenarioFile
+/// A file that is written part by part: the standard output ("-"), or one that is there whole or not at all.
+class OutputFile
 {
 public:
     /// @return what is the matter; empty when it is open

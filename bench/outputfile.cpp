@@ -1,11 +1,11 @@
-#include "scenariofile.h"
+#include "outputfile.h"
 
 #include "console.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 
-QString ScenarioFile::open(const QString &name)
+QString OutputFile::open(const QString &name)
 {
     if (name == QLatin1String("-"))
         return {};
@@ -17,7 +17,7 @@ QString ScenarioFile::open(const QString &name)
     return m_file->open(QIODevice::WriteOnly) ? QString() : m_file->errorString();
 }
 
-void ScenarioFile::write(const QByteArray &text)
+void OutputFile::write(const QByteArray &text)
 {
     if (m_file)
         m_file->write(text);
@@ -25,7 +25,7 @@ void ScenarioFile::write(const QByteArray &text)
         Console::out(QString::fromUtf8(text));
 }
 
-QString ScenarioFile::close()
+QString OutputFile::close()
 {
     if (!m_file)
         return {};
