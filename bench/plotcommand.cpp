@@ -10,6 +10,8 @@
 #include "plot/terminalplot.h"
 #include "plot/timelineplot.h"
 #include "scenariofiles.h"
+#include "settingsreader.h"
+#include "sound/equalizercurves.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QLoggingCategory>
@@ -48,6 +50,12 @@ constexpr OptionOf optionsOf[] = {
     {"to", "timeline"},
     {"squeeze", "timeline"},
 };
+
+int fail(const QString &file, const QString &problem, ExitStatus status)
+{
+    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), Console::printable(problem)));
+    return status;
+}
 
 QStringList scenarioNames()
 {
@@ -107,7 +115,9 @@ QVector<Command::Option> PlotCommand::options() const
         {QStringLiteral("gains"),
          QStringLiteral("LIST"),
          QStringLiteral("equalizer: the curve of sixteen gains in dB, with commas; may be given several times")},
-        {QStringLiteral("settings"), QStringLiteral("FILE"), QStringLiteral("equalizer: the curve that this settings file makes; may be given several times")},
+        {QStringLiteral("settings"),
+         QStringLiteral("FILE"),
+         QStringLiteral("equalizer: the curve that this settings file has in use; may be given several times")},
         {QStringLiteral("at"), QStringLiteral("TIME"), QStringLiteral("equalizer: the curve of a drive then, not at its end: +12s, or a time as in the log")},
         {QStringLiteral("fade"), QStringLiteral("STEPS"), QStringLiteral("fade: -15 (rear) to 15 (front)")},
         {QStringLiteral("balance"), QStringLiteral("STEPS"), QStringLiteral("fade: -15 (right) to 15 (left)")},
@@ -130,8 +140,8 @@ QString PlotCommand::details() const
         "Draws on the terminal, as wide as it is, or into a file. The subjects:\n"
         "\n"
         "  equalizer [CURVE]...      responses from 20 Hz to 20 kHz, in one chart: mode0 to mode6 (the facade's),\n"
-        "                            preset0 to preset7 (the store's), a scenario or log; without any: the\n"
-        "                            modes and the presets side by side\n"
+        "                            type0 to type6 (the settings store's), a scenario or log; without any:\n"
+        "                            the modes and the types side by side\n"
         "  fade                      the car from above, and what each setting of fade and balance does\n"
         "  timeline SCENARIO|LOG     what held when in a drive, and how loud each source was\n"
         "  policy                    statuses and channels with their volume types\n"
@@ -147,6 +157,7 @@ QVector<Command::Ending> PlotCommand::endings() const
 {
     return {
         {Failed, QStringLiteral("a scenario that is drawn failed")},
+        {Failed, QStringLiteral("a settings file cannot be read")},
         {UsageError, QStringLiteral("a picture that cannot be made")},
         {NothingFound, QStringLiteral("a log has no line of the library")},
     };
@@ -157,7 +168,7 @@ Command::Completions PlotCommand::completions(const QStringList &before) const
     if (before.isEmpty())
         return {subjects(), {}};
     if (before.constFirst() == equalizer)
-        return {PlotCurves::names() + scenarioNames(), QStringLiteral("FILE")};
+        return {EqualizerCurves::names() + scenarioNames(), QStringLiteral("FILE")};
     if (before.constFirst() == timeline && before.size() == 1)
         return {scenarioNames(), QStringLiteral("FILE")};
     return {};
@@ -214,10 +225,7 @@ int PlotCommand::run(const QCommandLineParser &parsed)
 int PlotCommand::write(const Figure &figure, const QString &file)
 {
     const QString problem = PictureFile::write(figure, file);
-    if (problem.isEmpty())
-        return Success;
-    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), problem));
-    return UsageError;
+    return problem.isEmpty() ? Success : fail(file, problem, UsageError);
 }
 
 PlotCommand::Drawn PlotCommand::drawSubject(const QStringList &words, const QCommandLineParser &parsed) const
@@ -264,15 +272,19 @@ PlotCommand::Drawn PlotCommand::drawEqualizer(const QStringList &words, const QC
         return wrong(QStringLiteral("--at is a time of a scenario or log, and there is none"));
     QString problem;
     for (const QString &list : lists) {
-        if (const auto curve = PlotCurves::ofGains(list, problem))
-            curves.append(*curve);
+        const auto curve = PlotCurves::ofGains(list, problem);
+        if (!curve)
+            return wrong(Console::printable(problem));
+        curves.append(*curve);
     }
     for (const QString &file : files) {
-        if (const auto curve = PlotCurves::ofSettings(file, problem))
-            curves.append(*curve);
+        if (!SettingsReader::exists(file))
+            return wrong(QStringLiteral("there is no settings file %1").arg(Console::printable(file)));
+        const auto curve = PlotCurves::ofSettings(file, problem);
+        if (!curve)
+            return {{}, fail(file, problem, Failed)};
+        curves.append(*curve);
     }
-    if (!problem.isEmpty())
-        return wrong(problem);
     return {curves.isEmpty() ? EqualizerPlot::compare() : EqualizerPlot::draw(curves), worst};
 }
 

@@ -7,8 +7,7 @@
 #include "exitstatus.h"
 #include "explain/loggedunit.h"
 #include "explain/logstory.h"
-#include "settingsreader.h"
-#include "sound/equalizercurves.h"
+#include "sound/customcurve.h"
 #include "timeline.h"
 
 #include "platform.h"
@@ -21,7 +20,6 @@
 #include <QtCore/QJsonObject>
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <limits>
 
@@ -30,19 +28,6 @@ using EqualizerResponse::Bands;
 
 namespace
 {
-
-const QLatin1String mode("mode");
-const QLatin1String preset("preset");
-
-/// The number behind a word; empty where the text is anything else.
-std::optional<int> numberBehind(const QString &word, const QString &text, int count)
-{
-    for (int number = 0; number < count; ++number) {
-        if (text == word + QString::number(number))
-            return number;
-    }
-    return {};
-}
 
 /// Makes the calls of a drive once more, up to a time.
 class Replay : public LogStoryListener
@@ -153,79 +138,27 @@ std::optional<Bands> bandsOfLog(const QString &word, const std::optional<LogLimi
 
 } // namespace
 
-QStringList PlotCurves::names()
-{
-    QStringList names;
-    for (int number = 0; number < EqualizerCurves::modeCount; ++number)
-        names.append(mode + QString::number(number));
-    for (int number = 0; number < EqualizerCurves::presetCount; ++number)
-        names.append(preset + QString::number(number));
-    return names;
-}
-
 std::optional<Curve> PlotCurves::ofName(const QString &name)
 {
-    if (const auto number = numberBehind(mode, name, EqualizerCurves::modeCount))
-        return Curve{QStringLiteral("the facade's mode %1").arg(*number), EqualizerCurves::ofMode(*number)};
-    if (const auto number = numberBehind(preset, name, EqualizerCurves::presetCount))
-        return Curve{QStringLiteral("the store's preset %1").arg(*number), EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(*number))};
-    return {};
+    const auto bands = EqualizerCurves::named(name);
+    if (!bands)
+        return {};
+    const bool isMode = name.startsWith(QLatin1String("mode"));
+    return Curve{(isMode ? QStringLiteral("the facade's mode %1") : QStringLiteral("the store's type %1")).arg(name.rightRef(1)), *bands};
 }
 
 std::optional<Curve> PlotCurves::ofGains(const QString &list, QString &problem)
 {
-    EqualizerCurves::Gains gains = {};
-    const QStringList words = list.split(QLatin1Char(','));
-    if (words.size() != int(gains.size())) {
-        problem = QStringLiteral("--gains takes sixteen gains in dB, with commas, not %1").arg(words.size());
-        return {};
-    }
-    for (std::size_t band = 0; band < gains.size(); ++band) {
-        bool isNumber = false;
-        const QString word = words.at(int(band)).trimmed();
-        const double gain = word.toDouble(&isNumber);
-        if (!isNumber || !(std::abs(gain) <= EqualizerCurves::highestGain)) {
-            problem = QStringLiteral("a gain is -12 to 12 dB, not %1").arg(Console::printable(word));
-            return {};
-        }
-        gains[band] = gain;
-    }
-    return Curve{QStringLiteral("the gains given"), EqualizerCurves::ofGains(gains)};
+    const auto gains = EqualizerCurves::gainsFromText(list, problem);
+    return gains ? std::make_optional(Curve{QStringLiteral("the gains given"), EqualizerCurves::ofGains(*gains)}) : std::nullopt;
 }
 
 std::optional<Curve> PlotCurves::ofSettings(const QString &file, QString &problem)
 {
-    const QString shown = Console::printable(file);
-    if (QFileInfo(file).isDir() || !SettingsReader::exists(file)) {
-        problem = QStringLiteral("there is no settings file %1").arg(shown);
+    const auto gains = CustomCurve::read(file, problem);
+    if (!gains)
         return {};
-    }
-    const SettingsReader reader(file);
-    if (!reader.isReadable()) {
-        problem = QStringLiteral("%1: %2").arg(shown, reader.problem());
-        return {};
-    }
-    const auto settings = reader.settings();
-    const auto numberOf = [&settings](const QString &key) {
-        for (const SettingsReader::Setting &setting : settings) {
-            if (setting.key == key)
-                return setting.inEffect.toInt();
-        }
-        return 0;
-    };
-    const int type = numberOf(QStringLiteral("EQ/Type"));
-    if (type != EqualizerCurves::customPreset)
-        return Curve{QStringLiteral("preset %1 of %2").arg(type).arg(shown), EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(type))};
-    EqualizerCurves::Gains gains = {};
-    for (std::size_t band = 0; band < gains.size(); ++band) {
-        const int gain = numberOf(QStringLiteral("EQ/Custom%1").arg(band));
-        if (std::abs(gain) > EqualizerCurves::highestGain) {
-            problem = QStringLiteral("%1: band %2 of the custom curve has %3 dB, so the library refuses all of it").arg(shown).arg(band).arg(gain);
-            return {};
-        }
-        gains[band] = gain;
-    }
-    return Curve{QStringLiteral("the custom curve of %1").arg(shown), EqualizerCurves::ofGains(gains)};
+    return Curve{QStringLiteral("the curve in use in %1").arg(Console::printable(file)), EqualizerCurves::ofGains(*gains)};
 }
 
 std::optional<Curve> PlotCurves::ofDrive(const QString &word, const std::optional<LogLimit> &time, const QString &timeText, int &status)

@@ -16,15 +16,13 @@ class DriveLog;
 namespace PlotCurves
 {
 
-/// "mode0" to "mode6" of the facade, "preset0" to "preset7" of the store.
-QStringList names();
-
+/// One of EqualizerCurves::names().
 std::optional<EqualizerPlot::Curve> ofName(const QString &name);
 
-/// Sixteen gains in dB, with commas.
+/// As EqualizerCurves::gainsFromText() reads them.
 std::optional<EqualizerPlot::Curve> ofGains(const QString &list, QString &problem);
 
-/// What the library sends for a settings file: the preset of the stored type, or the custom curve.
+/// What a unit with this settings file begins with.
 std::optional<EqualizerPlot::Curve> ofSettings(const QString &file, QString &problem);
 
 /**

@@ -74,7 +74,8 @@ all_lines()
 {
     local command name
     fits "$commands" ''
-    fits play pl
+    fits $'play\nplot' pl
+    fits play pla
     fits '' fly
     fits $'--help\n--version' -
     fits '' fly ''
@@ -113,6 +114,12 @@ all_lines()
     fits --odd.js play -- --o
     fits "$work/here/own.js" play "$work/here/o"
     fits own.js settings o
+    fits $'equalizer\nfade\npolicy\ntimeline' plot ''
+    fits own.js plot timeline ow
+    fits '' plot timeline own.js ''
+    fits '' plot fade ''
+    fits "$(printf 'mode%d\n' {0..6})" plot equalizer mode
+    fits $'flash\nmy drives\nown.js\n--odd.js' plot policy -o ''
     fits '' settings own.js o
     fits $'abandon\ncurrent\nmonitor\nrequest' focus ''
     fits '' focus request ''
@@ -122,10 +129,10 @@ all_lines()
     fits '' help settings ''
 
     # Called by its path, where it is missing, and where it is something else.
-    complete_words "$work/bin/qzaudio-bench" pl
+    complete_words "$work/bin/qzaudio-bench" pla
     [[ ${COMPREPLY[*]} == play ]] || fail "by its path: becomes ${COMPREPLY[*]}"
     for name in missing-bench "$work/bin/missing" "$work/bin/reader" "$work/here"; do
-        complete_words "$name" pl
+        complete_words "$name" pla
         [[ ! ${COMPREPLY[*]} ]] || fail "$name: becomes ${COMPREPLY[*]}"
     done
 }
@@ -166,7 +173,7 @@ typed()
         timeout 60 script --quiet --return --command "bash --noprofile --rcfile '$work/rc' -i" /dev/null >"$work/shown" || true
     [[ $(cat "$work/note") == "$1" ]] || fail "typed $2: starts $(cat "$work/note"), not $1; the terminal shows $(cat "$work/shown")"
 }
-typed '<play><own.js>' 'qzaudio-bench pl\tow\t'
+typed '<play><own.js>' 'qzaudio-bench pla\tow\t'
 typed '<play><my drives/long way.js>' 'qzaudio-bench pla\tmy\\ d\tlo\t'
 typed '<play><my drives/long way.js>' 'qzaudio-bench play "my dr\tlo\t'
 typed '<play><--color=always><own.js>' 'qzaudio-bench play --co\t\b=al\town\t'
