@@ -130,3 +130,17 @@ passes 'play own.js' play own.js
 passes 'settings --json' settings --json
 passes 'help play' help play
 passes '--version' --version
+
+echo "== packages"
+# installs GROUPS ARGUMENT...
+installs()
+{
+    local groups=$1
+    shift
+    passes "$*" "$@"
+    grep -qx "groups $groups" err || fail "./run $*: installs something else than $groups"
+}
+touch original/bench/plotcommand.h
+printf '%s\n' '#!/bin/sh' 'echo "groups $*" >&2' >original/tools/install-packages
+installs 'run' plot policy -o policy.svg
+installs 'run plots' plot policy -o policy.png
