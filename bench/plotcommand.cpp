@@ -313,6 +313,7 @@ PlotCommand::Drawn PlotCommand::drawTimeline(const QString &word, const QCommand
     const int opened = drive.open(word);
     if (opened != Success)
         return {{}, opened};
+    settings.headings = drive.headings();
     TimelinePlot plot(settings, drive.clock());
     const int status = drive.read(plot, settings.wanted);
     if (status != Success && status != Failed)

@@ -6,6 +6,9 @@
 #include "exitstatus.h"
 #include "explain/logstory.h"
 
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
 namespace
 {
 
@@ -13,6 +16,18 @@ int fail(const QString &file, const QString &problem)
 {
     Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), Console::printable(problem)));
     return UsageError;
+}
+
+QVector<DriveHeading> headingsIn(const QByteArray &report)
+{
+    QVector<DriveHeading> headings;
+    const auto lines = report.split('\n');
+    for (const QByteArray &line : lines) {
+        const QJsonObject event = QJsonDocument::fromJson(line).object();
+        if (event.value(QLatin1String("event")) == QLatin1String("heading"))
+            headings.append({qint64(event.value(QLatin1String("time")).toDouble()), event.value(QLatin1String("text")).toString()});
+    }
+    return headings;
 }
 
 } // namespace
@@ -34,7 +49,8 @@ int DriveLog::play(const QString &scenario)
     if (!m_folder.isValid())
         return fail(scenario, m_folder.errorString());
     m_file = m_folder.filePath(QStringLiteral("log"));
-    const PlayedScenario played = PlayedScenario::play(scenario, {QStringLiteral("--brief"), QStringLiteral("--log-to"), m_file});
+    const PlayedScenario played = PlayedScenario::play(scenario, {QStringLiteral("--json"), QStringLiteral("--log-to"), m_file});
+    m_headings = headingsIn(played.output);
     m_hasFailed = played.status == Failed;
     return m_hasFailed ? int(Success) : played.status;
 }

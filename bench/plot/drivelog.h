@@ -1,12 +1,15 @@
 #ifndef DRIVELOG_H
 #define DRIVELOG_H
 
+#include "driveheading.h"
+
 #include "explain/logfilter.h"
 #include "explain/logframes.h"
 #include "explain/logreading.h"
 
 #include <QtCore/QString>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QVector>
 
 #include <memory>
 
@@ -24,6 +27,9 @@ public:
     /// The log's time; only of one that is open.
     const LogClock &clock() const { return m_reading->clock(); }
 
+    /// What a scenario says of its parts, which its log does not have; none of a log.
+    QVector<DriveHeading> headings() const { return m_headings; }
+
     /// Tells all of it. @return an exit status: Failed for a scenario that failed
     int read(LogStoryListener &listener);
     /// The same, where a limit has to be a time of the log.
@@ -36,6 +42,7 @@ private:
 
     QTemporaryDir m_folder;
     QString m_file;
+    QVector<DriveHeading> m_headings;
     LogFrames m_frames;
     std::unique_ptr<LogReading> m_reading;
     bool m_hasFailed = false;

@@ -149,7 +149,13 @@ struct Figure
         QVector<QStringList> rows;
     };
 
-    using Panel = std::variant<Charts, Lanes, Maps, Car, Graph, Table>;
+    /// Each begins on a line of its own.
+    struct List
+    {
+        QStringList items;
+    };
+
+    using Panel = std::variant<Charts, Lanes, Maps, Car, Graph, Table, List>;
 
     QString title;
     QVector<Panel> panels = {};

@@ -30,7 +30,7 @@ constexpr Color colors[] = {
     {"violet", "#4a3aa7", "#9085e9"},
     {"yellow", "#eda100", "#c98500"},
     {"magenta", "#e87ba4", "#d55181"},
-    {"green", "#008300", "#008300"},
+    {"green", "#008300", "#3aa33a"},
     {"red", "#e34948", "#e66767"},
 };
 
@@ -204,6 +204,24 @@ QString SvgCanvas::shortened(const QString &text, double width)
     constexpr int least = 3;
     const int count = int(width / widthOf(QStringLiteral("x"))) - 1;
     return count < least ? QString() : text.left(count) + QChar(0x2026);
+}
+
+QStringList SvgCanvas::lines(const QString &text, double width)
+{
+    QStringList lines;
+    QString line;
+    const QStringList words = text.split(QLatin1Char(' '));
+    for (const QString &word : words) {
+        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
+        if (!line.isEmpty() && widthOf(longer) > width) {
+            lines.append(line);
+            line = word;
+        } else {
+            line = longer;
+        }
+    }
+    lines.append(line);
+    return lines;
 }
 
 QString SvgCanvas::lineOf(int name)

@@ -5,6 +5,7 @@
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamWriter>
 
@@ -37,6 +38,9 @@ public:
     static double widthOf(const QString &text);
     /// As much of it as fits, with a mark where it was cut; empty where that is too little to be of use.
     static QString shortened(const QString &text, double width);
+
+    /// A paragraph in lines that fit, but for words that are longer than one.
+    static QStringList lines(const QString &text, double width);
 
     static QString lineOf(int name);
     static QString fillOf(int name);

@@ -16,7 +16,7 @@ const QLatin1String axis("axis");
 
 constexpr double legendSample = 24;
 constexpr double gap = 16;
-constexpr double titleHeight = 20;
+constexpr double titleHeight = 26;
 constexpr double axisHeight = 22; ///< with the ticks' labels
 constexpr double heightOfOne = 360;
 constexpr double heightOfSmall = 190;
@@ -45,12 +45,9 @@ QVector<LegendEntry> legendOf(const QStringList &legend, double width)
     return entries;
 }
 
-/// As wide as what the figure's panels have: heights are asked for before there is an area.
-constexpr double usualWidth = 912;
-
 double legendHeight(const QStringList &legend)
 {
-    const auto entries = legendOf(legend, usualWidth);
+    const auto entries = legendOf(legend, SvgPanels::usualWidth);
     return entries.isEmpty() ? 0 : entries.constLast().place.y() + SvgCanvas::lineHeight + gap / 2;
 }
 
@@ -75,9 +72,17 @@ double yOf(const Figure::Axis &upright, double value, const QRectF &area)
     return area.bottom() - upright.placeOf(value) * area.height();
 }
 
+/// As much of it as fits: at least its first word, which may be a number.
+QString labelOf(const Figure::Span &span, double width)
+{
+    const QString shown = SvgCanvas::shortened(span.label, width);
+    const QString word = span.label.section(QLatin1Char(' '), 0, 0);
+    return shown.isEmpty() && SvgCanvas::widthOf(word) <= width ? word : shown;
+}
+
 void drawHorizontalAxis(SvgCanvas &canvas, const Figure::Axis &horizontal, const QRectF &area)
 {
-    double free = area.left() - gap;
+    double free = area.left() - 2 * gap;
     for (const Figure::Tick &tick : horizontal.ticks) {
         const double x = xOf(horizontal, tick.value, area);
         const double half = SvgCanvas::widthOf(tick.label) / 2;
@@ -147,7 +152,7 @@ double SvgPanels::heightOf(const Figure::Charts &charts)
 
 void SvgPanels::draw(SvgCanvas &canvas, const Figure::Charts &charts, const QRectF &area)
 {
-    const auto entries = legendOf(charts.legend, usualWidth);
+    const auto entries = legendOf(charts.legend, SvgPanels::usualWidth);
     for (int name = 0; name < entries.size(); ++name) {
         const QPointF place = area.topLeft() + entries.at(name).place + QPointF(0, SvgCanvas::textSize);
         const QPointF sample = place - QPointF(0, SvgCanvas::textSize / 3);
@@ -185,9 +190,9 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Lanes &lanes, const QRectF
             const QRectF bar(left, top + inset, width, laneHeight - 2 * inset);
             canvas.rectangle(bar, SvgCanvas::fillOf(row), span.label, isMoment ? 1 : 0.25, isMoment ? 0 : inset);
             if (isMoment)
-                canvas.text({left + 2 * inset, baseline}, SvgCanvas::shortened(span.label, field.right() - left - 2 * inset), faint);
+                canvas.text({left + 2 * inset, baseline}, labelOf(span, field.right() - left - 2 * inset), faint);
             else
-                canvas.text({left + 2 * inset, baseline}, SvgCanvas::shortened(span.label, width - 3 * inset), text);
+                canvas.text({left + 2 * inset, baseline}, labelOf(span, width - 3 * inset), text);
         }
     }
 }

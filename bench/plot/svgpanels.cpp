@@ -15,6 +15,7 @@ const QLatin1String axis("axis");
 constexpr double gap = 24;
 constexpr double titleHeight = 20;
 constexpr double mapHeight = 190;
+constexpr double silentShade = 0.15;
 
 constexpr double carWidth = 280;
 constexpr double carHeight = 300;
@@ -62,7 +63,7 @@ QVector<double> columnWidths(const Figure::Table &table)
 
 double SvgPanels::heightOf(const Figure::Maps & /*maps*/)
 {
-    return mapHeight + titleHeight + 4 * SvgCanvas::lineHeight;
+    return mapHeight + titleHeight + 5 * SvgCanvas::lineHeight;
 }
 
 void SvgPanels::draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &area)
@@ -84,8 +85,11 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &
             if (isSame)
                 continue;
             const QRectF run(left + (begin % map.columns) * cell, top + (begin / map.columns) * cell, (place - begin) * cell, cell);
+            const bool isMarked = map.isMarked.at(begin);
             if (map.values.at(begin) > 0)
-                canvas.rectangle(run, SvgCanvas::fillOf(map.isMarked.at(begin) ? 1 : 0) + QStringLiteral(" cell"), {}, map.values.at(begin));
+                canvas.rectangle(run, SvgCanvas::fillOf(isMarked ? 1 : 0) + QStringLiteral(" cell"), {}, map.values.at(begin));
+            else if (isMarked)
+                canvas.rectangle(run, text + QStringLiteral(" cell"), {}, silentShade);
             begin = place;
         }
         const double height = cell * (map.values.size() / map.columns);
@@ -95,11 +99,21 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &
     double y = area.top() + titleHeight + size + SvgCanvas::lineHeight;
     canvas.text(
         {area.left(), y}, QStringLiteral("Top: %1; bottom: %2; left: %3; right: %4; dot: as above").arg(maps.top, maps.bottom, maps.left, maps.right), faint);
-    const QPair<int, QString> keys[] = {{0, QStringLiteral("one of them takes away, or none; the paler, the quieter; none: silent")}, {1, maps.marked}};
-    for (const auto &key : keys) {
+    struct Key
+    {
+        QString look;
+        double opacity;
+        QString meaning;
+    };
+    const Key keys[] = {
+        {SvgCanvas::fillOf(0), 1, QStringLiteral("the paler, the quieter; none: silent")},
+        {SvgCanvas::fillOf(1), 1, maps.marked},
+        {text, silentShade, maps.marked + QStringLiteral(" to silence")},
+    };
+    for (const Key &key : keys) {
         y += SvgCanvas::lineHeight;
-        canvas.rectangle({area.left(), y - SvgCanvas::textSize + 2, SvgCanvas::textSize, SvgCanvas::textSize}, SvgCanvas::fillOf(key.first));
-        canvas.text({area.left() + SvgCanvas::lineHeight + 4, y}, key.second, faint);
+        canvas.rectangle({area.left(), y - SvgCanvas::textSize + 2, SvgCanvas::textSize, SvgCanvas::textSize}, key.look, {}, key.opacity);
+        canvas.text({area.left() + SvgCanvas::lineHeight + 4, y}, key.meaning, faint);
     }
 }
 
@@ -195,6 +209,26 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Graph &graph, const QRectF
                 canvas.rectangle({place.left, y - nodeHeight / 2, width, nodeHeight}, SvgCanvas::fillOf(i), {}, 0.25, 4);
             const QString shown = node.detail.isEmpty() ? node.name : node.name + QStringLiteral(" \u00b7 ") + node.detail;
             canvas.text({x, y + SvgCanvas::textSize / 3}, SvgCanvas::shortened(shown, width), text, anchor);
+        }
+    }
+}
+
+double SvgPanels::heightOf(const Figure::List &list)
+{
+    double height = 0;
+    for (const QString &item : list.items)
+        height += SvgCanvas::lines(item, usualWidth).size() * SvgCanvas::lineHeight;
+    return height;
+}
+
+void SvgPanels::draw(SvgCanvas &canvas, const Figure::List &list, const QRectF &area)
+{
+    double y = area.top();
+    for (const QString &item : list.items) {
+        const QStringList lines = SvgCanvas::lines(item, usualWidth);
+        for (const QString &line : lines) {
+            y += SvgCanvas::lineHeight;
+            canvas.text({area.left(), y - SvgCanvas::lineHeight + SvgCanvas::textSize}, SvgCanvas::shortened(line, usualWidth), text);
         }
     }
 }

@@ -12,6 +12,7 @@
 namespace SvgPanels
 {
 
+constexpr double usualWidth = 912; ///< of an area: heights are asked for before there is one
 constexpr double margin = 100; ///< left of lines and lanes
 
 double heightOf(const Figure::Charts &charts);
@@ -20,6 +21,7 @@ double heightOf(const Figure::Maps &maps);
 double heightOf(const Figure::Car &car);
 double heightOf(const Figure::Graph &graph);
 double heightOf(const Figure::Table &table);
+double heightOf(const Figure::List &list);
 
 void draw(SvgCanvas &canvas, const Figure::Charts &charts, const QRectF &area);
 void draw(SvgCanvas &canvas, const Figure::Lanes &lanes, const QRectF &area);
@@ -27,6 +29,7 @@ void draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &area);
 void draw(SvgCanvas &canvas, const Figure::Car &car, const QRectF &area);
 void draw(SvgCanvas &canvas, const Figure::Graph &graph, const QRectF &area);
 void draw(SvgCanvas &canvas, const Figure::Table &table, const QRectF &area);
+void draw(SvgCanvas &canvas, const Figure::List &list, const QRectF &area);
 
 } // namespace SvgPanels
 

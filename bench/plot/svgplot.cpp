@@ -7,28 +7,9 @@
 namespace
 {
 
-constexpr double border = 24;
+constexpr double border = (SvgPlot::width - SvgPanels::usualWidth) / 2;
 constexpr double titleHeight = 28;
 constexpr double panelGap = 20;
-
-/// A paragraph in lines that fit.
-QStringList linesOf(const QString &text)
-{
-    QStringList lines;
-    QString line;
-    const QStringList words = text.split(QLatin1Char(' '));
-    for (const QString &word : words) {
-        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
-        if (!line.isEmpty() && SvgCanvas::widthOf(longer) > SvgPlot::width - 2 * border) {
-            lines.append(line);
-            line = word;
-        } else {
-            line = longer;
-        }
-    }
-    lines.append(line);
-    return lines;
-}
 
 } // namespace
 
@@ -36,7 +17,7 @@ QByteArray SvgPlot::draw(const Figure &figure)
 {
     QStringList remarks;
     for (const QString &remark : figure.remarks)
-        remarks += linesOf(remark);
+        remarks += SvgCanvas::lines(remark, SvgPanels::usualWidth);
     const auto heightOf = [](const Figure::Panel &panel) { return std::visit([](const auto &one) { return SvgPanels::heightOf(one); }, panel); };
     double height = 2 * border + titleHeight + remarks.size() * SvgCanvas::lineHeight;
     for (const Figure::Panel &panel : figure.panels)

@@ -113,7 +113,7 @@ void drawTicks(TextCanvas &canvas, const Figure::Axis &axis, int column, int col
         free = begin + tick.label.size() + 1;
     }
     for (const double value : axis.breaks)
-        canvas.write(column + int(std::lround(axis.placeOf(value) * (columns - 1))), row, isAscii ? QStringLiteral("/") : QString(QChar(0x254C)), Style::Plain);
+        canvas.write(column + int(std::lround(axis.placeOf(value) * (columns - 1))), row, isAscii ? QStringLiteral("/") : QString(QChar(0x2571)), Style::Plain);
 }
 
 QString shortened(const QString &text, int columns, bool isAscii)
@@ -122,6 +122,14 @@ QString shortened(const QString &text, int columns, bool isAscii)
         return text;
     const QString mark = isAscii ? QStringLiteral("~") : QString(QChar(0x2026));
     return columns < 2 ? QString() : text.left(columns - 1) + mark;
+}
+
+/// As much of it as fits: at least its first word, which may be a number.
+QString labelOf(const Figure::Span &span, int columns, bool isAscii)
+{
+    const QString word = span.label.section(QLatin1Char(' '), 0, 0);
+    const bool isWordOnly = columns < span.label.size() && columns <= word.size() + 1;
+    return isWordOnly && word.size() <= columns ? word : shortened(span.label, columns, isAscii);
 }
 
 } // namespace
@@ -188,7 +196,7 @@ void TerminalChart::draw(TextCanvas &canvas, const Figure::Lanes &lanes, const P
             const QChar line = canvas.isAscii() ? QLatin1Char('_') : QChar(0x2581);
             canvas.write(begin, row, QString(count, line), Style::Good);
             canvas.write(begin, row, QString(edge), Style::Good);
-            canvas.write(begin + 1, row, shortened(span.label, count - 1, canvas.isAscii()), Style::Good);
+            canvas.write(begin + 1, row, labelOf(span, count - 1, canvas.isAscii()), Style::Good);
         }
         ++row;
     }

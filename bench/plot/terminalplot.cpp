@@ -180,11 +180,15 @@ QString TerminalPlot::drawPanel(const Figure::Charts &charts) const
     const int perRow = count == 1 ? 1 : std::clamp((m_width + gap) / (narrowest + gap), 1, std::max(count, 1));
     const int columns = (m_width + gap) / perRow - gap;
     const int margin = count == 1 ? TerminalChart::margin : smallMargin;
-    constexpr int rowsOfOne = 17;
+    constexpr int leastRows = 17;
+    constexpr int mostRows = 25;
+    constexpr int columnsPerRow = 8;
     constexpr int rowsOfSeveral = 10;
-    const int rows = (count == 1 ? rowsOfOne : rowsOfSeveral) + 1 + TerminalChart::axisRows;
+    const int rows = (count == 1 ? std::clamp(m_width / columnsPerRow, leastRows, mostRows) : rowsOfSeveral) + 1 + TerminalChart::axisRows;
     QString text = legendText(charts.legend);
     for (int first = 0; first < count; first += perRow) {
+        if (count > 1)
+            text += QLatin1Char('\n');
         TextCanvas drawn = canvas(rows);
         for (int i = first; i < std::min(first + perRow, count); ++i)
             TerminalChart::draw(drawn, charts.charts.at(i), {(i - first) * (columns + gap), 0, columns, rows}, margin);
@@ -210,6 +214,8 @@ QString TerminalPlot::drawPanel(const Figure::Maps &maps) const
     const int perRow = std::clamp((m_width + gap) / (first.columns + gap), 1, maps.maps.size());
     QString text;
     for (int begin = 0; begin < maps.maps.size(); begin += perRow) {
+        if (begin > 0)
+            text += QLatin1Char('\n');
         TextCanvas drawn = canvas(rows.size() + 1);
         for (int i = begin; i < std::min(begin + perRow, maps.maps.size()); ++i)
             drawMap(drawn, maps.maps.at(i), rows, (i - begin) * (first.columns + gap), 0);
@@ -219,7 +225,7 @@ QString TerminalPlot::drawPanel(const Figure::Maps &maps) const
     constexpr int shadeCount = 4;
     for (int shade = 1; shade <= shadeCount; ++shade)
         shades += QStringLiteral("%1 to %2 %, ").arg(shadeOf(double(shade) / shadeCount, isAscii())).arg(shade * 100 / shadeCount);
-    return text
+    return text + QLatin1Char('\n')
         + paragraph(
                QStringLiteral("Top row: %1, bottom row: %2; left: %3, right: %4. %5blank: silent; a digit: %6, tens of percent that are left; X: as above.")
                    .arg(maps.top, maps.bottom, maps.left, maps.right, shades, maps.marked));
@@ -313,6 +319,15 @@ QString TerminalPlot::drawPanel(const Figure::Table &table) const
         columns.append(column);
     }
     return text + tableText(table, columns, widths);
+}
+
+QString TerminalPlot::drawPanel(const Figure::List &list) const
+{
+    constexpr int hanging = 4;
+    QString text;
+    for (const QString &item : list.items)
+        text += paragraph(item, 0, hanging);
+    return text;
 }
 
 QString TerminalPlot::tableText(const Figure::Table &table, const QVector<int> &columns, const QVector<int> &widths) const

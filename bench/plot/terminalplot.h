@@ -29,6 +29,7 @@ private:
     QString drawPanel(const Figure::Car &car) const;
     QString drawPanel(const Figure::Graph &graph) const;
     QString drawPanel(const Figure::Table &table) const;
+    QString drawPanel(const Figure::List &list) const;
 
     QString tableText(const Figure::Table &table, const QVector<int> &columns, const QVector<int> &widths) const;
     QString legendText(const QStringList &legend) const;

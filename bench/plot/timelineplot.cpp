@@ -93,7 +93,7 @@ void TimelinePlot::request(const LoggedRequest &request)
             addMoment(Keys, line.time, said.isTrue(0) ? QStringLiteral("+") : QStringLiteral("-"));
             break;
         case Id::OnRecvBackCar:
-            set(Gear, line.time, said.isTrue(0) ? QStringLiteral("in reverse") : QString());
+            set(Gear, line.time, said.isTrue(0) ? QStringLiteral("on") : QString());
             break;
         default:
             break;
@@ -125,9 +125,12 @@ void TimelinePlot::focus(const FocusChange &change)
     }
 }
 
-void TimelinePlot::heading(qint64 time, quint64 /*line*/, const QString & /*text*/)
+void TimelinePlot::heading(qint64 time, quint64 /*line*/, const QString &text)
 {
-    shownTime(time);
+    if (m_settings.headings.isEmpty())
+        addHeading(time, text);
+    else
+        shownTime(time);
 }
 
 void TimelinePlot::reboot()
@@ -156,6 +159,18 @@ void TimelinePlot::addSpan(Lane lane, qint64 from, qint64 to, const QString &lab
     from = std::max(from, m_begin);
     if (from < to)
         m_spans[lane].append({double(from), double(to), label});
+}
+
+void TimelinePlot::addHeading(qint64 time, const QString &text)
+{
+    const auto shown = shownTime(time);
+    if (!shown)
+        return;
+    const bool isBefore = *shown > time;
+    if (isBefore)
+        m_headings.clear();
+    if (m_headings.size() <= mostHeadings)
+        m_headings.append({*shown, Console::printable(text)});
 }
 
 void TimelinePlot::addMoment(Lane lane, qint64 time, const QString &label)
@@ -218,6 +233,8 @@ void TimelinePlot::addLevel(const SourceKey &key, qint64 time, double level)
 QVector<qint64> TimelinePlot::changeTimes() const
 {
     QVector<qint64> times{m_begin, m_end};
+    for (const DriveHeading &heading : m_headings)
+        times.append(heading.time);
     for (const auto &spans : m_spans) {
         for (const Figure::Span &span : spans)
             times << qint64(span.from) << qint64(span.to);
@@ -288,6 +305,8 @@ Figure::Charts TimelinePlot::levels(const Figure::Axis &axis) const
 Figure::Lanes TimelinePlot::lanes(const Figure::Axis &axis) const
 {
     Figure::Lanes drawn{axis, {}};
+    if (!m_headings.isEmpty())
+        drawn.lanes.append(parts());
     for (int lane = 0; lane < laneCount; ++lane) {
         Figure::Lane one{QLatin1String(laneNames[lane]), {}};
         for (const Figure::Span &span : m_spans[lane])
@@ -297,8 +316,32 @@ Figure::Lanes TimelinePlot::lanes(const Figure::Axis &axis) const
     return drawn;
 }
 
+Figure::Lane TimelinePlot::parts() const
+{
+    Figure::Lane lane{QStringLiteral("part"), {}};
+    for (int i = 0; i < std::min(int(m_headings.size()), mostHeadings); ++i) {
+        const qint64 from = m_headings.at(i).time;
+        const qint64 to = i + 1 < m_headings.size() ? m_headings.at(i + 1).time : m_end;
+        if (from < to)
+            lane.spans.append({placeOf(from), placeOf(to), QStringLiteral("%1 %2").arg(i + 1).arg(m_headings.at(i).text)});
+    }
+    return lane;
+}
+
+Figure::List TimelinePlot::listOfHeadings() const
+{
+    Figure::List list;
+    for (int i = 0; i < std::min(int(m_headings.size()), mostHeadings); ++i)
+        list.items.append(QStringLiteral("%1 at %2: %3").arg(i + 1).arg(timeText(m_headings.at(i).time), m_headings.at(i).text));
+    if (m_headings.size() > mostHeadings)
+        list.items.append(QStringLiteral("and more"));
+    return list;
+}
+
 Figure TimelinePlot::finish()
 {
+    for (const DriveHeading &heading : m_settings.headings)
+        addHeading(heading.time, heading.text);
     shownTime(m_clock.now());
     for (int lane = 0; lane < laneCount; ++lane) {
         if (!m_states[lane].label.isEmpty())
@@ -306,7 +349,7 @@ Figure TimelinePlot::finish()
     }
     const Figure::Axis axis = timeAxis(changeTimes());
     Figure figure{m_settings.title};
-    figure.panels = {lanes(axis), levels(axis)};
+    figure.panels = {lanes(axis), levels(axis), listOfHeadings()};
     figure.remarks.append(QStringLiteral("Levels are those at the driver's ear, left front, without the equalizer; 0 dB is the loudest that the unit can be."));
     if (!axis.breaks.isEmpty())
         figure.remarks.append(QStringLiteral("Time is not to scale at the breaks: of %1 s or more in which nothing changes that much is drawn.")

@@ -1,6 +1,7 @@
 #ifndef TIMELINEPLOT_H
 #define TIMELINEPLOT_H
 
+#include "driveheading.h"
 #include "figure.h"
 
 #include "explain/logfilter.h"
@@ -25,6 +26,7 @@ public:
     {
         QString title;
         LogFilter::Wanted wanted; ///< of which only the limits count
+        QVector<DriveHeading> headings; ///< of its parts; where there are none, what the log's reader says of them
         qint64 longestStill = 5000; ///< ms in which nothing changes that are drawn to scale: more is left out; 0 for all
     };
 
@@ -42,6 +44,8 @@ public:
 
     /// Changes that a picture can hold; what comes after them is left out, and the picture says so.
     static constexpr int mostChanges = 5000;
+    /// Headings that a picture lists.
+    static constexpr int mostHeadings = 30;
     /// Sources of which a picture can hold the levels.
     static constexpr int mostSources = 8;
 
@@ -75,6 +79,7 @@ private:
     /// The time as far as the picture has it; empty outside of it.
     std::optional<qint64> shownTime(qint64 time);
     void set(Lane lane, qint64 time, const QString &label);
+    void addHeading(qint64 time, const QString &text);
     void addMoment(Lane lane, qint64 time, const QString &label);
     void addSpan(Lane lane, qint64 from, qint64 to, const QString &label);
     void lookAtChip();
@@ -84,6 +89,8 @@ private:
     double placeOf(qint64 time) const;
     Figure::Charts levels(const Figure::Axis &axis) const;
     Figure::Lanes lanes(const Figure::Axis &axis) const;
+    Figure::Lane parts() const;
+    Figure::List listOfHeadings() const;
 
     const Settings m_settings;
     const LogClock &m_clock;
@@ -92,6 +99,7 @@ private:
     QObject m_ear; // what the chip's changes are told to
     State m_states[laneCount];
     QVector<Figure::Span> m_spans[laneCount]; // in ms
+    QVector<DriveHeading> m_headings; // one more than there is room for shows that there were more
     QMap<SourceKey, QVector<Level>> m_levels;
     QVector<SourceKey> m_sources; // in the order in which they were heard first
     QMap<qint64, double> m_places; // of the times at which something changes, s from the left

@@ -50,8 +50,9 @@ Figure crowded()
     }
     charts.charts.append(chart);
     Figure figure{QString(300, QLatin1Char('t'))};
-    figure.panels = {Figure::Lanes{axis, {lane, lane}}, charts};
-    figure.remarks = {QStringLiteral("A remark of many words. ").repeated(20), QString(500, QLatin1Char('w'))};
+    const Figure::List list{{QStringLiteral("short"), QStringLiteral("words of a long item ").repeated(20), QString(300, QLatin1Char('i'))}};
+    figure.panels = {Figure::Lanes{axis, {lane, lane}}, list, charts};
+    figure.remarks = QStringList{QStringLiteral("A remark of many words. ").repeated(20), QString(500, QLatin1Char('w'))};
     return figure;
 }
 

@@ -18,7 +18,7 @@ namespace
 {
 
 /// What "play" told of a sound.
-struct Heard
+struct HeardSound
 {
     qint64 time; ///< ms
     QString name;
@@ -63,34 +63,42 @@ private Q_SLOTS:
     void levelsAreThoseThatAreHeard();
     void quietTimesAreShortened();
     void limitsCutTheDrive();
+    void headingsNameTheParts();
+    void headingsAreLimited();
     void mutedSourcesAreSilent();
     void hugeDrivesAreCut();
 
 private:
-    Figure plot(const QString &log, qint64 longestStill, const char *from = nullptr, const char *to = nullptr) const;
+    static Figure plot(const QString &log, const TimelinePlot::Settings &settings);
+    static Figure plot(const QString &log, qint64 longestStill, const char *from = nullptr, const char *to = nullptr);
     QString play(const QByteArray &scenario) const;
 
     QTemporaryDir m_folder;
     QString m_log;
-    QVector<Heard> m_heard;
+    QVector<HeardSound> m_heard;
 };
 
-Figure PlotTimelineTest::plot(const QString &log, qint64 longestStill, const char *from, const char *to) const
+Figure PlotTimelineTest::plot(const QString &log, const TimelinePlot::Settings &settings)
 {
     LogFrames frames;
     LogReading reading(frames, log);
     if (!reading.open())
         qFatal("the log cannot be read");
     LoggedUnit::restart();
+    TimelinePlot plot(settings, reading.clock());
+    reading.read(plot);
+    return plot.finish();
+}
+
+Figure PlotTimelineTest::plot(const QString &log, qint64 longestStill, const char *from, const char *to)
+{
     TimelinePlot::Settings settings;
     settings.longestStill = longestStill;
     if (from)
         settings.wanted.from = LogLimit::read(QLatin1String(from));
     if (to)
         settings.wanted.to = LogLimit::read(QLatin1String(to));
-    TimelinePlot plot(settings, reading.clock());
-    reading.read(plot);
-    return plot.finish();
+    return plot(log, settings);
 }
 
 QString PlotTimelineTest::play(const QByteArray &scenario) const
@@ -141,7 +149,7 @@ void PlotTimelineTest::lanesTellTheDrive_data()
     QTest::newRow("keys") << "keys"
                           << "++ 6-6|+ 189-189|- 193-193";
     QTest::newRow("reverse gear") << "reverse"
-                                  << "in reverse 493-502";
+                                  << "on 493-502";
     QTest::newRow("mute") << "mute"
                           << "";
 }
@@ -161,14 +169,14 @@ void PlotTimelineTest::levelsAreThoseThatAreHeard()
     const Figure::Chart &chart = charts.charts.constFirst();
     QCOMPARE(chart.x.most, 502.5);
     QVERIFY(chart.x.breaks.isEmpty());
-    for (const Heard &heard : qAsConst(m_heard)) {
+    for (const HeardSound &heard : qAsConst(m_heard)) {
         for (const Figure::Series &series : chart.series) {
             const double level = levelAt(series, double(heard.time) / 1000);
             const QByteArray where = QByteArray::number(heard.time) + ' ' + charts.legend.at(series.name).toUtf8();
             if (charts.legend.at(series.name) == heard.name)
-                QVERIFY2(std::abs(level - heard.level) < 1e-9, where);
+                QVERIFY2(std::abs(level - heard.level) < 1e-9, where.constData());
             else
-                QVERIFY2(std::isnan(level), where);
+                QVERIFY2(std::isnan(level), where.constData());
         }
     }
 }
@@ -201,6 +209,38 @@ void PlotTimelineTest::limitsCutTheDrive()
     QVERIFY(std::isfinite(levelAt(chart.series.constFirst(), 0)));
 }
 
+void PlotTimelineTest::headingsNameTheParts()
+{
+    // Those of the log, where there are no others.
+    QCOMPARE(spansOf(plot(m_log, 0), QStringLiteral("part")).size(), 1);
+    QVERIFY(spansOf(plot(m_log, 0), QStringLiteral("part")).constFirst().startsWith(QStringLiteral("1 The audio starts")));
+
+    TimelinePlot::Settings settings;
+    settings.longestStill = 0;
+    settings.headings
+        = {{0, QStringLiteral("before")}, {59000, QStringLiteral("into it")}, {66500, QStringLiteral("a \033")}, {66500, QStringLiteral("b")}, {900000, {}}};
+    settings.wanted.from = LogLimit::read(QStringLiteral("+60s"));
+    settings.wanted.to = LogLimit::read(QStringLiteral("+70s"));
+    const Figure figure = plot(m_log, settings);
+    // Two at the same time make no part of no length.
+    QCOMPARE(spansOf(figure, QStringLiteral("part")).join(QLatin1Char('|')), QStringLiteral("1 into it 0-6.5|3 b 6.5-10"));
+    const QStringList items = std::get<Figure::List>(figure.panels.at(2)).items;
+    QCOMPARE(items, QStringList({QStringLiteral("1 at 1:00: into it"), QStringLiteral("2 at 1:06.5: a \\x1b"), QStringLiteral("3 at 1:06.5: b")}));
+}
+
+void PlotTimelineTest::headingsAreLimited()
+{
+    TimelinePlot::Settings settings;
+    settings.longestStill = 0;
+    for (int second = 0; second < 100; ++second)
+        settings.headings.append({second * 1000, QString::number(second)});
+    const Figure figure = plot(m_log, settings);
+    const QStringList items = std::get<Figure::List>(figure.panels.at(2)).items;
+    QCOMPARE(items.size(), TimelinePlot::mostHeadings + 1);
+    QCOMPARE(items.constLast(), QStringLiteral("and more"));
+    QCOMPARE(spansOf(figure, QStringLiteral("part")).constLast(), QStringLiteral("30 29 29-30"));
+}
+
 void PlotTimelineTest::mutedSourcesAreSilent()
 {
     const QString log = play("powerOn();\n"
@@ -212,7 +252,7 @@ void PlotTimelineTest::mutedSourcesAreSilent()
                              "wait(1000);\n"
                              "AudioPolicy.getVolume(0);\n");
     const Figure figure = plot(log, 0);
-    QCOMPARE(spansOf(figure, QStringLiteral("mute")).join(QLatin1Char('|')), QStringLiteral("main 3-5"));
+    QCOMPARE(spansOf(figure, QStringLiteral("mute")).join(QLatin1Char('|')), QStringLiteral("main, alternative 3-5"));
     const Figure::Series series = std::get<Figure::Charts>(figure.panels.at(1)).charts.constFirst().series.constFirst();
     QVERIFY(std::isfinite(levelAt(series, 2.999)));
     QVERIFY(std::isnan(levelAt(series, 3)));
