@@ -60,8 +60,9 @@ double leastMeanError(const EqualizerFit::Curve &wanted)
         const double before = least;
         for (EqualizerResponse::Band &band : bands) {
             addTo(band, -1);
-            double low = -EqualizerCurves::highestGain;
-            double high = EqualizerCurves::highestGain;
+            // No step beyond 3 dB: there are more rounds.
+            double low = std::max(band.gain - 3, -EqualizerCurves::highestGain);
+            double high = std::min(band.gain + 3, EqualizerCurves::highestGain);
             while (high - low > 0.03) {
                 const double left = low + (high - low) / 3;
                 const double right = high - (high - low) / 3;
