@@ -107,8 +107,8 @@ QString EqualizerCommand::details() const
         "With --settings the curve is stored, too, by the library's own store, which has steps of 2 dB: the gains are the best of such. Type 7, the "
         "custom curve, is in use then; all else in the file stays.\n"
         "\n"
-        "export writes such a text of a preset, of --gains or of a settings file's curve. Presets are type0 to type6 of the settings store and mode0 "
-        "to mode6 of AudioControl.setEqMode(), which has eight bands. Its preamp is the headroom that the curve needs.\n");
+        "export writes such a text of a preset, of --gains or of a settings file's curve. PRESET is one of the settings store, preset0 to preset6, or one "
+        "of AudioControl.setEqMode(), mode0 to mode6, which has eight bands. Its preamp is the headroom that the curve needs.\n");
 }
 
 QVector<Command::Ending> EqualizerCommand::endings() const
@@ -169,7 +169,7 @@ int EqualizerCommand::importFrom(const QString &file, const QCommandLineParser &
     const bool isJson = parsed.isSet(QStringLiteral("json"));
     const bool isStrict = parsed.isSet(QStringLiteral("strict"));
     const EqualizerText text = EqualizerText::read(*bytes);
-    if (!isJson || isStrict)
+    if (!isJson || isStrict || text.isEmpty())
         tell(file, text.problems, isStrict ? "" : "; left out");
     if (isStrict && !text.problems.isEmpty())
         return Failed;
@@ -219,7 +219,7 @@ int EqualizerCommand::exportOf(const QStringList &presets, const QCommandLinePar
     }
     const auto bands = EqualizerCurves::named(presets.first());
     if (!bands)
-        return complain(QStringLiteral("there is no preset %1; they are type0 to type6 and mode0 to mode6").arg(Console::printable(presets.first())));
+        return complain(QStringLiteral("there is no curve %1, only preset0 to preset6 and mode0 to mode6").arg(Console::printable(presets.first())));
     Console::out(EqualizerText::written(*bands, presets.first()));
     return Success;
 }

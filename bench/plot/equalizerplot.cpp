@@ -154,27 +154,27 @@ Figure EqualizerPlot::draw(const QVector<Curve> &curves)
 
 Figure EqualizerPlot::compare()
 {
-    Figure::Charts charts{{QStringLiteral("the facade's mode"), QStringLiteral("the store's type")}, {}};
+    Figure::Charts charts{{QStringLiteral("the facade's mode"), QStringLiteral("the store's preset")}, {}};
     for (int number = 0; number < EqualizerCurves::modeCount; ++number) {
         const Bands mode = EqualizerCurves::ofMode(number);
-        const Bands type = EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(number));
+        const Bands preset = EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(number));
         Figure::Chart chart;
-        chart.title = QStringLiteral("mode and type %1: headroom %2 and %3 dB")
+        chart.title = QStringLiteral("mode and preset %1: headroom %2 and %3 dB")
                           .arg(number)
                           .arg(decibels(std::max(EqualizerResponse::highestPoint(mode).level, 0.0)),
-                               decibels(std::max(EqualizerResponse::highestPoint(type).level, 0.0)));
+                               decibels(std::max(EqualizerResponse::highestPoint(preset).level, 0.0)));
         chart.x = frequencyAxis();
-        chart.series = {seriesOf(mode, 0), seriesOf(type, 1)};
+        chart.series = {seriesOf(mode, 0), seriesOf(preset, 1)};
         charts.charts.append(chart);
     }
     const Figure::Axis axis = levelAxis(charts.charts);
     for (Figure::Chart &chart : charts.charts)
         chart.y = axis;
-    Figure figure{QStringLiteral("Equalizer: the facade's modes and the store's types")};
+    Figure figure{QStringLiteral("Equalizer: the facade's modes and the store's presets")};
     figure.panels = {charts};
     figure.remarks.append(
         QStringLiteral(
-            "A mode is what setEqMode() sends: eight bands. A type is what setEqType() sends: sixteen bands. Type 7 is the custom curve, flat until one is "
+            "A mode is what setEqMode() sends: eight bands. A preset is what setEqType() sends: sixteen bands. Preset 7 is the custom curve, flat until one is "
             "stored. Headroom is what the highest point of all bands together needs, the mode's first; loudness needs up to %1 dB more.")
             .arg(loudnessRise));
     return figure;

@@ -26,7 +26,7 @@ constexpr int mostCurves = 8;
 /// In one chart, with their bands, and with the headroom that each needs.
 Figure draw(const QVector<Curve> &curves);
 
-/// Each of the facade's modes beside the store's type of the same number.
+/// Each of the facade's modes beside the store's preset of the same number.
 Figure compare();
 
 } // namespace EqualizerPlot

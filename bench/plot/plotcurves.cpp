@@ -144,7 +144,7 @@ std::optional<Curve> PlotCurves::ofName(const QString &name)
     if (!bands)
         return {};
     const bool isMode = name.startsWith(QLatin1String("mode"));
-    return Curve{(isMode ? QStringLiteral("the facade's mode %1") : QStringLiteral("the store's type %1")).arg(name.rightRef(1)), *bands};
+    return Curve{(isMode ? QStringLiteral("the facade's mode %1") : QStringLiteral("the store's preset %1")).arg(name.rightRef(1)), *bands};
 }
 
 std::optional<Curve> PlotCurves::ofGains(const QString &list, QString &problem)

@@ -122,7 +122,7 @@ QStringList names()
 {
     QStringList all;
     for (int type = 0; type < customPreset; ++type)
-        all.append(QStringLiteral("type%1").arg(type));
+        all.append(QStringLiteral("preset%1").arg(type));
     for (int mode = 0; mode < modeCount; ++mode)
         all.append(QStringLiteral("mode%1").arg(mode));
     return all;

@@ -45,7 +45,7 @@ EqualizerResponse::Bands ofMode(int mode);
 /// The sixteen gains of an equalizer type of the store, which setEqType() hands to setEqGain(); flat for the custom one.
 Gains gainsOfPreset(int type);
 
-/// The curves that have names: "type0" to "type6" of the store, "mode0" to "mode6" of the facade.
+/// The curves that have names: "preset0" to "preset6" of the store, "mode0" to "mode6" of the facade.
 QStringList names();
 /// Empty for a name that there is not.
 std::optional<EqualizerResponse::Bands> named(const QString &name);

@@ -240,7 +240,7 @@ private:
             *value = numberOf(word);
             if (!*value)
                 return QStringLiteral("%1 needs a number, not \"%2\"").arg(nameOf(name), word);
-            if (value == &values.frequency && isAmbiguous(word))
+            if (value == &values.frequency && words.value(0) != QLatin1String("khz") && isAmbiguous(word))
                 return ambiguity(word);
             if (isBandwidth)
                 *value = 1 / (2 * std::sinh(std::log(2.0) / 2 * **value));

@@ -113,13 +113,13 @@ void BenchEqualizerTest::wrongWords_data()
     row("import a --settings /tmp", "/tmp is a folder, not a settings file; see");
     row("import a --settings=", "--settings needs a name; see");
     row("export", "export takes one of these: a preset, --gains, --settings; see");
-    row("export type0 mode0", "export takes one of these");
-    row("export type0 --gains 0", "export takes one of these");
-    row("export --strict type0", "--strict does not go with export; see");
-    row("export --json type0", "--json does not go with export; see");
-    row("export type7", "there is no preset type7; they are type0 to type6 and mode0 to mode6; see");
-    row("export mode7", "there is no preset mode7");
-    row("export Type0", "there is no preset Type0");
+    row("export preset0 mode0", "export takes one of these");
+    row("export preset0 --gains 0", "export takes one of these");
+    row("export --strict preset0", "--strict does not go with export; see");
+    row("export --json preset0", "--json does not go with export; see");
+    row("export preset7", "there is no curve preset7, only preset0 to preset6 and mode0 to mode6; see");
+    row("export mode7", "there is no curve mode7");
+    row("export Preset0", "there is no curve Preset0");
     row("export --settings nowhere", "there is no file nowhere; see");
     row("export --gains 1,2,3,4,5,6,7,8,9,10,11,12,1,2,3", "a curve has 16 gains, not 15; see");
     row("export --gains 1,2,3,4,5,6,7,8,9,10,11,12,1,2,3,4,5", "a curve has 16 gains, not 17; see");
@@ -168,10 +168,13 @@ void BenchEqualizerTest::wrongTexts()
 
     if (!text.isNull())
         fileOf(name, text);
-    const BenchProcess run({QStringLiteral("equalizer"), QStringLiteral("import"), name}, folder->path());
-    QCOMPARE(run.errors, complaint);
-    QCOMPARE(run.output, QString());
-    QCOMPARE(run.exitCode, status);
+    const QStringList command = {QStringLiteral("equalizer"), QStringLiteral("import"), name};
+    for (const QStringList &form : {command, command + QStringList{QStringLiteral("--json")}}) {
+        const BenchProcess run(form, folder->path());
+        QCOMPARE(run.errors, complaint);
+        QCOMPARE(run.output, QString());
+        QCOMPARE(run.exitCode, status);
+    }
 }
 
 void BenchEqualizerTest::bothCurves()
@@ -304,7 +307,7 @@ void BenchEqualizerTest::exportedCurvesComeBack_data()
 
     for (int type = 0; type < EqualizerCurves::customPreset; ++type) {
         const EqualizerCurves::Gains gains = EqualizerCurves::gainsOfPreset(type);
-        QTest::addRow("type%d", type) << QStringList(QStringLiteral("type%1").arg(type)) << QVector<double>(gains.begin(), gains.end());
+        QTest::addRow("preset%d", type) << QStringList(QStringLiteral("preset%1").arg(type)) << QVector<double>(gains.begin(), gains.end());
     }
     QTest::newRow("gains") << QStringList{QStringLiteral("--gains"), QStringLiteral("-1,-2,3.5,0,0,0,0,0, 12 -12,0,0,0,0,0.1 , -0.1")}
                            << QVector<double>{-1, -2, 3.5, 0, 0, 0, 0, 0, 12, -12, 0, 0, 0, 0, 0.1, -0.1};

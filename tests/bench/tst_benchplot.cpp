@@ -76,8 +76,8 @@ void BenchPlotTest::subjectsAreDrawn_data()
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("told");
     QTest::newRow("equalizer") << "equalizer"
-                               << "mode and type 6";
-    QTest::newRow("curves") << "equalizer mode1 type1 --gains 1,2,3,4,5,6,7,8,9,10,11,12,-12,0,0,0.5"
+                               << "mode and preset 6";
+    QTest::newRow("curves") << "equalizer mode1 preset1 --gains 1,2,3,4,5,6,7,8,9,10,11,12,-12,0,0,0.5"
                             << "3 the gains given";
     QTest::newRow("fade") << "fade --fade -4 --balance 3"
                           << "Fade -4 (to the rear), balance 3 (to the left)";
@@ -134,7 +134,7 @@ void BenchPlotTest::mistakesAreSaid_data()
                                                       << "fifteen.db: its custom curve has a gain beyond 12 dB" << 1;
     QTest::newRow("no settings") << "equalizer --settings none.db"
                                  << "there is no settings file none.db" << 2;
-    QTest::newRow("too many curves") << "equalizer mode0 mode1 mode2 mode3 mode4 mode5 mode6 type0 type1"
+    QTest::newRow("too many curves") << "equalizer mode0 mode1 mode2 mode3 mode4 mode5 mode6 preset0 preset1"
                                      << "a chart holds 8 curves" << 2;
     QTest::newRow("a time of no drive") << "equalizer mode1 --at +3s"
                                         << "--at is a time of a scenario or log" << 2;

@@ -72,6 +72,7 @@ void EqualizerTextTest::filters_data()
     QTest::newRow("units at the numbers") << "Filter 1: ON PK Fc 100Hz Gain 1dB Q 2" << 100.0 << 1.0 << 2.0 << "";
     QTest::newRow("kilohertz") << "Filter 1: ON PK Fc 2.5 kHz Gain 1 dB Q 2" << 2500.0 << 1.0 << 2.0 << "";
     QTest::newRow("kilohertz with three decimals") << "Filter 1: ON PK Fc 2.500kHz Gain 1 dB Q 2" << 2500.0 << 1.0 << 2.0 << "";
+    QTest::newRow("kilohertz with three decimals behind a comma") << "Filter 1: ON PK Fc 12,500 kHz Gain 1 dB Q 2" << 12500.0 << 1.0 << 2.0 << "";
     QTest::newRow("another order") << "Filter 1: ON PK Q 2 Gain 1 dB Fc 100 Hz" << 100.0 << 1.0 << 2.0 << "";
     QTest::newRow("another name") << "Filter 1: ON PEQ Fc 100 Hz Gain 1 dB Q 2" << 100.0 << 1.0 << 2.0 << "";
     QTest::newRow("minus sign of typography") << QStringLiteral("Filter 1: ON PK Fc 100 Hz Gain \u22122.5 dB Q 1") << 100.0 << -2.5 << 1.0 << "";

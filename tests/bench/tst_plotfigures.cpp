@@ -60,7 +60,7 @@ Figure eightCurves()
 {
     QVector<EqualizerPlot::Curve> curves;
     for (int type = 0; type < EqualizerPlot::mostCurves; ++type)
-        curves.append({QStringLiteral("type %1").arg(type), EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(type))});
+        curves.append({QStringLiteral("preset %1").arg(type), EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(type))});
     return EqualizerPlot::draw(curves);
 }
 
@@ -75,7 +75,7 @@ QVector<Named> figures()
     return {
         {"fade", FadePlot::draw(4, -9)},
         {"policy", PolicyPlot::draw()},
-        {"modes and types", EqualizerPlot::compare()},
+        {"modes and presets", EqualizerPlot::compare()},
         {"eight curves", eightCurves()},
         {"one curve", EqualizerPlot::draw({{QStringLiteral("flat"), {}}})},
         {"crowded", crowded()},
@@ -185,8 +185,8 @@ void PlotFiguresTest::linesDifferWithoutColours()
     const QStringList lines = TerminalPlot(200, Characters::Unicode).draw(eightCurves()).split(QLatin1Char('\n'));
     QSet<QString> samples;
     for (const QString &line : lines) {
-        // "⠤⠤⠤⠤⠤ 1 type 0  ⠄⠄⠄⠄⠄ 2 type 1"
-        static const QRegularExpression entry(QStringLiteral("(.{5}) [1-8] type [0-7](  |$)"));
+        // "⠤⠤⠤⠤⠤ 1 preset 0  ⠄⠄⠄⠄⠄ 2 preset 1"
+        static const QRegularExpression entry(QStringLiteral("(.{5}) [1-8] preset [0-7](  |$)"));
         auto matches = entry.globalMatch(line);
         while (matches.hasNext())
             samples.insert(matches.next().captured(1));

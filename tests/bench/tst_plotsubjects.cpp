@@ -71,7 +71,7 @@ private Q_SLOTS:
     void responseIsTheFilters();
     void bandsAreThoseThatAreSent();
     void headroomIsOfTheSum();
-    void modesStandBesideTypes();
+    void modesStandBesidePresets();
     void gainsAreUnderstood_data();
     void gainsAreUnderstood();
     void settingsMakeACurve_data();
@@ -186,7 +186,7 @@ void PlotSubjectsTest::bandsAreThoseThatAreSent()
 
 void PlotSubjectsTest::headroomIsOfTheSum()
 {
-    const auto curve = PlotCurves::ofName(QStringLiteral("type1"));
+    const auto curve = PlotCurves::ofName(QStringLiteral("preset1"));
     double highest = 0;
     for (double frequency = 20; frequency <= 20000; frequency += 0.5) {
         double sum = 0;
@@ -200,7 +200,7 @@ void PlotSubjectsTest::headroomIsOfTheSum()
     QVERIFY2(remark.contains(QStringLiteral("above %1 dB of full scale").arg(-highest - 12, 0, 'f', 1)), qPrintable(remark));
 }
 
-void PlotSubjectsTest::modesStandBesideTypes()
+void PlotSubjectsTest::modesStandBesidePresets()
 {
     const Figure::Charts charts = panelOf<Figure::Charts>(EqualizerPlot::compare());
     QCOMPARE(charts.charts.size(), 7);
@@ -208,7 +208,7 @@ void PlotSubjectsTest::modesStandBesideTypes()
     for (int number = 0; number < 7; ++number) {
         const Figure::Chart &chart = charts.charts.at(number);
         QCOMPARE(chart.series.size(), 2);
-        for (const QString &name : {QStringLiteral("mode%1"), QStringLiteral("type%1")}) {
+        for (const QString &name : {QStringLiteral("mode%1"), QStringLiteral("preset%1")}) {
             const auto alone = panelOf<Figure::Charts>(EqualizerPlot::draw({*PlotCurves::ofName(name.arg(number))}));
             QCOMPARE(chart.series.at(name.startsWith(QLatin1Char('m')) ? 0 : 1).points, alone.charts.constFirst().series.constFirst().points);
         }
@@ -252,7 +252,7 @@ void PlotSubjectsTest::settingsMakeACurve_data()
     QTest::addColumn<QString>("said");
     QTest::addColumn<double>("firstGain");
     QTest::newRow("the default") << QByteArray("[Volume]\n0=12\n") << QString() << 2.0;
-    QTest::newRow("a type") << QByteArray("[EQ]\nType=4\n") << QString() << -3.0;
+    QTest::newRow("a preset") << QByteArray("[EQ]\nType=4\n") << QString() << -3.0;
     QTest::newRow("a custom curve") << QByteArray("[EQ]\nType=7\nCustom0=6\nCustom15=-4\n") << QString() << 6.0;
     QTest::newRow("too much") << QByteArray("[EQ]\nType=7\nCustom0=14\n") << "beyond 12 dB" << 0.0;
 }
