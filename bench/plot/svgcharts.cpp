@@ -183,16 +183,16 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Lanes &lanes, const QRectF
         const double top = field.top() + row * laneHeight;
         const double baseline = top + laneHeight / 2 + SvgCanvas::textSize / 3;
         canvas.text({area.left(), baseline}, SvgCanvas::shortened(lane.name, margin - gap / 2), text);
-        for (const Figure::Span &span : lane.spans) {
+        for (int i = 0; i < lane.spans.size(); ++i) {
+            const Figure::Span &span = lane.spans.at(i);
             const double left = xOf(lanes.x, span.from, field);
             const double width = std::max(xOf(lanes.x, span.to, field) - left, inset);
             const bool isMoment = span.to <= span.from;
             const QRectF bar(left, top + inset, width, laneHeight - 2 * inset);
             canvas.rectangle(bar, SvgCanvas::fillOf(row), span.label, isMoment ? 1 : 0.25, isMoment ? 0 : inset);
-            if (isMoment)
-                canvas.text({left + 2 * inset, baseline}, labelOf(span, field.right() - left - 2 * inset), faint);
-            else
-                canvas.text({left + 2 * inset, baseline}, labelOf(span, width - 3 * inset), text);
+            const double end = i + 1 < lane.spans.size() ? xOf(lanes.x, lane.spans.at(i + 1).from, field) : field.right();
+            const double room = isMoment ? end - left : width;
+            canvas.text({left + 2 * inset, baseline}, labelOf(span, room - 3 * inset), isMoment ? faint : text);
         }
     }
 }

@@ -205,7 +205,7 @@ void PlotFiguresTest::svgIsWellFormed()
     QXmlStreamReader reader(SvgPlot::draw(figure));
     double width = 0;
     double height = 0;
-    int texts = 0;
+    QVector<QPair<QString, QRectF>> texts;
     while (!reader.atEnd()) {
         if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
@@ -234,7 +234,6 @@ void PlotFiguresTest::svgIsWellFormed()
             for (int i = 0; i < points.size(); i += 2)
                 isGood = isGood && isInside(points.at(i), points.at(i + 1));
         } else if (element == QLatin1String("text")) {
-            ++texts;
             const double x = number("x");
             const double y = number("y");
             const QString anchor = attributes.value(QLatin1String("text-anchor")).toString();
@@ -246,11 +245,16 @@ void PlotFiguresTest::svgIsWellFormed()
             const double begin = anchor == QLatin1String("end") ? x - extent : anchor == QLatin1String("middle") ? x - extent / 2 : x;
             isGood = isInside(begin, y - size) && isInside(begin + extent, y);
             QVERIFY2(isGood, qPrintable(text));
+            // Most letters are narrower, and keep off the line's top and bottom.
+            const QRectF ink(begin + extent / 8, y - size * 2 / 3, extent * 3 / 4, size * 2 / 3);
+            for (const auto &other : qAsConst(texts))
+                QVERIFY2(!ink.intersects(other.second), qPrintable(text + QStringLiteral(" / ") + other.first));
+            texts.append({text, ink});
         }
         QVERIFY2(isGood, qPrintable(QStringLiteral("%1 in line %2").arg(element).arg(reader.lineNumber())));
     }
     QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
-    QVERIFY(texts > 0);
+    QVERIFY(!texts.isEmpty());
 }
 
 void PlotFiguresTest::svgHasBothLooks()
