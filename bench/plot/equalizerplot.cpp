@@ -72,8 +72,11 @@ Figure::Axis levelAxis(const QVector<Figure::Chart> &charts)
         }
     }
     Figure::Axis axis{least, most};
-    for (double level = most; level >= least; level -= axisStep)
-        axis.ticks.append({level, level == most ? QStringLiteral("%1 dB").arg(level) : QString::number(level)});
+    const int steps = int(std::lround((most - least) / axisStep));
+    for (int i = 0; i <= steps; ++i) {
+        const double level = most - i * axisStep;
+        axis.ticks.append({level, i == 0 ? QStringLiteral("%1 dB").arg(level) : QString::number(level)});
+    }
     return axis;
 }
 

@@ -33,7 +33,7 @@ QByteArray toPng(const QByteArray &svg, QString &problem)
     process.closeWriteChannel();
     constexpr int patience = 60000; // ms
     const bool hasEnded = process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    const QByteArray png = process.readAllStandardOutput();
+    QByteArray png = process.readAllStandardOutput();
     if (hasEnded && !png.isEmpty())
         return png;
     const QString said = QString::fromUtf8(process.readAllStandardError()).section(QLatin1Char('\n'), 0, 0);

@@ -163,7 +163,8 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Charts &charts, const QRec
     const int inRow = perRow(charts);
     for (int i = 0; i < charts.charts.size(); ++i) {
         const double width = (area.width() - (inRow - 1) * 2 * gap) / inRow;
-        const QRectF place(area.left() + (i % inRow) * (width + 2 * gap), top + (i / inRow) * (chartHeight(charts) + gap), width, chartHeight(charts));
+        const int row = i / inRow;
+        const QRectF place(area.left() + (i % inRow) * (width + 2 * gap), top + row * (chartHeight(charts) + gap), width, chartHeight(charts));
         drawChart(canvas, charts.charts.at(i), place, inRow == 1 ? margin : smallMargin);
     }
 }

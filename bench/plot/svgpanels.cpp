@@ -84,7 +84,8 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &
                 && map.isMarked.at(place) == map.isMarked.at(begin);
             if (isSame)
                 continue;
-            const QRectF run(left + (begin % map.columns) * cell, top + (begin / map.columns) * cell, (place - begin) * cell, cell);
+            const int row = begin / map.columns;
+            const QRectF run(left + (begin % map.columns) * cell, top + row * cell, (place - begin) * cell, cell);
             const bool isMarked = map.isMarked.at(begin);
             if (map.values.at(begin) > 0)
                 canvas.rectangle(run, SvgCanvas::fillOf(isMarked ? 1 : 0) + QStringLiteral(" cell"), {}, map.values.at(begin));
@@ -92,7 +93,8 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Maps &maps, const QRectF &
                 canvas.rectangle(run, text + QStringLiteral(" cell"), {}, silentShade);
             begin = place;
         }
-        const double height = cell * (map.values.size() / map.columns);
+        const int rows = map.values.size() / map.columns;
+        const double height = cell * rows;
         canvas.path(QStringLiteral("M%1,%2 h%3 v%4 h-%3 z").arg(left).arg(top).arg(size).arg(height), axis);
         canvas.circle({left + (map.chosen.x() + 0.5) * cell, top + (map.chosen.y() + 0.5) * cell}, cell, QStringLiteral("text"));
     }
@@ -175,17 +177,18 @@ double SvgPanels::heightOf(const Figure::Graph &graph)
 
 void SvgPanels::draw(SvgCanvas &canvas, const Figure::Graph &graph, const QRectF &area)
 {
-    if (graph.columns.size() != 3)
+    constexpr int columnCount = 3;
+    if (graph.columns.size() != columnCount)
         return;
     constexpr double outerWidth = 350;
     constexpr double middleWidth = 110;
     const double centre = area.center().x();
-    const ColumnPlace places[] = {
+    const ColumnPlace places[columnCount] = {
         {area.left(), area.left() + outerWidth},
         {centre - middleWidth / 2, centre + middleWidth / 2},
         {area.right() - outerWidth, area.right()},
     };
-    for (int column = 0; column < graph.columns.size(); ++column) {
+    for (int column = 0; column + 1 < columnCount; ++column) {
         for (const Figure::Edge &edge : graph.columns.at(column).edges) {
             // By the colour of what the lines are sorted by.
             const int color = column == 0 ? edge.to : edge.from;
@@ -195,7 +198,7 @@ void SvgPanels::draw(SvgCanvas &canvas, const Figure::Graph &graph, const QRectF
                          graph.columns.at(column).nodes.at(edge.from).name + QStringLiteral(" \u2013 ") + graph.columns.at(column + 1).nodes.at(edge.to).name);
         }
     }
-    for (int column = 0; column < graph.columns.size(); ++column) {
+    for (int column = 0; column < columnCount; ++column) {
         const ColumnPlace &place = places[column];
         const double width = place.right - place.left;
         const bool isMiddle = column == 1;

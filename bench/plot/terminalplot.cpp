@@ -25,7 +25,7 @@ QChar shadeOf(double value, bool isAscii)
     constexpr int highest = int(std::size(blocks)) - 1;
     // Only what is silent is blank.
     const int shade = value <= 0 ? 0 : std::clamp(int(std::ceil(value * highest)), 1, highest);
-    return QChar(isAscii ? letters[shade] : blocks[shade]);
+    return isAscii ? QChar(letters[shade]) : QChar(blocks[shade]);
 }
 
 QString tenths(double value)
@@ -63,11 +63,9 @@ void drawMap(TextCanvas &canvas, const Figure::Map &map, const QVector<int> &row
 /// A frame of characters.
 void drawFrame(TextCanvas &canvas, int column, int row, int columns, int rows)
 {
-    constexpr ushort lines[] = {0x256D, 0x256E, 0x2570, 0x256F, 0x2500, 0x2502};
-    constexpr char letters[] = {'/', '\\', '\\', '/', '-', '|'};
-    const auto text = [&canvas, &lines, &letters](int index, int count = 1) {
-        return QString(count, canvas.isAscii() ? QLatin1Char(letters[index]) : QChar(lines[index]));
-    };
+    static constexpr ushort lines[] = {0x256D, 0x256E, 0x2570, 0x256F, 0x2500, 0x2502};
+    static constexpr char letters[] = {'/', '\\', '\\', '/', '-', '|'};
+    const auto text = [&canvas](int index, int count = 1) { return QString(count, canvas.isAscii() ? QLatin1Char(letters[index]) : QChar(lines[index])); };
     canvas.write(column, row, text(0) + text(4, columns - 2) + text(1), Style::Faint);
     for (int i = 1; i < rows - 1; ++i) {
         canvas.write(column, row + i, text(5), Style::Faint);

@@ -212,10 +212,18 @@ void TimelinePlot::lookAtChip()
     }
 }
 
+double TimelinePlot::lastOf(const QVector<Level> &levels)
+{
+    double level = silent;
+    if (!levels.isEmpty())
+        level = levels.constLast().level;
+    return level;
+}
+
 void TimelinePlot::addLevel(const SourceKey &key, qint64 time, double level)
 {
     QVector<Level> &levels = m_levels[key];
-    const double last = levels.isEmpty() ? silent : levels.constLast().level;
+    const double last = lastOf(levels);
     if (last == level)
         return;
     const auto shown = shownTime(time);
@@ -293,11 +301,12 @@ Figure::Charts TimelinePlot::levels(const Figure::Axis &axis) const
                 chart.y.least = std::max(std::min(chart.y.least, step * std::floor(level.level / step)), lowest);
         }
         // It is heard until the end.
-        series.points.append({axis.most, levels.isEmpty() ? silent : levels.constLast().level});
+        series.points.append({axis.most, lastOf(levels)});
         chart.series.append(series);
     }
-    for (double level = 0; level >= chart.y.least; level -= step)
-        chart.y.ticks.append({level, level == 0 ? QStringLiteral("0 dB") : QString::number(level)});
+    const int steps = int(std::lround(-chart.y.least / step));
+    for (int i = 0; i <= steps; ++i)
+        chart.y.ticks.append({-i * step, i == 0 ? QStringLiteral("0 dB") : QString::number(-i * step)});
     charts.charts.append(chart);
     return charts;
 }

@@ -83,6 +83,7 @@ private:
     void addMoment(Lane lane, qint64 time, const QString &label);
     void addSpan(Lane lane, qint64 from, qint64 to, const QString &label);
     void lookAtChip();
+    static double lastOf(const QVector<Level> &levels);
     void addLevel(const SourceKey &key, qint64 time, double level);
     QVector<qint64> changeTimes() const;
     Figure::Axis timeAxis(const QVector<qint64> &times);

@@ -89,7 +89,7 @@ void PlotSubjectsTest::initTestCase()
 
 void PlotSubjectsTest::fieldIsTheChips()
 {
-    const Figure::Maps maps = panelOf<Figure::Maps>(FadePlot::draw(0, 0));
+    const auto maps = panelOf<Figure::Maps>(FadePlot::draw(0, 0));
     QCOMPARE(maps.maps.size(), 4);
     int silent = 0;
     for (int i = 0; i < maps.maps.size(); ++i) {
@@ -127,7 +127,7 @@ void PlotSubjectsTest::carIsTheChips()
     QFETCH(const int, balance);
     QFETCH(const QString, gains);
     const Figure figure = FadePlot::draw(fade, balance);
-    const Figure::Car car = panelOf<Figure::Car>(figure);
+    const auto car = panelOf<Figure::Car>(figure);
     QCOMPARE(car.loudspeakers.size(), 4);
     for (int i = 0; i < 4; ++i) {
         QCOMPARE(car.loudspeakers.at(i).gain, gains.section(QLatin1Char('|'), i, i));
@@ -202,7 +202,7 @@ void PlotSubjectsTest::headroomIsOfTheSum()
 
 void PlotSubjectsTest::modesStandBesidePresets()
 {
-    const Figure::Charts charts = panelOf<Figure::Charts>(EqualizerPlot::compare());
+    const auto charts = panelOf<Figure::Charts>(EqualizerPlot::compare());
     QCOMPARE(charts.charts.size(), 7);
     QCOMPARE(charts.legend.size(), 2);
     for (int number = 0; number < 7; ++number) {
@@ -278,7 +278,7 @@ void PlotSubjectsTest::settingsMakeACurve()
 
 void PlotSubjectsTest::policyIsTheTables()
 {
-    const Figure::Graph graph = panelOf<Figure::Graph>(PolicyPlot::draw());
+    const auto graph = panelOf<Figure::Graph>(PolicyPlot::draw());
     QCOMPARE(graph.columns.size(), 3);
     const Figure::Column &statuses = graph.columns.at(0);
     const Figure::Column &types = graph.columns.at(1);

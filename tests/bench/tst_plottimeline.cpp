@@ -108,7 +108,7 @@ QString PlotTimelineTest::play(const QByteArray &scenario) const
     if (!text.open(QIODevice::WriteOnly) || text.write(scenario) != scenario.size())
         qFatal("no file can be written");
     text.close();
-    const QString log = m_folder.filePath(QStringLiteral("drive.log"));
+    QString log = m_folder.filePath(QStringLiteral("drive.log"));
     const BenchProcess bench({QStringLiteral("play"), QStringLiteral("--brief"), QStringLiteral("--log-to"), log, file});
     if (bench.exitCode != 0)
         qWarning("%s", qPrintable(bench.output + bench.errors));
