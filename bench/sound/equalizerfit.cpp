@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <vector>
 
 using EqualizerCurves::bandCount;
@@ -69,27 +70,22 @@ private:
 };
 
 /**
- * The least of x'Hx/2 - g'x between bounds, which 0 keeps: where the gradient is 0 or presses against a bound.
+ * A step down x'Hx/2 - g'x between bounds, which 0 keeps.
  *
- * An active set: solves for the variables that are free, goes as far as the bounds let it, keeps what stopped it at its bound, and lets go
- * of what is pressed away from its own. Each set is met once at most.
+ * Solves for all variables, goes as far as the bounds let it, keeps at its bound what stopped it, and solves for the others. What is held could want
+ * back then; the next step begins with all of them again.
  */
-Vector leastBetween(const Matrix &hessian, const Vector &gradient, const Vector &low, const Vector &high)
+Vector stepBetween(const Matrix &hessian, const Vector &gradient, const Vector &low, const Vector &high)
 {
     Vector found = Vector::Zero();
-    std::array<bool, bandCount> isHeld = {};
-    constexpr int mostSets = 10 * bandCount; // rounding could make it go round in circles
-    for (int set = 0; set < mostSets; ++set) {
-        std::vector<int> freeBands;
-        for (int band = 0; band < bandCount; ++band) {
-            if (!isHeld.at(std::size_t(band)))
-                freeBands.push_back(band);
-        }
+    std::vector<int> freeBands(bandCount);
+    std::iota(freeBands.begin(), freeBands.end(), 0);
+    while (!freeBands.empty()) {
         const Vector downhill = gradient - hessian * found;
-        Vector direction = Vector::Zero();
         const Eigen::MatrixXd freeHessian = hessian(freeBands, freeBands);
         const Eigen::VectorXd freeDownhill = downhill(freeBands);
         const Eigen::VectorXd freeDirection = freeHessian.ldlt().solve(freeDownhill);
+        Vector direction = Vector::Zero();
         direction(freeBands) = freeDirection;
 
         double reach = 1;
@@ -102,25 +98,10 @@ Vector leastBetween(const Matrix &hessian, const Vector &gradient, const Vector 
             }
         }
         found += reach * direction;
-        if (stopper >= 0) {
-            found[stopper] = direction[stopper] > 0 ? high[stopper] : low[stopper];
-            isHeld.at(std::size_t(stopper)) = true;
-            continue;
-        }
-
-        const Vector pressure = gradient - hessian * found;
-        double strongest = 1e-9 * gradient.cwiseAbs().maxCoeff();
-        int released = -1;
-        for (int band = 0; band < bandCount; ++band) {
-            const double inward = found[band] >= high[band] ? -pressure[band] : pressure[band];
-            if (isHeld.at(std::size_t(band)) && inward > strongest) {
-                strongest = inward;
-                released = band;
-            }
-        }
-        if (released < 0)
+        if (stopper < 0)
             break;
-        isHeld.at(std::size_t(released)) = false;
+        found[stopper] = direction[stopper] > 0 ? high[stopper] : low[stopper];
+        freeBands.erase(std::find(freeBands.begin(), freeBands.end(), stopper));
     }
     return found;
 }
@@ -135,7 +116,7 @@ Vector fitted(const Target &target)
     for (int step = 0; step < mostSteps; ++step) {
         const Eigen::MatrixXd slopes = target.slopes(gains);
         const Vector bound = Vector::Constant(highestGain);
-        Vector change = leastBetween(slopes.transpose() * slopes, slopes.transpose() * errors, -bound - gains, bound - gains);
+        Vector change = stepBetween(slopes.transpose() * slopes, slopes.transpose() * errors, -bound - gains, bound - gains);
         Eigen::VectorXd errorsThere = target.errors(gains + change);
         while (errorsThere.squaredNorm() > errors.squaredNorm() && change.norm() > closeEnough) {
             change /= 2;

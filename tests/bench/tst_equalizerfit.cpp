@@ -159,6 +159,7 @@ void EqualizerFitTest::nothingIsNearer_data()
     QTest::newRow("beyond the limit") << curveOf("Filter 1: ON PK Fc 1000 Hz Gain 24 dB Q 1\nFilter 2: ON PK Fc 60 Hz Gain -30 dB Q 1") << 6.0;
     QTest::newRow("all of it beyond the limit") << curveOf("GraphicEQ: 20 40") << 30.0;
     QTest::newRow("narrow") << curveOf("Filter 1: ON PK Fc 10000 Hz Gain 12 dB Q 20") << 2.0;
+    QTest::newRow("at the limit and back") << curveOf("GraphicEQ: 20 -18; 40 -12; 80 0; 160 -24; 320 6; 640 24; 1280 24; 2560 -24; 5120 0; 10240 -18") << 6.0;
     QTest::newRow("saw") << curveOf("GraphicEQ: 20 -12; 40 12; 80 -12; 160 12; 320 -12; 640 12; 1280 -12; 2560 12; 5120 -12; 10240 12; 20000 -12") << 6.0;
 }
 
