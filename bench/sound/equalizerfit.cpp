@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
 #include <vector>
 
@@ -26,19 +27,18 @@ class Target
 public:
     explicit Target(const EqualizerFit::Curve &wanted)
         : frequencies(EqualizerFit::frequencies())
-        , levels(frequencyCount)
+        , m_levels(frequencyCount)
     {
         for (int place = 0; place < frequencyCount; ++place)
-            levels[place] = wanted(frequencies.at(place));
+            m_levels[place] = wanted(frequencies.at(place));
     }
 
     /// Wanted less got.
-    Eigen::VectorXd errors(const Vector &gains) const
+    Eigen::VectorXd errors(const Vector &gains)
     {
-        const Bands bands = bandsOf(gains);
-        Eigen::VectorXd left = levels;
-        for (int place = 0; place < frequencyCount; ++place)
-            left[place] -= EqualizerResponse::level(bands, frequencies.at(place));
+        Eigen::VectorXd left = m_levels;
+        for (int band = 0; band < bandCount; ++band)
+            left -= response(band, gains[band]);
         return left;
     }
 
@@ -66,7 +66,22 @@ public:
 private:
     static Bands bandsOf(const Vector &gains) { return EqualizerCurves::ofGains(gainsOf(gains)); }
 
-    Eigen::VectorXd levels;
+    /// Of one band. Kept, as rounding asks for the same ones over and over.
+    const Eigen::VectorXd &response(int band, double gain)
+    {
+        const auto [place, isNew] = m_responses.at(std::size_t(band)).try_emplace(gain, frequencyCount);
+        if (isNew) {
+            EqualizerResponse::Band raised = m_flat.at(band);
+            raised.gain = gain;
+            for (int frequency = 0; frequency < frequencyCount; ++frequency)
+                place->second[frequency] = EqualizerResponse::level(raised, frequencies.at(frequency));
+        }
+        return place->second;
+    }
+
+    Eigen::VectorXd m_levels;
+    const Bands m_flat = EqualizerCurves::ofGains();
+    std::array<std::map<double, Eigen::VectorXd>, bandCount> m_responses; // by gain
 };
 
 /**
@@ -107,7 +122,7 @@ Vector stepBetween(const Matrix &hessian, const Vector &gradient, const Vector &
 }
 
 /// Gains of any fraction. A band's response is nearly in proportion to its gain, so a few steps do.
-Vector fitted(const Target &target)
+Vector fitted(Target &target)
 {
     Vector gains = Vector::Zero();
     Eigen::VectorXd errors = target.errors(gains);
@@ -131,7 +146,7 @@ Vector fitted(const Target &target)
 }
 
 /// Multiples of the step near these, none of which gets better when one band, or two neighbours against each other, move on by one.
-Vector rounded(const Target &target, const Vector &gains, double step)
+Vector rounded(Target &target, const Vector &gains, double step)
 {
     const double most = std::floor(highestGain / step + 1e-9);
     Eigen::Matrix<double, bandCount, 1> counts = (gains / step).array().round().cwiseMax(-most).cwiseMin(most);
@@ -175,7 +190,7 @@ QVector<double> EqualizerFit::frequencies()
 
 EqualizerFit EqualizerFit::to(const Curve &wanted, double step)
 {
-    const Target target(wanted);
+    Target target(wanted);
     const Vector gains = rounded(target, fitted(target), step);
     const Eigen::VectorXd errors = target.errors(gains);
     EqualizerFit fit;

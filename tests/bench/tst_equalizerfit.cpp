@@ -5,6 +5,8 @@
 #include <QtTest/QtTest>
 
 #include <cmath>
+#include <numeric>
+#include <vector>
 
 using EqualizerCurves::Gains;
 using EqualizerResponse::Bands;
@@ -35,48 +37,49 @@ double meanErrorOf(const Gains &gains, const EqualizerFit::Curve &wanted)
     return std::sqrt(sum / frequencies.size());
 }
 
-/// The least error with gains of any fraction, found without slopes or matrices: band after band by thirds, until nothing gets better.
+/// The least error that is found without slopes or matrices: each band in turn at the best of its gains, in steps of 0.25 dB, until nothing gets better.
 double leastMeanError(const EqualizerFit::Curve &wanted)
 {
+    constexpr int gainCount = 97;
+    constexpr double step = 2 * EqualizerCurves::highestGain / (gainCount - 1);
     const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(200);
-    QVector<double> errors;
-    for (const double frequency : frequencies)
-        errors.append(-wanted(frequency));
-    const auto sumWith = [&](const EqualizerResponse::Band &band) {
-        double sum = 0;
-        for (int place = 0; place < frequencies.size(); ++place) {
-            const double error = errors.at(place) + EqualizerResponse::level(band, frequencies.at(place));
-            sum += error * error;
-        }
-        return sum;
-    };
-    const auto addTo = [&](const EqualizerResponse::Band &band, double sign) {
-        for (int place = 0; place < frequencies.size(); ++place)
-            errors[place] += sign * EqualizerResponse::level(band, frequencies.at(place));
-    };
-    Bands bands = EqualizerCurves::ofGains();
-    double least = sumWith(bands.first());
-    for (int round = 0; round < 40; ++round) {
-        const double before = least;
-        for (EqualizerResponse::Band &band : bands) {
-            addTo(band, -1);
-            // No step beyond 3 dB: there are more rounds.
-            double low = std::max(band.gain - 3, -EqualizerCurves::highestGain);
-            double high = std::min(band.gain + 3, EqualizerCurves::highestGain);
-            while (high - low > 0.03) {
-                const double left = low + (high - low) / 3;
-                const double right = high - (high - low) / 3;
-                if (sumWith({band.frequency, band.q, left}) < sumWith({band.frequency, band.q, right}))
-                    high = right;
-                else
-                    low = left;
+    using Levels = std::vector<double>; // at these frequencies
+    static std::vector<std::vector<Levels>> levelsOf; // by band and gain
+    if (levelsOf.empty()) {
+        for (EqualizerResponse::Band band : EqualizerCurves::ofGains()) {
+            levelsOf.emplace_back();
+            for (int number = 0; number < gainCount; ++number) {
+                band.gain = number * step - EqualizerCurves::highestGain;
+                Levels levels;
+                for (const double frequency : frequencies)
+                    levels.push_back(EqualizerResponse::level(band, frequency));
+                levelsOf.back().push_back(levels);
             }
-            band.gain = (low + high) / 2;
-            least = sumWith(band);
-            addTo(band, 1);
         }
-        if (before - least < 0.01)
-            break;
+    }
+
+    Levels errors;
+    for (const double frequency : frequencies)
+        errors.push_back(-wanted(frequency));
+    std::vector<std::size_t> numbers(levelsOf.size(), gainCount / 2);
+    double least = std::inner_product(errors.begin(), errors.end(), errors.begin(), 0.0);
+    bool isBetter = true;
+    while (isBetter) {
+        isBetter = false;
+        for (std::size_t band = 0; band < numbers.size(); ++band) {
+            for (std::size_t number = 0; number < gainCount; ++number) {
+                Levels others = errors;
+                for (std::size_t place = 0; place < others.size(); ++place)
+                    others[place] += levelsOf[band][number][place] - levelsOf[band][numbers[band]][place];
+                const double sum = std::inner_product(others.begin(), others.end(), others.begin(), 0.0);
+                if (sum < least - 1e-6) {
+                    least = sum;
+                    errors = others;
+                    numbers[band] = number;
+                    isBetter = true;
+                }
+            }
+        }
     }
     return std::sqrt(least / frequencies.size());
 }
