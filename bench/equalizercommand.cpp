@@ -75,7 +75,7 @@ QString EqualizerCommand::summary() const
 
 QString EqualizerCommand::arguments() const
 {
-    return QStringLiteral("import FILE | export [PRESET]");
+    return QStringLiteral("ACTION [CURVE]");
 }
 
 QVector<Command::Option> EqualizerCommand::options() const
@@ -94,20 +94,24 @@ QVector<Command::Option> EqualizerCommand::options() const
 QString EqualizerCommand::details() const
 {
     return QStringLiteral(
-        "import reads a text of filters, from a file or the standard input (-), and finds the gains of the unit's sixteen bands that come nearest to "
+        "import FILE reads a text of filters, from a file or the standard input (-), and finds the gains of the unit's sixteen bands that come nearest to "
         "its curve: least squares in dB from 20 Hz to 20 kHz, no gain beyond 12 dB. It shows both curves, the error, the headroom, and the call "
         "that sets the gains. The text has lines such as these; the others are told with their number, and left out:\n"
         "\n"
-        "  Preamp: -6 dB                                        not the unit's; told only\n"
-        "  Filter 1: ON PK Fc 100 Hz Gain -2.5 dB Q 1.41        a peak; BW Oct 1 instead of Q; OFF counts for nothing\n"
-        "  Filter 2: ON LS Fc 80 Hz Gain 4 dB                   a shelf (LS, HS, with Q or without): as near as the bands can\n"
-        "  GraphicEQ: 20 0; 50 1.5; 20000 -3                    points of a curve: Hz and dB\n"
+        "  Preamp: -6 dB\n"
+        "  Filter 1: ON PK Fc 100 Hz Gain -2.5 dB Q 1.41\n"
+        "  Filter 2: ON LS Fc 80 Hz Gain 4 dB\n"
+        "  GraphicEQ: 20 0; 50 1.5; 20000 -3\n"
         "  # a comment\n"
+        "\n"
+        "A list has points of a curve, in Hz and dB. Instead of its Q a peak (PK) can have a bandwidth, \"BW Oct 1\"; what is OFF counts for nothing. "
+        "Shelves (LS and HS, with Q or without) are had as nearly as the bands can. The unit has no preamp; it is told only.\n"
         "\n"
         "With --settings the curve is stored, too, by the library's own store, which has steps of 2 dB: the gains are the best of such. Type 7, the "
         "custom curve, is in use then; all else in the file stays.\n"
         "\n"
-        "export writes such a text of a preset, of --gains or of a settings file's curve. PRESET is one of the settings store, preset0 to preset6, or one "
+        "export [PRESET] writes such a text: of a preset, of --gains or of a settings file's curve. PRESET is one of the settings store, preset0 to preset6, "
+        "or one "
         "of AudioControl.setEqMode(), mode0 to mode6, which has eight bands. Its preamp is the headroom that the curve needs.\n");
 }
 

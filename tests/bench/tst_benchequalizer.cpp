@@ -60,6 +60,8 @@ private Q_SLOTS:
     void init();
     void wrongWords_data();
     void wrongWords();
+    void completions_data();
+    void completions();
     void wrongTexts_data();
     void wrongTexts();
     void bothCurves();
@@ -139,6 +141,36 @@ void BenchEqualizerTest::wrongWords()
     QCOMPARE(run.output, QString());
     QVERIFY2(run.errors.startsWith(QStringLiteral("qzaudio-bench: ") + complaint), qPrintable(run.errors));
     QCOMPARE(program::lines(run.errors).size(), 1);
+}
+
+void BenchEqualizerTest::completions_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("answer"); // a path or none, then the words
+
+    QTest::newRow("action") << "equalizer ex"
+                            << "\nexport\n";
+    QTest::newRow("text") << "equalizer import --strict x"
+                          << "FILE\n";
+    QTest::newRow("preset") << "equalizer export preset1"
+                            << "\npreset1\n";
+    QTest::newRow("mode") << "equalizer export mode"
+                          << "\nmode0\nmode1\nmode2\nmode3\nmode4\nmode5\nmode6\n";
+    QTest::newRow("nothing more") << "equalizer export preset1 p"
+                                  << "\n";
+    QTest::newRow("settings") << "equalizer export --settings x"
+                              << "FILE\n";
+    QTest::newRow("what is not for people") << "equalizer --st"
+                                            << "\n--strict\n";
+}
+
+void BenchEqualizerTest::completions()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, answer);
+
+    const BenchProcess run(QStringList{QStringLiteral("help"), QStringLiteral("--complete"), QStringLiteral("--")} + line.split(QLatin1Char(' ')));
+    QCOMPARE(run.output, answer);
 }
 
 void BenchEqualizerTest::wrongTexts_data()
