@@ -8,6 +8,7 @@
 #include "junitreport.h"
 #include "logfile.h"
 #include "playsummary.h"
+#include "render/soundrecorder.h"
 #include "requestview.h"
 #include "resultchannel.h"
 #include "scenariofiles.h"
@@ -156,6 +157,7 @@ QVector<Command::Option> PlayCommand::options() const
         {QStringLiteral("color"), QStringLiteral("WHEN"), QStringLiteral("auto (on a terminal), always or never"), {}, namesOfColors()},
         {QStringLiteral("in-process"), {}, QStringLiteral("play one in this process, on the flash as it is: for debuggers and emulators")},
         {QStringLiteral("results-to"), QStringLiteral("DESCRIPTOR"), {}},
+        {QStringLiteral("sound-to"), QStringLiteral("RECORDING"), {}},
     };
 }
 
@@ -243,6 +245,7 @@ std::optional<PlayCommand::Request> PlayCommand::understand(const QCommandLinePa
     request.isStrict = isSet("strict");
     request.showsLog = isSet("log");
     request.logFile = parsed.value(QStringLiteral("log-to"));
+    request.soundFile = parsed.value(QStringLiteral("sound-to"));
     request.flash = parsed.value(QStringLiteral("flash"));
     request.junit = parsed.value(QStringLiteral("junit"));
     for (const char *const option : {"log-to", "flash", "junit"}) {
@@ -322,6 +325,10 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
         view = std::make_unique<DriveView>();
     else if (request.view != View::Brief)
         view = std::make_unique<RequestView>(request.view == View::Everything);
+    if (!request.soundFile.isEmpty())
+        view = SoundRecorder::before(std::move(view), request.soundFile, problem);
+    if (!problem.isEmpty())
+        return fail(request.soundFile, problem);
     Timeline timeline(view.get());
     if (channel)
         QObject::connect(&timeline, &Timeline::checked, &timeline, [&channel](const ScenarioResult::Check &check) { channel->writeCheck(check); });
