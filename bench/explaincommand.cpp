@@ -12,10 +12,13 @@
 #include "explain/logsource.h"
 #include "explain/logstory.h"
 #include "explain/logsummary.h"
+#include "explain/replayoptions.h"
 #include "interruption.h"
 #include "requestview.h"
+#include "settingsreader.h"
 #include "timeline.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QLoggingCategory>
 
 #include <csignal>
@@ -74,6 +77,20 @@ private:
     LogJsonView *m_json;
 };
 
+int fail(const QString &file, const QString &problem)
+{
+    Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(file), Console::printable(problem)));
+    return UsageError;
+}
+
+/// Why there are no settings to be read; empty where there may be.
+QString settingsProblem(const QString &file)
+{
+    if (QFileInfo(file).isDir())
+        return QStringLiteral("%1 is a folder, not a settings file").arg(Console::printable(file));
+    return SettingsReader::exists(file) ? QString() : QStringLiteral("there is no file %1").arg(Console::printable(file));
+}
+
 QString firstTime(const LogClock &clock)
 {
     return clock.first().clock == LogTime::Clock::None ? QStringLiteral("without a time") : LogTime::toText(clock.first());
@@ -118,7 +135,12 @@ QVector<Command::Option> ExplainCommand::options() const
          {},
          {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}},
     };
-    return ofViews + LevelQuestion::options();
+    const QVector<Option> ofAnswers = {
+        {QStringLiteral("settings"),
+         QStringLiteral("FILE"),
+         QStringLiteral("the unit's settings file: for --why and its like what the log does not say, for --scenario and --replay what they start with")},
+    };
+    return ofViews + LevelQuestion::options() + ReplayOptions::rows() + ofAnswers;
 }
 
 QString ExplainCommand::details() const
@@ -131,14 +153,17 @@ QString ExplainCommand::details() const
         "(short, short-iso, short-precise, short-monotonic, json, export), syslog's, the text of DLT viewers, seconds as of the kernel.\n"
         "\n"
         "The unit's platform calls are made once more on the simulated platform, which says what was heard. What the log does not say is "
-        "shown as \"?\".\n");
+        "shown as \"?\".\n"
+        "\n"
+        "With --scenario or --replay the library itself is given the same requests at the same times. A scenario orders what the unit's platform "
+        "refused, and expects what it was sent. A replay refuses nothing, so that a refusal shows as the difference that it made.\n");
 }
 
 QVector<Command::Ending> ExplainCommand::endings() const
 {
     return {
-        {Failed, QStringLiteral("a settings file cannot be read")},
-        {UsageError, QStringLiteral("a log that cannot be read")},
+        {Failed, QStringLiteral("a replay differs from the log")},
+        {UsageError, QStringLiteral("a log or a settings file that cannot be read")},
         {NothingFound, QStringLiteral("a log has no line of the library")},
     };
 }
@@ -148,9 +173,9 @@ Command::Completions ExplainCommand::completions(const QStringList &before) cons
     return {{}, before.isEmpty() ? QStringLiteral("FILE") : QString()};
 }
 
-bool ExplainCommand::wantsVirtualTime(const QCommandLineParser & /*parsed*/) const
+bool ExplainCommand::wantsVirtualTime(const QCommandLineParser &parsed) const
 {
-    return true;
+    return !ReplayOptions(parsed).isReplayed();
 }
 
 std::optional<LogFilter::Wanted> ExplainCommand::understandWanted(const QCommandLineParser &parsed) const
@@ -233,7 +258,23 @@ int ExplainCommand::run(const QCommandLineParser &parsed)
     }
     // Not this unit's platform, but that of the log.
     QLoggingCategory::setFilterRules(QStringLiteral("qzaudio.simulator.info=false"));
-    return explain(*request, frames);
+    const ReplayOptions replay(parsed);
+    if (const QString problem = replay.problem(parsed); !problem.isEmpty())
+        return complain(problem);
+    std::optional<SettingsReader> unit;
+    if (parsed.isSet(QStringLiteral("settings"))) {
+        const QString file = parsed.value(QStringLiteral("settings"));
+        if (!request->question && !replay.isWanted())
+            return complain(QStringLiteral("--settings goes with a question, --why and its like, --scenario or --replay"));
+        const QString problem = settingsProblem(file);
+        if (!problem.isEmpty())
+            return complain(problem);
+        unit.emplace(file);
+        if (!unit->isReadable())
+            return fail(file, unit->problem());
+    }
+    const SettingsReader *const ofUnit = unit ? &*unit : nullptr;
+    return replay.isWanted() ? replay.run(frames, request->file, ofUnit) : explain(*request, frames, ofUnit);
 }
 
 std::unique_ptr<TimelineView> ExplainCommand::viewFor(const Request &request, LogJsonView *&json)
@@ -269,13 +310,13 @@ void ExplainCommand::summarize(const Request &request, LogReading &log)
         Console::out(summary.toText());
 }
 
-int ExplainCommand::explain(const Request &request, LogFrames &frames) const
+int ExplainCommand::explain(const Request &request, LogFrames &frames, const SettingsReader *unit) const
 {
     LogReading log(frames, request.file);
     if (!log.open(request.isFollowed))
         return UsageError;
     if (request.question)
-        return answer(*request.question, log);
+        return answer(*request.question, log, unit);
 
     const std::unique_ptr<Interruption> interruption = request.isFollowed ? std::make_unique<Interruption>() : nullptr;
     if (request.view == View::Summary)
@@ -285,10 +326,10 @@ int ExplainCommand::explain(const Request &request, LogFrames &frames) const
     return statusOf(log, request.wanted);
 }
 
-int ExplainCommand::answer(const LevelQuestion &question, LogReading &log) const
+int ExplainCommand::answer(const LevelQuestion &question, LogReading &log, const SettingsReader *unit) const
 {
     QString problem;
-    const int status = question.answer(log, problem);
+    const int status = question.answer(log, unit, problem);
     if (!problem.isEmpty())
         return complain(problem);
     return status == Success ? statusOf(log, question.wanted) : status;

@@ -12,6 +12,7 @@
 class LogFrames;
 class LogJsonView;
 class LogReading;
+class SettingsReader;
 
 /// "explain": tells from the library's log lines what a head unit did.
 class ExplainCommand : public Command
@@ -52,8 +53,9 @@ private:
     static std::unique_ptr<TimelineView> viewFor(const Request &request, LogJsonView *&json);
     static void tell(const Request &request, LogReading &log);
     static void summarize(const Request &request, LogReading &log);
-    int explain(const Request &request, LogFrames &frames) const;
-    int answer(const LevelQuestion &question, LogReading &log) const;
+    /// @param unit its settings; null for none
+    int explain(const Request &request, LogFrames &frames, const SettingsReader *unit) const;
+    int answer(const LevelQuestion &question, LogReading &log, const SettingsReader *unit) const;
     /// Of a log that was read, with what is wrong with the limits that were given.
     int statusOf(LogReading &log, const LogFilter::Wanted &wanted) const;
 };

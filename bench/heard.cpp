@@ -27,7 +27,7 @@ QString soundText(const Heard::Sound &sound, const Heard &before)
     const auto same = std::find_if(before.sounds.cbegin(), before.sounds.cend(), [&sound](const Heard::Sound &other) {
         return other.track == sound.track && other.source == sound.source;
     });
-    if (same != before.sounds.cend() && !same->isMuted && Heard::levelText(same->level) != Heard::levelText(sound.level))
+    if (same != before.sounds.cend() && !same->isMuted && !std::isnan(same->level) && Heard::levelText(same->level) != Heard::levelText(sound.level))
         remarks.append(QStringLiteral("was ") + Heard::levelText(same->level));
     if (sound.track != QLatin1String(audibleTracks[0]))
         remarks.append(QStringLiteral("on track ") + sound.track);
@@ -73,6 +73,8 @@ QString Heard::toText(const Heard &before) const
 
 QString Heard::levelText(double level)
 {
+    if (std::isnan(level))
+        return QStringLiteral("at an unknown level");
     if (!std::isfinite(level))
         return QStringLiteral("silent");
     // Minus zero would show as "-0.0".

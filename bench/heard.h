@@ -14,7 +14,8 @@ struct Heard
     {
         QString track; ///< "main"
         QString source; ///< the platform's name, "S+FilePlayer"
-        double level = 0; ///< dB below the loudest that the unit can be, without the equalizer; minus infinity for silence
+        /// dB below the loudest that the unit can be, without the equalizer; minus infinity for silence, not a number where it is not known.
+        double level = 0;
         bool isMuted = false;
         int duckedTo = 0; ///< percent; 0 where it is not ducked
     };
@@ -31,7 +32,7 @@ struct Heard
 
     /// "file player -8.4 dB, ducked to 60 %"; with @p before also by how much each sound changed.
     QString toText(const Heard &before) const;
-    /// The level of a sound as people read it: "-8.4 dB", "silent".
+    /// The level of a sound as people read it: "-8.4 dB", "silent", "at an unknown level".
     static QString levelText(double level);
 
     bool operator==(const Heard &other) const;

@@ -34,6 +34,14 @@ QString kindName(TimelineEvent::Kind kind)
     return {};
 }
 
+/// JSON has no infinity: null for silence, and no member where the level is not known.
+QJsonValue levelOf(const Heard::Sound &sound)
+{
+    if (std::isnan(sound.level))
+        return QJsonValue::Undefined;
+    return std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue();
+}
+
 QJsonArray soundsOf(const Heard &heard)
 {
     QJsonArray sounds;
@@ -42,8 +50,7 @@ QJsonArray soundsOf(const Heard &heard)
             {QStringLiteral("track"), sound.track},
             {QStringLiteral("source"), sound.source},
             {QStringLiteral("name"), sourceText(sound.source)},
-            // JSON has no infinity.
-            {QStringLiteral("level"), std::isfinite(sound.level) ? QJsonValue(sound.level) : QJsonValue()},
+            {QStringLiteral("level"), levelOf(sound)},
             {QStringLiteral("muted"), sound.isMuted},
             {QStringLiteral("duckedTo"), sound.duckedTo > 0 ? QJsonValue(sound.duckedTo) : QJsonValue()},
         });

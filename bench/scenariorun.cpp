@@ -26,8 +26,9 @@ namespace
 class PlayingProcess : public QProcess
 {
 public:
-    explicit PlayingProcess(bool outputToError)
-        : m_isDiverted(outputToError)
+    /// @param outputTo descriptor; -1 for the standard output
+    explicit PlayingProcess(int outputTo)
+        : m_output(outputTo)
     {
         setProcessChannelMode(ForwardedChannels);
         setInputChannelMode(ForwardedInputChannel);
@@ -37,12 +38,12 @@ protected:
     void setupChildProcess() override
     {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (m_isDiverted)
-            dup2(STDERR_FILENO, STDOUT_FILENO);
+        if (m_output >= 0)
+            dup2(m_output, STDOUT_FILENO);
     }
 
 private:
-    const bool m_isDiverted;
+    const int m_output;
 };
 
 /// A file in memory with a text, to be read as a program's standard input.
@@ -101,7 +102,7 @@ ScenarioRun::Outcome ScenarioRun::play(const QString &file, const QByteArray &in
 {
     Outcome outcome;
     const ResultChannel channel;
-    PlayingProcess process(m_settings.storyToError);
+    PlayingProcess process(m_settings.storyToError ? STDERR_FILENO : m_settings.output);
     const InputFile inputFile(input);
     if (file == ScenarioFiles::standardInput()) {
         process.setInputChannelMode(QProcess::ManagedInputChannel);

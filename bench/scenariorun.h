@@ -23,6 +23,7 @@ public:
         QString flash; ///< folder for the settings; empty for one that is gone afterwards
         int seconds = 0; ///< of real time, after which the process is killed if it did not end by itself; 0 for no limit
         bool storyToError = false; ///< the standard output belongs to a report
+        int output = -1; ///< descriptor that gets the standard output; -1 for this process's own
     };
 
     /// @param interrupted ends a run at once

@@ -38,7 +38,7 @@ constexpr Word words[] = {
 /// Options that a question about one moment has no use for, and one about all.
 constexpr const char *othersOfWhy[] = {"from", "to", "source"};
 constexpr const char *othersOfMoments[] = {"at"};
-constexpr const char *othersOfAll[] = {"only", "summary", "follow", "v", "verbose"};
+constexpr const char *othersOfAll[] = {"only", "summary", "follow", "v", "verbose", "scenario", "replay"};
 
 /// The first of the options that is there; null for none.
 template<std::size_t count>
@@ -107,7 +107,7 @@ public:
 
 private:
     /// Empty for the end of the log.
-    std::optional<qint64> time() const { return m_moment ? m_moment->in(m_clock) : std::nullopt; }
+    std::optional<qint64> time() const { return m_moment ? m_moment->endIn(m_clock) : std::nullopt; }
 
     LevelOrigins &m_origins;
     const LogClock &m_clock;
@@ -121,8 +121,8 @@ QString problemOfMoment(const LogClock &clock, const std::optional<LogLimit> &mo
         return {};
     if (clock.first().clock == LogTime::Clock::None)
         return QStringLiteral("--at %1 is not in the log, whose lines have no time").arg(given);
-    const auto time = moment->in(clock);
-    if (time && *time >= 0 && *time <= clock.now())
+    const auto begin = moment->in(clock);
+    if (begin && *moment->endIn(clock) >= 0 && *begin <= clock.now())
         return {};
     return QStringLiteral("--at %1 is not in the log, which goes from %2 to %3").arg(given, LogTime::toText(clock.first()), LogTime::toText(clock.last()));
 }
@@ -137,7 +137,6 @@ QVector<Command::Option> LevelQuestion::options()
         {QStringLiteral("quietest"), {}, QStringLiteral("show why it was so quiet when the driver heard something quietest")},
         {QStringLiteral("loudest"), {}, QStringLiteral("show why it was so loud when the driver heard something loudest")},
         {QStringLiteral("jumps"), QStringLiteral("LEVEL"), QStringLiteral("show when a source became louder or quieter by so much: 6dB")},
-        {QStringLiteral("settings"), QStringLiteral("FILE"), QStringLiteral("the unit's settings file, for what the log does not say")},
     };
 }
 
@@ -165,7 +164,6 @@ std::optional<LevelQuestion> LevelQuestion::read(const QCommandLineParser &parse
     LevelQuestion question;
     question.kind = word->kind;
     question.isJson = isSet("json");
-    question.settings = parsed.value(QStringLiteral("settings"));
     question.source = FacadeRules::platformSource(parsed.value(question.kind == Kind::Why ? QStringLiteral("why") : QStringLiteral("source")));
     if (isSet("at")) {
         question.atGiven = parsed.value(QStringLiteral("at"));
@@ -183,25 +181,11 @@ std::optional<LevelQuestion> LevelQuestion::read(const QCommandLineParser &parse
     return question;
 }
 
-int LevelQuestion::answer(LogReading &log, QString &problem) const
+int LevelQuestion::answer(LogReading &log, const SettingsReader *unit, QString &problem) const
 {
-    std::optional<SettingsReader> unit;
-    if (!settings.isEmpty()) {
-        if (QFileInfo(settings).isDir() || !SettingsReader::exists(settings)) {
-            problem = QFileInfo(settings).isDir() ? QStringLiteral("%1 is a folder, not a settings file").arg(Console::printable(settings))
-                                                  : QStringLiteral("there is no file %1").arg(Console::printable(settings));
-            return UsageError;
-        }
-        unit.emplace(settings);
-        if (!unit->isReadable()) {
-            Console::error(QStringLiteral("qzaudio-bench: %1: %2\n").arg(Console::printable(settings), Console::printable(unit->problem())));
-            return Failed;
-        }
-    }
-    const SettingsReader *const ofUnit = unit ? &*unit : nullptr;
     if (kind == Kind::Why)
-        return answerWhy(log, ofUnit, problem);
-    LevelMoments moments(*this, log.clock(), ofUnit);
+        return answerWhy(log, unit, problem);
+    LevelMoments moments(*this, log.clock(), unit);
     log.read(moments);
     const bool hasSuchTimes = (!wanted.from || wanted.from->in(log.clock())) && (!wanted.to || wanted.to->in(log.clock()));
     if (log.hasToldAnything() && hasSuchTimes)
@@ -223,7 +207,7 @@ int LevelQuestion::answerWhy(LogReading &log, const SettingsReader *unit, QStrin
         return UsageError;
     LogTime::Moment moment = at ? log.clock().first() : log.clock().last();
     if (at)
-        moment.milliseconds += *at->in(log.clock());
+        moment.milliseconds += std::min(*at->endIn(log.clock()), log.clock().now());
     const LevelChain chain = LevelChain::of(origins, origins.trackOf(source), source, LogTime::toText(moment));
     Console::out(isJson ? QString::fromUtf8(JsonView::line(chain.toJson())) : chain.toText());
     return log.status();

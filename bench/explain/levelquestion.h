@@ -28,7 +28,6 @@ public:
     std::optional<LogLimit> at; ///< empty for the end of the log
     QString atGiven; ///< as it was
     double decibels = 0; ///< of a jump
-    QString settings; ///< file of the unit's settings; empty for none
     bool isJson = false;
     LogFilter::Wanted wanted; ///< from when to when, and what source
 
@@ -41,9 +40,10 @@ public:
     static std::optional<LevelQuestion> read(const QCommandLineParser &parsed, QString &problem);
 
     /// Reads the log and prints the answer.
+    /// @param unit its settings, for what the log does not say; null for none
     /// @param problem receives what is wrong with the question, now that the log is known
     /// @return an exit status
-    int answer(LogReading &log, QString &problem) const;
+    int answer(LogReading &log, const SettingsReader *unit, QString &problem) const;
 
 private:
     int answerWhy(LogReading &log, const SettingsReader *unit, QString &problem) const;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 using Kind = TimelineEvent::Kind;
 using LogTime::Clock;
@@ -62,6 +63,16 @@ struct Unit
 
 constexpr Unit units[] = {{"ms", 1}, {"min", 60000}, {"s", 1000}, {"h", 3600000}, {"", 1000}};
 
+/// What a time may leave out, and how many ms it means then.
+struct Precision
+{
+    const char *missing;
+    qint64 length;
+};
+
+// The first that makes it a time.
+constexpr Precision precisions[] = {{":00.0", 60000}, {".0", 1000}, {"", 1}};
+
 } // namespace
 
 std::optional<LogLimit> LogLimit::read(const QString &text)
@@ -81,14 +92,18 @@ std::optional<LogLimit> LogLimit::read(const QString &text)
         }
     }
     const std::string given = text.toStdString();
-    for (const std::string &written : {given, given + ":00"}) {
+    for (const Precision &precision : precisions) {
+        const std::string written = given + precision.missing;
         LogTime::Reader reader(written);
         auto moment = reader.calendar();
         moment = moment ? moment : reader.yearless();
         moment = moment ? moment : reader.daytime();
         moment = moment ? moment : reader.seconds();
-        if (moment && reader.rest().empty()) {
+        // Seconds without a point are no such time: 12 could be anything.
+        const bool isUnclear = moment && moment->clock == Clock::Uptime && *precision.missing;
+        if (moment && reader.rest().empty() && !isUnclear) {
             limit.m_moment = *moment;
+            limit.m_length = precision.length - 1;
             return limit;
         }
     }
@@ -102,6 +117,12 @@ std::optional<qint64> LogLimit::in(const LogClock &clock) const
     const Clock written = clock.first().clock;
     const bool isDaytime = m_moment.clock == Clock::Daytime && (written == Clock::Calendar || written == Clock::Yearless);
     return isDaytime || m_moment.clock == written ? std::make_optional(clock.timeOf(m_moment)) : std::nullopt;
+}
+
+std::optional<qint64> LogLimit::endIn(const LogClock &clock) const
+{
+    const auto begin = in(clock);
+    return begin ? std::make_optional(*begin + m_length) : std::nullopt;
 }
 
 LogFilter::LogFilter(TimelineView &shownBy, const LogClock &clock, const Wanted &wanted)
@@ -121,8 +142,10 @@ QStringList LogFilter::areaNames()
     return names;
 }
 
-void LogFilter::show(const TimelineEvent &event, const Heard &heard, bool isNew)
+void LogFilter::show(const TimelineEvent &event, const Heard &ofChip, bool isNew)
 {
+    m_told.add(event);
+    const Heard heard = m_told.withoutUntold(ofChip);
     if (!m_wanted.isInTime(event.time, m_clock) || !isWanted(event)) {
         m_before = heard;
         return;
@@ -150,13 +173,9 @@ void LogFilter::finish(qint64 time)
 
 bool LogFilter::Wanted::isInTime(qint64 time, const LogClock &clock) const
 {
-    const auto isBeyond = [time, &clock](const std::optional<LogLimit> &limit, bool isLower) {
-        if (!limit)
-            return false;
-        const auto at = limit->in(clock);
-        return !at || (isLower ? time < *at : time > *at);
-    };
-    return !isBeyond(from, true) && !isBeyond(to, false);
+    const auto first = from ? from->in(clock) : std::numeric_limits<qint64>::min();
+    const auto last = to ? to->endIn(clock) : std::numeric_limits<qint64>::max();
+    return first && last && time >= *first && time <= *last;
 }
 
 bool LogFilter::isWanted(const TimelineEvent &event) const

@@ -3,6 +3,7 @@
 
 #include "heard.h"
 #include "logclock.h"
+#include "toldvolumes.h"
 #include "timelineview.h"
 
 #include <QtCore/QString>
@@ -17,11 +18,14 @@ public:
     /// Empty where the text is no time.
     static std::optional<LogLimit> read(const QString &text);
 
-    /// ms of the timeline; empty where the log's clock has no such times.
+    /// ms of the timeline at which it begins; empty where the log's clock has no such times.
     std::optional<qint64> in(const LogClock &clock) const;
+    /// The last ms of it: "12:03:07" is all of that second, "12:03" of that minute.
+    std::optional<qint64> endIn(const LogClock &clock) const;
 
 private:
     qint64 m_offset = 0;
+    qint64 m_length = 0; // ms, less one
     LogTime::Moment m_moment; // None for an offset
 };
 
@@ -46,7 +50,7 @@ public:
 
     static QStringList areaNames();
 
-    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
+    void show(const TimelineEvent &event, const Heard &ofChip, bool isNew) override;
     void finish(qint64 time) override;
 
 private:
@@ -57,6 +61,7 @@ private:
     TimelineView &m_view;
     const LogClock &m_clock;
     Wanted m_wanted;
+    ToldVolumes m_told;
     Heard m_before; // what was heard before that which is shown first
     bool m_hasBegun = false;
 };

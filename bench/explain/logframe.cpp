@@ -2,7 +2,7 @@
 
 QString LogFrame::writer(qint64 thread) const
 {
-    const QString name = QString::fromUtf8(program.data(), int(program.size()));
+    QString name = QString::fromUtf8(program.data(), int(program.size()));
     const qint64 number = process != unknown ? process : thread;
     if (number == unknown)
         return name;

@@ -14,6 +14,9 @@ using simulator::VirtualClock;
 LoggedUnit::LoggedUnit(Timeline &toldTo)
     : m_timeline(toldTo)
 {
+    // The library knows no other one, and a log may begin after its start sent it.
+    constexpr unsigned char fullScale = 100;
+    Platform::instance()->chip()->setMasterVolume(fullScale);
 }
 
 void LoggedUnit::apply(const LoggedRequest &request)

@@ -130,6 +130,9 @@ bool LogProcess::isPlausible(int index, const LogLine &line, qint64 time) const
     case Id::CpUnduckAudio:
         return last.id() == Id::OnRecvBackCar && last.isTrue(0) == (line.id() == Id::CpDuckAudio);
     case Id::UpdateAudioStatus:
+        // A new duck came meanwhile, and nothing is restored.
+        if (parent.id() == Id::DelayCpTruelyUnduck && m_isCarPlayDucking)
+            return false;
         return line.number(0) == (parent.id() == Id::HandleNotComeCpAlte ? AudioStatusCarPlayDuck : AudioStatusCarPlayRestore);
     case Id::HandleVolumeTypeChanged:
         return parent.id() != Id::UpdateAudioStatus || parent.number(0) == line.number(0);
@@ -231,6 +234,13 @@ void LogProcess::learn(const LogLine &line)
     switch (line.id()) {
     case Id::UpdateAudioStatus:
         m_status = line.number(0);
+        break;
+    case Id::CpDuckAudio:
+        m_isCarPlayDucking = true;
+        break;
+    case Id::CpUnduckAudio:
+    case Id::ManagerStarts:
+        m_isCarPlayDucking = false;
         break;
     case Id::SetVolume:
         m_status = line.number(3);

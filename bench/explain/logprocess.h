@@ -74,6 +74,7 @@ private:
     bool m_channelSeen = false;
     bool m_isFirstChannel = false; // the one reported last is
     bool m_muteTimerMayRun = true;
+    bool m_isCarPlayDucking = false;
 };
 
 #endif

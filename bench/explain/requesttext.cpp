@@ -169,16 +169,7 @@ QString argumentText(char kind, const QVariant &value)
     default:
         break;
     }
-    switch (value.userType()) {
-    case QMetaType::Bool:
-        return simulator::valueText(value.toBool());
-    case QMetaType::Double:
-        return simulator::floatText(value.toFloat());
-    case QMetaType::QString:
-        return simulator::quotedText(value.toString());
-    default:
-        return value.toString();
-    }
+    return loggedValueText(value);
 }
 
 QString spelled(const Spelling &spelling, const LogLine &line)
@@ -229,6 +220,20 @@ QString muteText(const LogLine &line)
 }
 
 } // namespace
+
+QString loggedValueText(const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::Bool:
+        return simulator::valueText(value.toBool());
+    case QMetaType::Double:
+        return simulator::floatText(value.toFloat());
+    case QMetaType::QString:
+        return simulator::quotedText(value.toString());
+    default:
+        return value.toString();
+    }
+}
 
 QString requestText(const LoggedRequest &request)
 {

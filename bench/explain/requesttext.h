@@ -8,6 +8,9 @@
  */
 QString requestText(const LoggedRequest &request);
 
+/// A value of a line or call as scripts write it.
+QString loggedValueText(const QVariant &value);
+
 /// What a timer of policynames::timers is for.
 QString timerPurpose(const QString &timer);
 

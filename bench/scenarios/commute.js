@@ -1,6 +1,8 @@
 // A drive home: music, the volume keys, a navigation prompt, a telephone call, and into the garage in reverse.
 //
 // Volumes run from 0 to 25 and reach the platform as volume * 4; telephony and ringtones are boosted there by 1.5.
+//
+// docs/explain.md asks this drive's log why the telephone was so quiet: play commute --log-to commute.log, then explain commute.log.
 
 function media() {
     return Platform.trackVolume("main", "S+FilePlayer");

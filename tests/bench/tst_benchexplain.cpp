@@ -1,6 +1,9 @@
 #include "benchprocess.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
@@ -32,6 +35,14 @@ const char *const drive = R"([    1.000] [DBG] 9 ZelAudioManager::ZelAudioManage
 [    5.000] [DBG] 9 void FocusRequester::handleFocusLoss(int) 75 -- dispatching  "LOSS"  to  "music"
 )";
 
+/// Begins while the audio is on: only one volume of the file player is told, and later than it plays.
+const char *const laterDrive = R"([    2.000] [QT] [Audiocontrol] set audio stream output source main S+FilePlayer
+[    2.000] [QT] [Audiocontrol] Set Front seat audio stream success.
+[    3.000] [DBG] 9 void audio::AudioControl::setStreamVolume(AudioTag, const char*, quint8) 185 -- 0 "main" tag
+[    3.000] [DBG] 9 void audio::AudioControl::setStreamVolume(AudioTag, const char*, quint8) 185 -- S+FilePlayer_APP "S+FilePlayer" src
+[    3.000] [QT] [Audiocontrol] set stream S+FilePlayer_APP 74
+)";
+
 } // namespace
 
 class BenchExplainTest : public QObject
@@ -42,6 +53,7 @@ private Q_SLOTS:
     void initTestCase();
     void viewsShowTheDrive_data();
     void viewsShowTheDrive();
+    void aVolumeThatWasNotToldIsUnknown();
     void mistakesAreSaid_data();
     void mistakesAreSaid();
     void standardInputIsRead();
@@ -159,6 +171,31 @@ void BenchExplainTest::viewsShowTheDrive()
     QCOMPARE(bench.errors, QString());
     QCOMPARE(bench.exitCode, 0);
     QCOMPARE(bench.output, output);
+}
+
+void BenchExplainTest::aVolumeThatWasNotToldIsUnknown()
+{
+    const QString log = write("later", laterDrive);
+    const BenchProcess bench({QStringLiteral("explain"), log});
+    QCOMPARE(bench.output,
+             QStringLiteral("\n"
+                            "  0:00.000  The log begins while the audio is on already, 2.000 s\n"
+                            "            heard  file player at an unknown level\n"
+                            "            why    AudioControl.setOutputSource(\"main\", \"S+FilePlayer\")\n"
+                            "  0:01.000  heard  file player -6.0 dB\n"
+                            "            why    AudioControl.setStreamVolume(Main, \"S+FilePlayer_APP\", 74)\n"));
+
+    QVector<QJsonObject> heard;
+    const QStringList lines = BenchProcess({QStringLiteral("explain"), QStringLiteral("--json"), log}).output.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QJsonObject event = QJsonDocument::fromJson(line.toUtf8()).object();
+        if (event.value(QLatin1String("event")) == QLatin1String("heard"))
+            heard.append(event.value(QLatin1String("sounds")).toArray().at(0).toObject());
+    }
+    QCOMPARE(heard.size(), 2);
+    QCOMPARE(heard.at(0).value(QLatin1String("source")).toString(), QStringLiteral("S+FilePlayer"));
+    QVERIFY(!heard.at(0).contains(QLatin1String("level")));
+    QVERIFY(heard.at(1).value(QLatin1String("level")).isDouble());
 }
 
 void BenchExplainTest::mistakesAreSaid_data()

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void timeGoesForward();
     void limitsAreFound_data();
     void limitsAreFound();
+    void limitsAreAsLongAsWhatTheyLeaveOut_data();
+    void limitsAreAsLongAsWhatTheyLeaveOut();
     void aClockThatIsSetHasStretches_data();
     void aClockThatIsSetHasStretches();
     void limitsMayNotFit_data();
@@ -107,6 +109,31 @@ void LogClockTest::limitsAreFound()
     QVERIFY(limit.has_value());
     QVERIFY(limit->in(clock).has_value());
     QTEST(*limit->in(clock), "time");
+}
+
+void LogClockTest::limitsAreAsLongAsWhatTheyLeaveOut_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("end");
+    const auto row = [](const char *text, qint64 end) { QTest::newRow(text) << QString::fromLatin1(text) << end; };
+    row("+1.5s", 1500);
+    row("12:03:07.000", 0);
+    row("12:03:07", second - 1);
+    row("12:04", 53 * second + minute - 1);
+    row("2026-11-22 12:03:07", second - 1);
+    row("2026-11-22 12:03:07.500", second / 2);
+    row("2026-11-22 12:03", minute - 7 * second - 1);
+}
+
+void LogClockTest::limitsAreAsLongAsWhatTheyLeaveOut()
+{
+    QFETCH(const QString, text);
+    LogClock clock;
+    clock.read(calendar("2026-11-22 12:03:07"));
+    const auto limit = LogLimit::read(text);
+    QVERIFY(limit.has_value());
+    QVERIFY(limit->endIn(clock).has_value());
+    QTEST(*limit->endIn(clock), "end");
 }
 
 void LogClockTest::aClockThatIsSetHasStretches_data()

@@ -57,7 +57,8 @@ QStringList WorkloadsTest::linesOf(void (*work)(int))
     static const QRegularExpression numbers(QStringLiteral(R"(^(\[DBG\]) \d+ (.*) \d+ --)"));
     LogRecorder log;
     work(1);
-    return log.takeTexts().replaceInStrings(numbers, QStringLiteral("\\1 THREAD \\2 LINE --"));
+    QStringList lines = log.takeTexts();
+    return lines.replaceInStrings(numbers, QStringLiteral("\\1 THREAD \\2 LINE --"));
 }
 
 void WorkloadsTest::initTestCase()
