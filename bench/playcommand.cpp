@@ -177,7 +177,8 @@ QString PlayCommand::details() const
                           "  Platform                                   the simulated platform and the car round it\n"
                           "  powerOn(), powerOff(), eraseSettings()     the unit; AudioPolicy switches it on when used\n"
                           "  say(text), wait(ms), now()                 the story and its time\n"
-                          "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x), .not\n"
+                          "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x),\n      .toBeGreaterThan(x), .toBeLessThan(x), .not\n"
+                          "  Sound.above(source, other)                 how far one was above the other, in LU\n"
                           "\n"
                           "A failed expectation does not stop the scenario; an error does.\n")
         .arg(QFileInfo(SettingsFile::path()).path());
@@ -325,11 +326,11 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
         view = std::make_unique<DriveView>();
     else if (request.view != View::Brief)
         view = std::make_unique<RequestView>(request.view == View::Everything);
-    if (!request.soundFile.isEmpty())
-        view = SoundRecorder::before(std::move(view), request.soundFile, problem);
+    Timeline timeline(view.get());
+    std::optional<SoundRecorder> sound;
+    problem = request.soundFile.isEmpty() ? QString() : sound.emplace(timeline).writeTo(request.soundFile);
     if (!problem.isEmpty())
         return fail(request.soundFile, problem);
-    Timeline timeline(view.get());
     if (channel)
         QObject::connect(&timeline, &Timeline::checked, &timeline, [&channel](const ScenarioResult::Check &check) { channel->writeCheck(check); });
     LogFile log(request.logFile);

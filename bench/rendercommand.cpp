@@ -223,8 +223,8 @@ std::optional<RenderCommand::Request> RenderCommand::understand(const QCommandLi
         return wrong(QStringLiteral("render takes one scenario or log"));
     request.word = words.constFirst();
     request.output = parsed.value(QStringLiteral("output"));
-    if (isSet("output") && request.output.isEmpty())
-        return wrong(QStringLiteral("--output needs a name"));
+    if (isSet("output") && (request.output.isEmpty() || request.output == ScenarioFiles::standardInput()))
+        return wrong(QStringLiteral("--output needs the name of a file"));
     const QString whom = isSet("for") ? parsed.value(QStringLiteral("for")) : loudspeakersWord;
     if (whom != earsWord && whom != loudspeakersWord)
         return wrong(QStringLiteral("--for is %1 or %2, not %3").arg(loudspeakersWord, earsWord, whom));
@@ -282,13 +282,13 @@ RenderCommand::Recorded RenderCommand::recordLog(const Request &request, const Q
     }
     // Not this unit's platform, but that of the log.
     QLoggingCategory::setFilterRules(QStringLiteral("qzaudio.simulator.info=false"));
-    SoundRecorder recorder(recording, nullptr);
-    const QString problem = recorder.open();
+    Timeline timeline;
+    SoundRecorder recorder(timeline);
+    const QString problem = recorder.writeTo(recording);
     if (!problem.isEmpty()) {
         recorded.status = fail(problem);
         return recorded;
     }
-    Timeline timeline(&recorder);
     LogPlayer player(timeline);
     log.read(player);
     timeline.showUnfinished();
@@ -343,7 +343,7 @@ int RenderCommand::report(const Request &request, Rendering &rendering, const So
     if (problem.isEmpty())
         problem = report.measure(file);
     if (!problem.isEmpty())
-        return fail(problem);
+        return Interruption::received() != 0 ? int(Interrupted) : fail(problem);
     Console::out(request.isJson ? QString::fromUtf8(report.toJson()) : report.toText());
     return Success;
 }
@@ -359,8 +359,10 @@ int RenderCommand::render(const Request &request, const SoundTrack &track)
         ProgressBar bar(track.duration);
         problem = rendering.write(track, request.listener, request.output, [&bar](qint64 time) { bar.show(time); });
     }
-    if (problem.isEmpty() && request.isPlayed)
-        problem = rendering.play(track, {});
+    if (problem.isEmpty() && request.isPlayed) {
+        ProgressBar bar(track.duration);
+        problem = rendering.play(track, [&bar](qint64 time) { bar.show(time); });
+    }
     if (Interruption::received() != 0)
         return Interrupted - SIGINT + Interruption::received();
     if (!problem.isEmpty())

@@ -39,8 +39,10 @@ Loudness Loudness::read(const QByteArray &messages)
     static const QRegularExpression shortTerm(QStringLiteral(" S: *(\\S+) "));
     const QString text = QString::fromLocal8Bit(messages);
     Loudness loudness;
-    loudness.integrated = valueOf(integrated.match(text));
-    loudness.truePeak = valueOf(peak.match(text));
+    // A graph is set up more than once, and each time the meter sums up what it heard: nothing but at last.
+    const QString summary = text.mid(text.lastIndexOf(QLatin1String("Summary:")));
+    loudness.integrated = valueOf(integrated.match(summary));
+    loudness.truePeak = valueOf(peak.match(summary));
     auto moments = shortTerm.globalMatch(text);
     while (moments.hasNext())
         loudness.shortTerm = std::max(loudness.shortTerm, valueOf(moments.next()));

@@ -11,8 +11,12 @@ struct Loudness
 {
     static constexpr double silence = -std::numeric_limits<double>::infinity();
 
+    /// ms that the meter looks at at least, so that shorter sounds have no loudness.
+    static constexpr qint64 shortest = 400;
+    static constexpr qint64 shortTermLength = 3000;
+
     double integrated = silence; ///< LUFS
-    double shortTerm = silence; ///< the loudest 3 s, LUFS
+    double shortTerm = silence; ///< the loudest 3 s, LUFS; silence where it is shorter
     double truePeak = silence; ///< dBTP
 
     /**

@@ -19,9 +19,6 @@
 namespace
 {
 
-/// ms that the meter looks at, so that shorter sounds have no loudness.
-constexpr qint64 shortestMeasured = 400;
-
 QJsonValue number(double value)
 {
     return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
@@ -36,13 +33,12 @@ QJsonObject toObject(const Loudness &loudness)
     };
 }
 
-QString columns(const Loudness &loudness)
+/// What is too short for a figure has none.
+QString columns(const Loudness &loudness, qint64 length)
 {
     constexpr int width = 10;
-    QString text;
-    for (const double value : {loudness.integrated, loudness.shortTerm, loudness.truePeak})
-        text += Loudness::text(value).rightJustified(width);
-    return text;
+    const auto column = [length](double value, qint64 needed) { return (length < needed ? QStringLiteral("-") : Loudness::text(value)).rightJustified(width); };
+    return column(loudness.integrated, Loudness::shortest) + column(loudness.shortTerm, Loudness::shortTermLength) + column(loudness.truePeak, 0);
 }
 
 /// The bytes of the samples in a WAV file, from its chunk of data on.
@@ -142,7 +138,7 @@ QString LoudnessReport::measureForegrounds()
             continue;
         const auto spans = m_track.spansOf(voice);
         for (const SoundTrack::Span &span : spans) {
-            if (span.length() < shortestMeasured)
+            if (span.length() < Loudness::shortest)
                 continue;
             Foreground foreground{voice, span, 0, {}, {}};
             const QString problem = measureForeground(foreground);
@@ -194,13 +190,11 @@ QString LoudnessReport::toText(const Foreground &foreground) const
     const QString verdict = verdictOf(foreground);
     if (foreground.over.isEmpty() || verdict == QLatin1String("silent"))
         return text + QStringLiteral(": %1\n").arg(verdict);
-    return text
-        + QStringLiteral(" %1%2 LU over %3: %4, good is from %5 to %6\n")
-              .arg(foreground.above < 0 ? QString() : QStringLiteral("+"))
-              .arg(foreground.above, 0, 'f', 1)
-              .arg(foreground.over.join(QStringLiteral(" and ")), verdict)
-              .arg(leastAbove)
-              .arg(mostAbove);
+    const QString distance = QString::number(foreground.above, 'f', 1);
+    const QString range = QStringLiteral("good from %1 to %2").arg(leastAbove).arg(mostAbove);
+    return text + (foreground.above < 0 ? QStringLiteral(" ") : QStringLiteral(" +")) + distance + QStringLiteral(" LU over ")
+        + foreground.over.join(QStringLiteral(" and ")) + QStringLiteral(": ")
+        + (verdict == QLatin1String("good") ? range : verdict + QStringLiteral(", ") + range) + QLatin1Char('\n');
 }
 
 QString LoudnessReport::toText() const
@@ -208,10 +202,10 @@ QString LoudnessReport::toText() const
     constexpr int columnsWidth = 30;
     QString text = QStringLiteral("  time      ") + QStringLiteral("      LUFS  max. 3 s peak dBTP\n");
     for (const Section &section : m_sections) {
-        text += ViewText::time(section.span.from) + columns(section.loudness) + QStringLiteral("  ")
+        text += ViewText::time(section.span.from) + columns(section.loudness, section.span.length()) + QStringLiteral("  ")
             + Console::wrapped(Console::printable(section.heading), 0, ViewText::column + columnsWidth + 2).trimmed() + QLatin1Char('\n');
     }
-    text += QStringLiteral("  whole     ") + columns(m_whole) + QStringLiteral("  samples clipped at the loudspeakers: %1\n").arg(m_clipped);
+    text += QStringLiteral("  whole     ") + columns(m_whole, m_track.duration) + QStringLiteral("  samples clipped at the loudspeakers: %1\n").arg(m_clipped);
     if (!m_foregrounds.isEmpty())
         text += QStringLiteral("\n  Prompts and calls\n");
     for (const Foreground &foreground : m_foregrounds)

@@ -52,7 +52,7 @@ QString Rendering::prepareSounds(const FilterGraph &graph)
         QString &made = m_made[voice];
         if (made.isEmpty()) {
             const QString name = QStringLiteral("sound%1.wav").arg(m_made.size());
-            const QString problem = m_sounds.write(voice, m_made.size(), m_folder.path(), name);
+            const QString problem = m_sounds.write(voice, m_folder.path(), name);
             if (!problem.isEmpty())
                 return problem;
             made = m_folder.filePath(name);
@@ -88,6 +88,8 @@ QString Rendering::render(const SoundTrack &track, FilterGraph::Listener listene
     const QStringList arguments = beginning()
         + QStringList{QStringLiteral("-loglevel"),
                       QStringLiteral("error"),
+                      // What goes wrong at the very end, such as a disk that is full then, is no failure without it.
+                      QStringLiteral("-xerror"),
                       QStringLiteral("-progress"),
                       QStringLiteral("pipe:1"),
                       QStringLiteral("-filter_complex_script"),

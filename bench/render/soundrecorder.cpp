@@ -2,7 +2,7 @@
 
 #include "explain/policyrules.h"
 #include "policytext.h"
-#include "timelineevent.h"
+#include "timeline.h"
 
 #include "platform.h"
 
@@ -108,61 +108,47 @@ bool isSource(const QString &source)
 
 } // namespace
 
-SoundRecorder::SoundRecorder(const QString &file, std::unique_ptr<TimelineView> alsoShownTo)
-    : m_file(file)
-    , m_view(std::move(alsoShownTo))
-    , m_start(Platform::instance()->now())
+SoundRecorder::SoundRecorder(const Timeline &followed)
+    : m_timeline(followed)
 {
     const AudioChip *const chip = Platform::instance()->chip();
     connect(chip, &AudioChip::changed, this, &SoundRecorder::chipChanged);
     connect(chip, &AudioChip::wasReset, this, &SoundRecorder::chipWasReset);
+    // A timeline may end on the thread that ends a scenario.
+    connect(&followed, &Timeline::happened, this, &SoundRecorder::add, Qt::DirectConnection);
+    connect(&followed, &Timeline::finished, this, &SoundRecorder::finish, Qt::DirectConnection);
+    m_last = state();
+    m_track.add(m_last);
 }
 
-SoundRecorder::~SoundRecorder() = default;
-
-std::unique_ptr<TimelineView> SoundRecorder::before(std::unique_ptr<TimelineView> view, const QString &file, QString &problem)
+QString SoundRecorder::writeTo(const QString &file)
 {
-    auto recorder = std::make_unique<SoundRecorder>(file, std::move(view));
-    problem = recorder->open();
-    return recorder;
-}
-
-QString SoundRecorder::open()
-{
+    m_file.setFileName(file);
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return m_file.errorString();
-    m_last = state();
     write(SoundTrack::toJson(m_last));
     return {};
 }
 
-qint64 SoundRecorder::now() const
+SoundTrack SoundRecorder::soFar() const
 {
-    return Platform::instance()->now() - m_start;
+    SoundTrack track = m_track;
+    track.duration = m_timeline.now();
+    return track;
 }
 
-void SoundRecorder::show(const TimelineEvent &event, const Heard &heard, bool isNew)
+void SoundRecorder::add(const TimelineEvent &event)
 {
     follow(event);
     look();
     if (event.kind == TimelineEvent::Kind::Heading)
         write(SoundTrack::toJson(SoundTrack::Heading{event.time, event.text}));
-    if (m_view)
-        m_view->show(event, heard, isNew);
-}
-
-void SoundRecorder::begin(qint64 time, const Heard &heard)
-{
-    if (m_view)
-        m_view->begin(time, heard);
 }
 
 void SoundRecorder::finish(qint64 time)
 {
     look();
     write(SoundTrack::endToJson(time));
-    if (m_view)
-        m_view->finish(time);
 }
 
 void SoundRecorder::follow(const TimelineEvent &event)
@@ -223,15 +209,23 @@ void SoundRecorder::look()
     SoundTrack::State current = state();
     if (current.isHeardAs(m_last))
         return;
-    write(SoundTrack::toJson(current));
+    keep(current);
     m_last = current;
+}
+
+void SoundRecorder::keep(const SoundTrack::State &state)
+{
+    if (m_file.isOpen())
+        write(SoundTrack::toJson(state));
+    else
+        m_track.add(state);
 }
 
 SoundTrack::State SoundRecorder::state() const
 {
     const AudioChip *const chip = Platform::instance()->chip();
     SoundTrack::State state;
-    state.time = now();
+    state.time = m_timeline.now();
     if (!m_isOff) {
         for (const char *const name : audibleTracks) {
             const QString track = QLatin1String(name);

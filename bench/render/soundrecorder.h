@@ -2,22 +2,22 @@
 #define SOUNDRECORDER_H
 
 #include "soundtrack.h"
-#include "timelineview.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
-#include <memory>
+class Timeline;
+struct TimelineEvent;
 
 /**
- * Records what a drive sounds like while it is played on the simulated platform, as lines of SoundTrack.
+ * Records what a drive sounds like while it is played on the simulated platform: in memory, or to a file as lines of SoundTrack.
  *
  * How loud a source is, the chip says. What sounds is: what is active on the tracks that reach loudspeakers; over media also the source
  * that the policy's status names; and between a duck and its end the prompt that asked for it, on the alternative track, or the beeps of
- * reverse gear. A view that is given is shown everything, too.
+ * reverse gear.
  */
-class SoundRecorder : public QObject, public TimelineView
+class SoundRecorder : public QObject
 {
     Q_OBJECT
 
@@ -25,23 +25,20 @@ public:
     /// The beeps of reverse gear, as a source.
     static QString reverseGear() { return QStringLiteral("reverse gear"); }
 
-    /// @param alsoShownTo null for nobody
-    SoundRecorder(const QString &file, std::unique_ptr<TimelineView> alsoShownTo);
-    ~SoundRecorder() override;
+    /// Of what this timeline tells, from now on.
+    explicit SoundRecorder(const Timeline &followed);
 
-    /// One that is open, before a view. @param problem receives what is the matter where it is not
-    static std::unique_ptr<TimelineView> before(std::unique_ptr<TimelineView> view, const QString &file, QString &problem);
+    /// To a file instead of memory; replaces what was there. @return what is the matter; empty when it is open
+    QString writeTo(const QString &file);
 
-    /// Replaces what was there. @return what is the matter; empty when it is open
-    QString open();
-
-    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override;
-    void begin(qint64 time, const Heard &heard) override;
-    void finish(qint64 time) override;
+    /// What was recorded in memory.
+    SoundTrack soFar() const;
 
 private:
     Q_DISABLE_COPY(SoundRecorder)
 
+    void add(const TimelineEvent &event);
+    void finish(qint64 time);
     void follow(const TimelineEvent &event);
     void followRequest(const QString &text);
     void setStatus(const QString &name);
@@ -51,13 +48,13 @@ private:
     SoundTrack::State state() const;
     void addVoice(SoundTrack::State &state, const QString &track, const QString &source) const;
     void addBands(SoundTrack::State &state) const;
+    void keep(const SoundTrack::State &state);
     void write(const QJsonObject &line);
-    qint64 now() const;
 
+    const Timeline &m_timeline;
     QFile m_file;
-    const std::unique_ptr<TimelineView> m_view;
+    SoundTrack m_track; // where there is no file
     SoundTrack::State m_last;
-    const qint64 m_start;
     QString m_prompt; // the source that a duck is for; empty for none
     int m_status = 0; // the policy's
     int m_bandCount = 0; // of the equalizer's record that was set last

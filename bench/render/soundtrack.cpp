@@ -78,21 +78,35 @@ QVector<SoundTrack::Voice> SoundTrack::voices() const
     return all;
 }
 
-QVector<SoundTrack::Span> SoundTrack::spansOf(const Voice &voice) const
+template<typename Condition>
+QVector<SoundTrack::Span> SoundTrack::spansWhere(const Condition &holds) const
 {
     QVector<Span> spans;
     bool isOpen = false;
     for (const State &state : states) {
-        const bool sounds = state.voices.contains(voice);
-        if (sounds && !isOpen)
+        const bool isOne = holds(state);
+        if (isOne && !isOpen)
             spans.append({state.time, duration});
-        else if (!sounds && isOpen)
+        else if (!isOne && isOpen)
             spans.last().to = state.time;
-        isOpen = sounds;
+        isOpen = isOne;
     }
     if (!spans.isEmpty() && spans.constLast().length() == 0)
         spans.removeLast();
     return spans;
+}
+
+QVector<SoundTrack::Span> SoundTrack::spansOf(const Voice &voice) const
+{
+    return spansWhere([&voice](const State &state) { return state.voices.contains(voice); });
+}
+
+QVector<SoundTrack::Span> SoundTrack::spansOfBoth(const QVector<Voice> &some, const QVector<Voice> &others) const
+{
+    const auto hasAny = [](const State &state, const QVector<Voice> &wanted) {
+        return std::any_of(wanted.cbegin(), wanted.cend(), [&state](const Voice &voice) { return state.voices.contains(voice); });
+    };
+    return spansWhere([&](const State &state) { return hasAny(state, some) && hasAny(state, others); });
 }
 
 QVector<qint64> SoundTrack::changes() const

@@ -73,6 +73,8 @@ struct SoundTrack
     QVector<Voice> voices() const;
     /// When it sounds.
     QVector<Span> spansOf(const Voice &voice) const;
+    /// When any of these sounds while any of the others does.
+    QVector<Span> spansOfBoth(const QVector<Voice> &some, const QVector<Voice> &others) const;
     /// Times at which anything changes, 0 excepted.
     QVector<qint64> changes() const;
 
@@ -88,6 +90,11 @@ struct SoundTrack
     static QJsonObject toJson(const State &state);
     static QJsonObject toJson(const Heading &heading);
     static QJsonObject endToJson(qint64 time);
+
+private:
+    /// When its state is one of a kind.
+    template<typename Condition>
+    QVector<Span> spansWhere(const Condition &holds) const;
 };
 
 #endif

@@ -7,7 +7,6 @@
 #include "explain/policyrules.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace
@@ -36,14 +35,24 @@ bool isSpoken(SourceSound::Kind kind)
     return kind == SourceSound::Kind::Telephone || kind == SourceSound::Kind::Assistant || kind == SourceSound::Kind::Navigation;
 }
 
-/// A chord over a beat, with some noise; each number has another key.
+/// Of a source always the same, so that it sounds alike in every drive.
+int numberOf(const QString &source)
+{
+    int number = 0;
+    for (int i = 0; i < source.size(); ++i)
+        number += source.at(i).unicode() * (i + 1);
+    return number;
+}
+
+/// A chord over a beat, with some noise, in the key of a source.
 QString music(int number)
 {
-    constexpr std::array<double, 6> keys = {220, 246.94, 261.63, 293.66, 329.63, 196};
+    constexpr double lowestKey = 196;
+    constexpr int keys = 12; // in an octave
     constexpr double third = 1.25992;
     constexpr double fifth = 1.49831;
     constexpr int low = 4;
-    const double key = keys[std::size_t(number) % keys.size()];
+    const double key = lowestKey * std::exp2(double(number % keys) / keys);
     const auto tone = [](double hertz) { return QStringLiteral("sine=f=%1:r=48000:d=16").arg(hertz, 0, 'f', 2); };
     return QStringLiteral("%1,tremolo=f=0.5:d=0.4[a];%2,tremolo=f=1:d=0.6[b];%3[c];%4,tremolo=f=2:d=0.9[d];"
                           "anoisesrc=c=pink:r=48000:d=16:a=0.25:seed=%5,tremolo=f=4:d=0.9[e];[a][b][c][d][e]amix=inputs=5:normalize=0")
@@ -133,25 +142,28 @@ QString SourceSound::absence(const QVector<SoundTrack::Voice> &voices) const
     return speaks ? SoundTool::espeak().absence() : QString();
 }
 
-QString SourceSound::write(const SoundTrack::Voice &voice, int number, const QString &folder, const QString &name) const
+QString SourceSound::write(const SoundTrack::Voice &voice, const QString &folder, const QString &name) const
 {
     const QString file = m_files.value(voice.second);
     if (file.isEmpty())
-        return make(kindOf(voice), number, folder, name);
+        return make(voice, folder, name);
     const QString problem = inOneChannel({QStringLiteral("-i"), QStringLiteral("file:") + file}, {}, folder, name);
     return problem.isEmpty() ? QString() : QStringLiteral("%1 cannot be read as sound: %2").arg(file, problem);
 }
 
-QString SourceSound::make(Kind kind, int number, const QString &folder, const QString &name)
+QString SourceSound::make(const SoundTrack::Voice &voice, const QString &folder, const QString &name)
 {
+    const Kind kind = kindOf(voice);
     const QString raw = QStringLiteral("raw-") + name;
     QString problem;
     if (isSpoken(kind))
         problem = speak(kind, folder, raw);
     else
-        problem = SoundTool::ffmpeg()
-                      .run(quietly() + QStringList{QStringLiteral("-filter_complex"), recipeOf(kind, number), QStringLiteral("-c:a"), wave, raw}, folder)
-                      .problem;
+        problem
+            = SoundTool::ffmpeg()
+                  .run(quietly() + QStringList{QStringLiteral("-filter_complex"), recipeOf(kind, numberOf(voice.second)), QStringLiteral("-c:a"), wave, raw},
+                       folder)
+                  .problem;
     if (!problem.isEmpty())
         return problem;
     const QStringList input{QStringLiteral("-i"), raw};

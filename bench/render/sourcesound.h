@@ -15,7 +15,7 @@ class SourceSound
 {
 public:
     /// LUFS of what is made on the spot, before any volume.
-    static constexpr double loudness = -20;
+    static constexpr double loudness = -23;
 
     /**
      * What is added to each sound, and is all of silence: far too little to be in any sample that is written.
@@ -42,13 +42,13 @@ public:
 
     /// What is missing to make the sounds of these; empty for nothing.
     QString absence(const QVector<SoundTrack::Voice> &voices) const;
-    /// Writes the sound as a file, mono, 48 kHz, to be played over and over. @param number makes sounds of the same kind differ @return what is the matter
-    QString write(const SoundTrack::Voice &voice, int number, const QString &folder, const QString &name) const;
+    /// Writes the sound as a file, mono, 48 kHz, to be played over and over. @return what is the matter
+    QString write(const SoundTrack::Voice &voice, const QString &folder, const QString &name) const;
     /// The same for what is between sounds.
     static QString writeSilence(const QString &folder, const QString &name);
 
 private:
-    static QString make(Kind kind, int number, const QString &folder, const QString &name);
+    static QString make(const SoundTrack::Voice &voice, const QString &folder, const QString &name);
     static QString speak(Kind kind, const QString &folder, const QString &name);
 
     QMap<QString, QString> m_files;

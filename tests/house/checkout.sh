@@ -130,3 +130,21 @@ passes 'play own.js' play own.js
 passes 'settings --json' settings --json
 passes 'help play' help play
 passes '--version' --version
+
+echo "== packages"
+# brings GROUPS ARGUMENT...: what is installed first
+brings()
+{
+    local groups=$1
+    shift
+    passes "$@"
+    [ "$(cat original/groups)" = "$groups" ] || fail "./run ${*:2}: installs $(cat original/groups)"
+}
+rm original/tools/install-packages
+printf '%s\n' '#!/bin/sh' 'echo "$*" >groups' >original/tools/install-packages
+chmod +x original/tools/install-packages
+touch original/bench/rendercommand.h
+echo 'expect(Sound.above("S+FilePlayer")).toBeGreaterThan(6);' >original/measured.js
+brings 'run' "play $scenarios/mute.js" mute
+brings 'run sound' 'render mute -o mute.wav' render mute -o mute.wav
+brings 'run sound' 'play -v measured.js' -v measured.js
