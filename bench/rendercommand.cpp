@@ -141,8 +141,7 @@ QVector<Command::Ending> RenderCommand::endings() const
     return {
         {Failed, QStringLiteral("an expectation or a script failed")},
         {UsageError, QStringLiteral("a scenario that cannot be read")},
-        {UsageError, QStringLiteral("a log that cannot be read")},
-        {UsageError, QStringLiteral("a sound that cannot be read")},
+        {UsageError, QStringLiteral("a sound or a log that cannot be read")},
         {UsageError, QStringLiteral("a program for sound that is not installed")},
         {UsageError, QStringLiteral("no sound card")},
         {NothingFound, QStringLiteral("a log has no line of the library")},
