@@ -73,7 +73,7 @@ LOGS = [
 Drive = namedtuple("Drive", "scenario title rate resident")
 
 DRIVES = [
-    Drive("commute", "music, prompts, ringing and a call, with the equalizer of the file player", 20, 250),
+    Drive("commute", "music, prompts, ringing and a call, with the equalizer of the file player", 20, 100),
 ]
 
 # Operations in a round of the work, where that has to end as it began.
