@@ -17,7 +17,9 @@ double valueOf(const QRegularExpressionMatch &match)
 {
     bool isNumber = false;
     const double value = match.captured(1).toDouble(&isNumber);
-    return isNumber && value > floorOfMeter ? value : Loudness::silence;
+    if (!isNumber || value <= floorOfMeter)
+        return Loudness::silence;
+    return value;
 }
 
 } // namespace

@@ -54,7 +54,7 @@ bool seekSamples(QFile &file)
             return false;
         if (header.startsWith("data"))
             return true;
-        const quint32 size = qFromLittleEndian<quint32>(header.constData() + 4);
+        const auto size = qFromLittleEndian<quint32>(header.constData() + 4);
         if (!file.seek(file.pos() + size + size % 2))
             return false;
     }
@@ -76,7 +76,7 @@ qint64 LoudnessReport::clippedSamples(const QString &file, QString &problem)
         return 0;
     }
     constexpr int sampleBytes = 3;
-    constexpr qint64 portion = sampleBytes * 65536;
+    constexpr qint64 portion = 65536LL * sampleBytes;
     constexpr int highest = 0x7FFFFF;
     constexpr int lowest = 0x800000; // as it stands there
     qint64 clipped = 0;
@@ -141,7 +141,7 @@ QString LoudnessReport::measureForegrounds()
             if (span.length() < Loudness::shortest)
                 continue;
             Foreground foreground{voice, span, 0, {}, {}};
-            const QString problem = measureForeground(foreground);
+            QString problem = measureForeground(foreground);
             if (!problem.isEmpty())
                 return problem;
             m_foregrounds.append(foreground);

@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int whole = 100;
+constexpr int allPercent = 100;
 constexpr int percentPerMark = 4;
 
 } // namespace
@@ -27,10 +27,10 @@ ProgressBar::~ProgressBar()
 
 void ProgressBar::show(qint64 done)
 {
-    const int percent = int(std::clamp(done * whole / m_whole, qint64(0), qint64(whole)));
+    const int percent = int(std::clamp(done * allPercent / m_whole, qint64(0), qint64(allPercent)));
     if (!m_isSeen || percent == m_shown)
         return;
     m_shown = percent;
-    const QString marks = QString(percent / percentPerMark, QLatin1Char('#')).leftJustified(whole / percentPerMark, QLatin1Char('.'));
+    const QString marks = QString(percent / percentPerMark, QLatin1Char('#')).leftJustified(allPercent / percentPerMark, QLatin1Char('.'));
     Console::error(QStringLiteral("\r%1 %2 %").arg(marks).arg(percent));
 }

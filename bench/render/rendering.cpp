@@ -39,11 +39,11 @@ QString Rendering::save(const QString &name, const QString &text) const
 
 QString Rendering::prepareSounds(const FilterGraph &graph)
 {
-    const QString missing = m_sounds.absence(graph.voices());
+    QString missing = m_sounds.absence(graph.voices());
     if (!missing.isEmpty())
         return missing;
     if (m_made.isEmpty()) {
-        const QString problem = SourceSound::writeSilence(m_folder.path(), FilterGraph::silenceFile());
+        QString problem = SourceSound::writeSilence(m_folder.path(), FilterGraph::silenceFile());
         if (!problem.isEmpty())
             return problem;
     }
@@ -52,7 +52,7 @@ QString Rendering::prepareSounds(const FilterGraph &graph)
         QString &made = m_made[voice];
         if (made.isEmpty()) {
             const QString name = QStringLiteral("sound%1.wav").arg(m_made.size());
-            const QString problem = m_sounds.write(voice, m_folder.path(), name);
+            QString problem = m_sounds.write(voice, m_folder.path(), name);
             if (!problem.isEmpty())
                 return problem;
             made = m_folder.filePath(name);
@@ -82,7 +82,7 @@ QString Rendering::prepare(const FilterGraph &graph)
 QString Rendering::render(const SoundTrack &track, FilterGraph::Listener listener, const QStringList &output, const Progress &progress)
 {
     const FilterGraph graph(track, listener);
-    const QString problem = prepare(graph);
+    QString problem = prepare(graph);
     if (!problem.isEmpty())
         return problem;
     const QStringList arguments = beginning()

@@ -134,7 +134,7 @@ bool SourceSound::isForeground(const SoundTrack::Voice &voice)
 
 QString SourceSound::absence(const QVector<SoundTrack::Voice> &voices) const
 {
-    const QString missing = SoundTool::ffmpeg().absence();
+    QString missing = SoundTool::ffmpeg().absence();
     if (!missing.isEmpty())
         return missing;
     const bool speaks = std::any_of(
