@@ -8,6 +8,7 @@
 #include "junitreport.h"
 #include "logfile.h"
 #include "playsummary.h"
+#include "render/soundrecorder.h"
 #include "requestview.h"
 #include "resultchannel.h"
 #include "scenariofiles.h"
@@ -156,6 +157,7 @@ QVector<Command::Option> PlayCommand::options() const
         {QStringLiteral("color"), QStringLiteral("WHEN"), QStringLiteral("auto (on a terminal), always or never"), {}, namesOfColors()},
         {QStringLiteral("in-process"), {}, QStringLiteral("play one in this process, on the flash as it is: for debuggers and emulators")},
         {QStringLiteral("results-to"), QStringLiteral("DESCRIPTOR"), {}},
+        {QStringLiteral("sound-to"), QStringLiteral("RECORDING"), {}},
     };
 }
 
@@ -175,7 +177,8 @@ QString PlayCommand::details() const
                           "  Platform                                   the simulated platform and the car round it\n"
                           "  powerOn(), powerOff(), eraseSettings()     the unit; AudioPolicy switches it on when used\n"
                           "  say(text), wait(ms), now()                 the story and its time\n"
-                          "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x), .not\n"
+                          "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x),\n      .toBeGreaterThan(x), .toBeLessThan(x), .not\n"
+                          "  Sound.above(source, other)                 how far one was above the other, in LU\n"
                           "\n"
                           "A failed expectation does not stop the scenario; an error does.\n")
         .arg(QFileInfo(SettingsFile::path()).path());
@@ -243,6 +246,7 @@ std::optional<PlayCommand::Request> PlayCommand::understand(const QCommandLinePa
     request.isStrict = isSet("strict");
     request.showsLog = isSet("log");
     request.logFile = parsed.value(QStringLiteral("log-to"));
+    request.soundFile = parsed.value(QStringLiteral("sound-to"));
     request.flash = parsed.value(QStringLiteral("flash"));
     request.junit = parsed.value(QStringLiteral("junit"));
     for (const char *const option : {"log-to", "flash", "junit"}) {
@@ -323,6 +327,10 @@ int PlayCommand::playInProcess(const Request &request, const QString &file, int 
     else if (request.view != View::Brief)
         view = std::make_unique<RequestView>(request.view == View::Everything);
     Timeline timeline(view.get());
+    std::optional<SoundRecorder> sound;
+    problem = request.soundFile.isEmpty() ? QString() : sound.emplace(timeline).writeTo(request.soundFile);
+    if (!problem.isEmpty())
+        return fail(request.soundFile, problem);
     if (channel)
         QObject::connect(&timeline, &Timeline::checked, &timeline, [&channel](const ScenarioResult::Check &check) { channel->writeCheck(check); });
     LogFile log(request.logFile);

@@ -39,6 +39,7 @@ private:
         bool isRealtime = false;
         bool showsLog = false;
         QString logFile; ///< empty for none
+        QString soundFile; ///< what it sounds like is recorded there; empty for nowhere
         QString color;
         QString junit;
         QString flash;

@@ -218,6 +218,15 @@
     }
     Object.assign(AudioFocus, bench.focusEnumerators);
 
+    // How loud it was. All others together are what a source is measured against where none is named.
+    function above(...given) {
+        requireCount("Sound.above", ["source", "other"], 1, given);
+        const wrong = given.findIndex(name => typeof name !== "string" || name === "");
+        if (wrong >= 0)
+            throw new TypeError("Sound.above() takes names of sources, not " + (given[wrong] === "" ? "an empty one" : show(given[wrong])));
+        return bench.sound.above(given[0], given[1] || "");
+    }
+
     // What a matcher cannot work with is an error: it would hold always, or never.
     function requireCloseness(actual, wanted, within) {
         if (typeof actual !== "number")
@@ -226,6 +235,13 @@
             throw new TypeError("toBeCloseTo() needs a finite number to compare with, not " + show(wanted));
         if (typeof within !== "number" || !Number.isFinite(within) || within < 0)
             throw new TypeError("toBeCloseTo() needs a distance from 0, not " + show(within));
+    }
+
+    function requireOrder(name, actual, wanted) {
+        if (typeof actual !== "number" || Number.isNaN(actual))
+            throw new TypeError(name + "() compares numbers, not " + show(actual));
+        if (typeof wanted !== "number" || !Number.isFinite(wanted))
+            throw new TypeError(name + "() needs a finite number to compare with, not " + show(wanted));
     }
 
     function requireContainer(actual, wanted) {
@@ -260,6 +276,14 @@
                     requireCloseness(actual, wanted, within);
                     check(Math.abs(actual - wanted) <= within, show(wanted) + " within " + within);
                 }),
+                toBeGreaterThan: matcher("toBeGreaterThan", ["value"], 1, wanted => {
+                    requireOrder("toBeGreaterThan", actual, wanted);
+                    check(actual > wanted, "more than " + wanted);
+                }),
+                toBeLessThan: matcher("toBeLessThan", ["value"], 1, wanted => {
+                    requireOrder("toBeLessThan", actual, wanted);
+                    check(actual < wanted, "less than " + wanted);
+                }),
                 toContain: matcher("toContain", ["value"], 1, wanted => {
                     requireContainer(actual, wanted);
                     const holds = typeof actual === "string" ? actual.includes(wanted)
@@ -286,6 +310,7 @@
         AudioSettings: observed("AudioSettings", bench.AudioSettings),
         Platform: observed("Platform", bench.Platform),
         AudioFocus: guarded("AudioFocus", AudioFocus),
+        Sound: guarded("Sound", {above}),
         expect,
         say: counted("say", ["text"], text => host.say(String(text))),
         wait: counted("wait", ["milliseconds"], milliseconds => afterHandlers(() => host.wait(milliseconds))),

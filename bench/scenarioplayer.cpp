@@ -7,6 +7,8 @@
 #include "qmlaudiopolicy.h"
 #include "qmlaudiosettings.h"
 #include "qmlplatform.h"
+#include "render/soundmeter.h"
+#include "render/soundrecorder.h"
 #include "scenariohost.h"
 #include "scenariosource.h"
 #include "scenariostack.h"
@@ -24,6 +26,7 @@
 #include <exception>
 #include <functional>
 #include <new>
+#include <optional>
 
 /// The functions stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
 static void registerResources()
@@ -227,11 +230,17 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     QmlAudioPolicy policy([&unit] { return unit.manager(); });
     QmlPlatform platform;
     ScenarioHost host(m_timeline, unit, source.lines(), result);
+    // Each change costs time and memory, which only who asks has to pay.
+    std::optional<SoundRecorder> recorder;
+    if (program.contains(QLatin1String("Sound")))
+        recorder.emplace(m_timeline);
+    SoundMeter sound(recorder ? &*recorder : nullptr);
 
     QJSEngine engine;
     engine.installExtensions(QJSEngine::ConsoleExtension);
     QJSValue objects = engine.newObject();
     objects.setProperty(QStringLiteral("host"), wrap(engine, host));
+    objects.setProperty(QStringLiteral("sound"), wrap(engine, sound));
     objects.setProperty(QStringLiteral("AudioControl"), scriptObject(engine, control));
     objects.setProperty(QStringLiteral("AudioSettings"), scriptObject(engine, settings));
     objects.setProperty(QStringLiteral("AudioPolicy"), scriptObject(engine, policy));

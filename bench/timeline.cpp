@@ -160,6 +160,7 @@ void Timeline::endTimer()
 
 void Timeline::show(const TimelineEvent &event)
 {
+    Q_EMIT happened(event);
     if (!m_view)
         return;
     const Heard heard = Heard::now();
@@ -173,6 +174,7 @@ void Timeline::showUnfinished()
     while (!m_requests.isEmpty())
         endRequest(QStringLiteral("(did not return)"));
     endTimer();
+    Q_EMIT finished(now());
     if (m_view)
         m_view->finish(now());
 }

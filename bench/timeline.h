@@ -54,6 +54,10 @@ public:
 
 Q_SIGNALS:
     void checked(const ScenarioResult::Check &check);
+    /// Something is over, as a view is shown it.
+    void happened(const TimelineEvent &event);
+    /// Nothing happens any more.
+    void finished(qint64 time);
 
 private:
     Q_DISABLE_COPY(Timeline)

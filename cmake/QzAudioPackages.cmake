@@ -115,7 +115,7 @@ qzaudio_package(tools qzaudio-tools sound
 gives a program a unit's flash, qzaudio-focusd serves audio focus on the bus."
     "${runtime}, ${core}, ${bus}${qml}${tools}, ${library}${simulator}"
 )
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "libqzaudio-doc, bash-completion, default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "libqzaudio-doc, bash-completion, ffmpeg, espeak-ng, default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
 qzaudio_package(documentation libqzaudio-doc doc
     "audio library of a car's head unit - documents"
     "How to use, integrate and understand the library, in Markdown; begin with

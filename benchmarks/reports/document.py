@@ -126,6 +126,15 @@ writes it. MB/s of processor time of one core; resident memory at its largest, w
 {reading}
 """
 
+RENDERING = """\
+## Making sound of a drive
+
+`qzaudio-bench render SCENARIO -o FILE`: four channels of 24 bits at 48 kHz. Seconds of the drive in a second of processor time, that of FFmpeg and espeak-ng included;
+resident memory of the largest of these processes.
+
+{rendering}
+"""
+
 
 def table(heads, rows):
     texts = ["| " + " | ".join(heads) + " |", "|" + "---|" * len(heads)]
@@ -212,6 +221,12 @@ def reading_rows(reading):
         yield [f"**{rate:.0f} MB/s**", f"{log.rate} MB/s", f"{resident:.0f} MB", f"{log.resident} MB", f"{megabytes:.0f} MB", log.title]
 
 
+def rendering_rows(rendering):
+    for drive in goals.DRIVES:
+        seconds, rate, resident = rendering[drive.scenario]
+        yield [f"**{rate:.0f} times**", f"{drive.rate} times", f"{resident:.0f} MB", f"{drive.resident} MB", f"{drive.scenario}, {seconds:.0f} s", drive.title]
+
+
 def text(results, edges, about):
     heads = ["Ratio", "Goal", "Work", "Takes", "Floor takes", "Allocations", "The floor is"]
     parts = {"The library": "work", "Floor": "floor"}
@@ -236,5 +251,6 @@ def text(results, edges, about):
         ),
         WAITS.format(waits=table(["The other writer", "The caller's way", "First", "Median after it", "Longest after it", "In the file"], wait_rows(edges["waits"]))),
         READING.format(reading=table(["Speed", "At least", "Resident", "At most", "Log", "Of"], reading_rows(edges["reading"]))),
+        RENDERING.format(rendering=table(["Real time", "At least", "Resident", "At most", "Drive", "With"], rendering_rows(edges["rendering"]))),
     ]
     return "\n".join(sections)

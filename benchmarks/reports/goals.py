@@ -66,6 +66,16 @@ LOGS = [
     Log("mixed", "three lines of other programs for each of the library's", 3, 50, 60),
 ]
 
+# scenario of the drive
+# title    of its row
+# rate     least seconds of the drive in a second of one core
+# resident most MB in memory
+Drive = namedtuple("Drive", "scenario title rate resident")
+
+DRIVES = [
+    Drive("commute", "music, prompts, ringing and a call, with the equalizer of the file player", 20, 100),
+]
+
 # Operations in a round of the work, where that has to end as it began.
 OPERATIONS = {"policy/updateAudioStatus": 2, "policy/updateAudioStatus/logged": 2, "settings/volumeKey": 2}
 
@@ -81,7 +91,7 @@ MOST_CONNECTIONS = 128
 
 # Those that are held against a floor, in rounds, and those that are not.
 RATIO_AREAS = ["volume", "equalizer", "routing", "policy", "focus", "logging", "settings", "start", "bus"]
-AREAS = RATIO_AREAS + ["reading"]
+AREAS = RATIO_AREAS + ["reading", "rendering"]
 
 # So much above its goal a ratio may be measured before it counts as a failure.
 TOLERANCE = 0.15

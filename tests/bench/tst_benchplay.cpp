@@ -78,6 +78,10 @@ void BenchPlayTest::results_data()
     row("null is not undefined", "expect(null).toBe(undefined);", 1, "FILE:1: expected undefined, got null");
     row("close enough", "expect(0.1 + 0.2).toBeCloseTo(0.3);", 0, "Passed");
     row("not close enough", "expect(1).toBeCloseTo(2, 0.5);", 1, "FILE:1: expected 2 within 0.5, got 1");
+    row("more", "expect(6.1).toBeGreaterThan(6);\nexpect(-Infinity).toBeLessThan(6);\nexpect(6).not.toBeLessThan(6);", 0, "Passed");
+    row("not more", "expect(6).toBeGreaterThan(6);", 1, "FILE:1: expected more than 6, got 6");
+    row("not less", "expect(6).toBeLessThan(6);", 1, "FILE:1: expected less than 6, got 6");
+    row("not not less", "expect(5).not.toBeLessThan(6);", 1, "FILE:1: expected not less than 6, got 5");
     row("NaN is close to nothing", "expect(NaN).toBeCloseTo(1);", 1, "FILE:1: expected 1 within 0.005, got NaN");
     row("a text contains", "expect('first sound').toContain('sound');", 0, "Passed");
     row("a list contains", "expect([[1], [2]]).toContain([2]);", 0, "Passed");

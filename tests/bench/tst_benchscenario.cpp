@@ -229,6 +229,11 @@ void BenchScenarioTest::mistakes_data()
     row("expect(1).toBeCloseTo(2, -1);", 1, "TypeError: toBeCloseTo() needs a distance from 0, not -1");
     row("expect(1).not.toBeCloseTo(1, NaN);", 1, "TypeError: toBeCloseTo() needs a distance from 0, not NaN");
     row("expect(1).toBeCloseTo(2, Infinity);", 1, "TypeError: toBeCloseTo() needs a distance from 0, not Infinity");
+    row("expect('7').toBeGreaterThan(6);", 1, "TypeError: toBeGreaterThan() compares numbers, not \"7\"");
+    row("expect(NaN).not.toBeLessThan(6);", 1, "TypeError: toBeLessThan() compares numbers, not NaN");
+    row("expect(7).toBeGreaterThan();", 1, "TypeError: toBeGreaterThan(value): value is missing");
+    row("expect(7).not.toBeLessThan(NaN);", 1, "TypeError: toBeLessThan() needs a finite number to compare with, not NaN");
+    row("expect(7).toBeLessThan(Infinity);", 1, "TypeError: toBeLessThan() needs a finite number to compare with, not Infinity");
     row("expect(12).not.toContain(1);", 1, "TypeError: toContain() looks into a text or a list, not 12");
     row("expect(null).not.toContain(1);", 1, "TypeError: toContain() looks into a text or a list, not null");
     row("expect({a: 1}).not.toContain(1);", 1, "TypeError: toContain() looks into a text or a list, not {a: 1}");
@@ -248,6 +253,17 @@ void BenchScenarioTest::mistakes_data()
     row("say();", 1, "TypeError: say(text): text is missing");
     row("powerOn(true);", 1, "TypeError: powerOn() takes no argument, not 1");
     row("new AudioFocus({clientId: 'a'}).request(4);", 1, "TypeError: AudioFocus.request() takes no argument, not 1");
+
+    row("Sound.above();", 1, "TypeError: Sound.above(source, other): source is missing");
+    row("Sound.above('a', 'b', 'c');", 1, "TypeError: Sound.above(source, other) takes 2 arguments, not 3");
+    row("Sound.above('a', 7);", 1, "TypeError: Sound.above() takes names of sources, not 7");
+    row("Sound.above('');", 1, "TypeError: Sound.above() takes names of sources, not an empty one");
+    row("Sound.below('a');", 1, "ReferenceError: Sound has no function or property below");
+    row("Sound.above = null;", 1, "TypeError: Sound.above cannot be set");
+    row("wait(1000);\nSound.above('S+FilePlayer');", 2, "Error: S+FilePlayer and anything else have not sounded together for 400 ms");
+    row("AudioControl.setOutputSource(AudioControl.Main, 'S+FilePlayer_APP');\nwait(399);\nSound.above('S+FilePlayer', 'S+FilePlayer');",
+        3,
+        "Error: S+FilePlayer and S+FilePlayer have not sounded together for 400 ms");
 
     row("nope();", 1, "ReferenceError: nope is not defined");
     row("\n\nthrow {cause: 7};", 3, "thrown: {cause: 7}");

@@ -132,15 +132,23 @@ passes 'help play' help play
 passes '--version' --version
 
 echo "== packages"
-# installs GROUPS ARGUMENT...
-installs()
+# brings GROUPS ARGUMENT...: what is installed first
+brings()
 {
     local groups=$1
     shift
-    passes "$*" "$@"
-    grep -qx "groups $groups" err || fail "./run $*: installs something else than $groups"
+    passes "$@"
+    [ "$(cat original/groups)" = "$groups" ] || fail "./run ${*:2}: installs $(cat original/groups)"
 }
-touch original/bench/plotcommand.h
-printf '%s\n' '#!/bin/sh' 'echo "groups $*" >&2' >original/tools/install-packages
-installs 'run' plot policy -o policy.svg
-installs 'run plots' plot policy -o policy.png
+rm original/tools/install-packages
+printf '%s\n' '#!/bin/sh' 'echo "$*" >groups' >original/tools/install-packages
+chmod +x original/tools/install-packages
+touch original/bench/plotcommand.h original/bench/rendercommand.h
+echo 'expect(Sound.above("S+FilePlayer")).toBeGreaterThan(6);' >original/measured.js
+brings 'run' "play $scenarios/mute.js" mute
+brings 'run sound' 'render mute -o mute.wav' render mute -o mute.wav
+brings 'run sound' 'play -v measured.js' -v measured.js
+echo 'expect(Sound.above("S+FilePlayer")).toBeGreaterThan(6);' >"$scenarios/mute.js"
+brings 'run sound' 'plot timeline mute' plot timeline mute
+brings 'run' 'plot policy -o policy.svg' plot policy -o policy.svg
+brings 'run plots' 'plot policy -o policy.png' plot policy -o policy.png

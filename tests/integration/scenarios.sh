@@ -21,6 +21,13 @@ played=0
 for scenario in "$prefix"/share/qzaudio/scenarios/*.js; do
     status=0
     output=$("$@" "$prefix/bin/qzaudio-bench" play "$scenario" 2>&1) || status=$?
+    # Some measure what a drive sounds like, with programs that need not be there.
+    case $output in
+    *' is not installed: the Debian package '*)
+        echo "skipped: $(basename "$scenario" .js)"
+        continue
+        ;;
+    esac
     [ $status -eq 0 ] || {
         printf '%s\n' "$output"
         echo "$scenario: exit status $status"

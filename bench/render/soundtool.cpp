@@ -1,0 +1,77 @@
+#include "soundtool.h"
+
+#include "console.h"
+#include "interruption.h"
+
+#include <QtCore/QProcess>
+#include <QtCore/QStandardPaths>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace
+{
+
+/// A program that does not outlive this one.
+class ToolProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override { prctl(PR_SET_PDEATHSIG, SIGKILL); }
+};
+
+QString lastLine(const QByteArray &messages)
+{
+    const QByteArray text = messages.trimmed();
+    return Console::printable(QString::fromLocal8Bit(text.mid(text.lastIndexOf('\n') + 1)));
+}
+
+} // namespace
+
+SoundTool::SoundTool(const QString &program, const QString &debianPackage)
+    : m_program(program)
+    , m_package(debianPackage)
+{
+}
+
+QString SoundTool::absence() const
+{
+    return QStandardPaths::findExecutable(m_program).isEmpty() ? QStringLiteral("%1 is not installed: the Debian package %2 has it").arg(m_program, m_package)
+                                                               : QString();
+}
+
+SoundTool::Outcome SoundTool::run(const QStringList &arguments, const QString &folder, const std::function<void(const QByteArray &)> &told) const
+{
+    const QString missing = absence();
+    if (!missing.isEmpty())
+        return {missing, {}};
+    ToolProcess process;
+    process.setWorkingDirectory(folder);
+    process.setStandardInputFile(QProcess::nullDevice());
+    Outcome outcome;
+    process.start(m_program, arguments);
+    if (!process.waitForStarted(-1)) {
+        outcome.problem = QStringLiteral("%1 cannot be started: %2").arg(m_program, process.errorString());
+        return outcome;
+    }
+    constexpr int lookPeriod = 200;
+    bool isStopped = false;
+    while (process.state() != QProcess::NotRunning) {
+        process.waitForReadyRead(lookPeriod);
+        if (Interruption::received() != 0 && !isStopped) {
+            isStopped = true;
+            process.terminate();
+        }
+        outcome.messages += process.readAllStandardError();
+        while (process.canReadLine()) {
+            const QByteArray line = process.readLine().trimmed();
+            if (told)
+                told(line);
+        }
+    }
+    outcome.messages += process.readAllStandardError();
+    if (process.exitStatus() != QProcess::NormalExit)
+        outcome.problem = QStringLiteral("%1 was ended by signal %2").arg(m_program).arg(process.exitCode());
+    else if (process.exitCode() != 0)
+        outcome.problem = QStringLiteral("%1: %2").arg(m_program, lastLine(outcome.messages));
+    return outcome;
+}
