@@ -127,8 +127,8 @@ QString headroomText(const EqualizerPlot::Curve &curve)
     return text
         + QStringLiteral(". It needs %1 dB of headroom; with %2 dB of loudness on top, whatever is above %3 dB of full scale there clips.")
               .arg(decibels(needed))
-              .arg(EqualizerPlot::loudnessRise)
-              .arg(decibels(-needed - EqualizerPlot::loudnessRise));
+              .arg(EqualizerCurves::loudnessRise)
+              .arg(decibels(-needed - EqualizerCurves::loudnessRise));
 }
 
 } // namespace
@@ -179,6 +179,6 @@ Figure EqualizerPlot::compare()
         QStringLiteral(
             "A mode is what setEqMode() sends: eight bands. A preset is what setEqType() sends: sixteen bands. Preset 7 is the custom curve, flat until one is "
             "stored. Headroom is what the highest point of all bands together needs, the mode's first; loudness needs up to %1 dB more.")
-            .arg(loudnessRise));
+            .arg(EqualizerCurves::loudnessRise));
     return figure;
 }

@@ -18,8 +18,6 @@ struct Curve
     EqualizerResponse::Bands bands;
 };
 
-/// What switching loudness on is taken to raise at most, in dB.
-constexpr double loudnessRise = 12;
 /// Curves that can still be told from each other in one chart.
 constexpr int mostCurves = 8;
 

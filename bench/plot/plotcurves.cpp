@@ -128,12 +128,8 @@ std::optional<Bands> bandsOfLog(const QString &word, const std::optional<LogLimi
     status = drive.read(replay, limits);
     if (status != Success)
         return {};
-    // It has the gains only: all that the policy sends has the sixteen bands.
-    const simulator::AudioChip *const chip = simulator::Platform::instance()->chip();
-    EqualizerCurves::Gains gains = {};
-    for (std::size_t band = 0; band < gains.size(); ++band)
-        gains[band] = chip->equalizerGain(Heard::driversEar, int(band));
-    return EqualizerCurves::ofGains(gains);
+    const Bands bands = EqualizerCurves::ofChip(*simulator::Platform::instance()->chip(), Heard::driversEar);
+    return bands.isEmpty() ? EqualizerCurves::ofGains() : bands;
 }
 
 } // namespace

@@ -2,13 +2,12 @@
 
 #include "sourcesound.h"
 
+#include "sound/equalizercurves.h"
+
 #include <algorithm>
 
 namespace
 {
-
-/// The chip's loudness says 800 and nothing more: it is taken for 8 dB below 100 Hz.
-constexpr double loudnessGain = 8;
 
 constexpr int everyLoudspeaker = 0xF;
 /// Also where they equalize all in the same way.
@@ -168,7 +167,10 @@ void FilterGraph::addVoice(int voice)
     }
     QString shared = label(QStringLiteral("v%1all").arg(voice)) + (m_equalizesEach ? QString() : equalizer(voice, common, first));
     if (m_hasLoudness)
-        shared += QStringLiteral("bass@v%1=f=100:width_type=q:width=0.707:g=%2,").arg(voice).arg(number(first.isLoudnessOn ? loudnessGain : 0));
+        shared += QStringLiteral("bass@v%1=f=%2:width_type=q:width=0.707:g=%3,")
+                      .arg(voice)
+                      .arg(number(EqualizerCurves::loudnessFrequency))
+                      .arg(number(first.isLoudnessOn ? EqualizerCurves::loudnessRise : 0));
     shared += QStringLiteral("asplit=%1").arg(SoundTrack::loudspeakerCount);
     for (int i = 0; i < SoundTrack::loudspeakerCount; ++i)
         shared += label(mark(voice, i) + QStringLiteral("in"));
@@ -263,6 +265,6 @@ QStringList FilterGraph::commands(int voice, const SoundTrack::State &before, co
         }
     }
     if (before.isLoudnessOn != after.isLoudnessOn)
-        all.append(QStringLiteral("bass@v%1 gain %2").arg(voice).arg(number(after.isLoudnessOn ? loudnessGain : 0)));
+        all.append(QStringLiteral("bass@v%1 gain %2").arg(voice).arg(number(after.isLoudnessOn ? EqualizerCurves::loudnessRise : 0)));
     return all;
 }

@@ -2,12 +2,12 @@
 
 #include "explain/policyrules.h"
 #include "policytext.h"
+#include "sound/equalizercurves.h"
 #include "timeline.h"
 
 #include "platform.h"
 
 #include <QtCore/QJsonDocument>
-#include <QtCore/QVariant>
 
 #include <algorithm>
 #include <iterator>
@@ -42,49 +42,6 @@ constexpr Interjection interjections[] = {
     {"Platform.setReverseGear(true", "reverse gear"},
     {"Platform.setReverseGear(false", nullptr},
 };
-
-/// The short record names its bands by codes of the platform's. They stand in the order of the facade's other short preset, which has Hz.
-struct BandCode
-{
-    int code;
-    int hertz;
-};
-
-constexpr BandCode bandCodes[] = {{10, 50}, {18, 200}, {26, 400}, {33, 800}, {35, 1000}, {44, 3000}, {52, 7000}, {58, 15000}};
-
-constexpr int shortBandCount = 8;
-/// The short record says no quality.
-constexpr double shortBandQuality = 1;
-
-/// What the facade sends: a log has the gains only.
-struct FacadeBand
-{
-    int hertz;
-    double quality;
-};
-
-constexpr FacadeBand facadeBands[] = {{50, 1},
-                                      {80, 1},
-                                      {125, 1},
-                                      {200, 1.5},
-                                      {315, 1.5},
-                                      {500, 1.5},
-                                      {630, 1.5},
-                                      {800, 2},
-                                      {1000, 2},
-                                      {2000, 2},
-                                      {3100, 2},
-                                      {4000, 2},
-                                      {5000, 2},
-                                      {6300, 1},
-                                      {16000, 1},
-                                      {20000, 1}};
-
-double hertzOf(int frequency)
-{
-    const auto *const found = std::find_if(std::begin(bandCodes), std::end(bandCodes), [frequency](const BandCode &one) { return one.code == frequency; });
-    return found == std::end(bandCodes) ? frequency : found->hertz;
-}
 
 constexpr int mediaType = 0;
 
@@ -187,10 +144,8 @@ void SoundRecorder::setStatus(const QString &name)
     }
 }
 
-void SoundRecorder::chipChanged(const QString &group, const QString &name, const QVariant &value)
+void SoundRecorder::chipChanged()
 {
-    if (group == QLatin1String("processing") && name == QLatin1String("equalizer"))
-        m_bandCount = value.toList().size();
     // Nobody calls the chip of a unit that is off.
     m_isOff = false;
     look();
@@ -198,7 +153,6 @@ void SoundRecorder::chipChanged(const QString &group, const QString &name, const
 
 void SoundRecorder::chipWasReset()
 {
-    m_bandCount = 0;
     m_prompt.clear();
     m_status = 0;
     look();
@@ -258,23 +212,14 @@ void SoundRecorder::addVoice(SoundTrack::State &state, const QString &track, con
 void SoundRecorder::addBands(SoundTrack::State &state) const
 {
     const AudioChip *const chip = Platform::instance()->chip();
-    if (m_bandCount == 0)
-        return;
-    if (m_bandCount == shortBandCount) {
-        const audio::audio_eq_parameter_t record = chip->lastEqParameter();
-        state.equalized = record.channel;
-        for (int i = 0; i < shortBandCount; ++i)
-            state.bands.append({hertzOf(record.frequency[i]), shortBandQuality, record.type[i] == 0 ? 0 : double(record.gain[i])});
-        return;
-    }
-    const audio::audio_ext_eq_parameter_t record = chip->lastExtEqParameter();
-    state.equalized = record.channel;
-    for (std::size_t i = 0; i < std::size(facadeBands); ++i) {
-        const audio::audio_ext_eq_band_t &band = record.band[i];
-        const bool isSaid = band.frequency != 0;
-        state.bands.append({isSaid ? band.frequency : double(facadeBands[i].hertz),
-                            isSaid && band.q > 0 ? double(band.q) : facadeBands[i].quality,
-                            band.type == 0 ? 0 : double(band.gain)});
+    for (int i = 0; i < SoundTrack::loudspeakerCount; ++i) {
+        const EqualizerResponse::Bands bands = EqualizerCurves::ofChip(*chip, simulator::outputChannels[std::size_t(i)].bit);
+        if (bands.isEmpty())
+            continue;
+        state.equalized |= 1U << unsigned(i);
+        state.bands.clear(); // all that have a curve have the same one
+        for (const EqualizerResponse::Band &band : bands)
+            state.bands.append({band.frequency, band.q, band.gain});
     }
 }
 

@@ -42,7 +42,7 @@ private:
     void follow(const TimelineEvent &event);
     void followRequest(const QString &text);
     void setStatus(const QString &name);
-    void chipChanged(const QString &group, const QString &name, const QVariant &value);
+    void chipChanged();
     void chipWasReset();
     void look();
     SoundTrack::State state() const;
@@ -57,7 +57,6 @@ private:
     SoundTrack::State m_last;
     QString m_prompt; // the source that a duck is for; empty for none
     int m_status = 0; // the policy's
-    int m_bandCount = 0; // of the equalizer's record that was set last
     bool m_isOff = false;
 };
 

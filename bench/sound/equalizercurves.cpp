@@ -161,9 +161,15 @@ std::optional<Gains> gainsFromText(const QString &text, QString &problem)
 Bands ofRecord(const audio::audio_ext_eq_parameter_t &record)
 {
     Bands bands;
-    for (const audio::audio_ext_eq_band_t &band : record.band) {
-        if (band.type != 0)
-            bands.append({double(band.frequency), simulator::decimal(band.q), simulator::decimal(band.gain)});
+    for (std::size_t i = 0; i < std::size(record.band); ++i) {
+        const audio::audio_ext_eq_band_t &band = record.band[i];
+        const double gain = simulator::decimal(band.gain);
+        if (band.type == 0)
+            continue;
+        if (band.frequency != 0)
+            bands.append({double(band.frequency), simulator::decimal(band.q), gain});
+        else if (i < std::size(sixteenBands))
+            bands.append({sixteenBands[i].frequency, sixteenBands[i].q, gain});
     }
     return bands;
 }

@@ -34,6 +34,10 @@ constexpr int modeCount = 7; ///< AudioControl::EqMode 0 to 6
 constexpr int presetCount = 8; ///< equalizer types of the settings store, 0 to 7; 7 is the custom curve
 constexpr int customPreset = 7;
 
+// The chip's loudness says 800 and nothing more: it is taken for a shelf, at any volume.
+constexpr double loudnessRise = 12; ///< dB, of all far below
+constexpr double loudnessFrequency = 100; ///< Hz, where half of it is left
+
 using Gains = std::array<double, bandCount>; ///< dB, as setEqGain() takes them
 
 /// The sixteen bands of setEqGain() with these gains. Without any: flat.
@@ -61,7 +65,8 @@ std::optional<Gains> gainsFromText(const QString &text, QString &problem);
  * The bands in use of a record that the platform was given.
  *
  * The short one has no Q, and its frequencies may be codes of the platform. What a code stands for is taken from the library's other form
- * of the same record, which has Hz in the same places; Q is that of the nearest of the sixteen bands.
+ * of the same record, which has Hz in the same places; Q is that of the nearest of the sixteen bands. One from a log has gains only, for
+ * the sixteen bands.
  */
 EqualizerResponse::Bands ofRecord(const audio::audio_ext_eq_parameter_t &record);
 EqualizerResponse::Bands ofRecord(const audio::audio_eq_parameter_t &record);

@@ -308,7 +308,7 @@ void RenderTest::loudnessRaisesTheBass()
                                    {QStringLiteral("--sound"), QStringLiteral("S+FilePlayer=") + path("bass.wav")});
     QCOMPARE(wave.length(), 4 * WaveFile::sampleRate);
     const double raised = wave.level(0, 3, 4) - wave.level(0, 1, 2);
-    QVERIFY2(std::abs(raised - 8) < 0.2, qPrintable(QString::number(raised)));
+    QVERIFY2(std::abs(raised - 12) < 0.2, qPrintable(QString::number(raised)));
 }
 
 void RenderTest::twoEarsHearHalfOfEach()
