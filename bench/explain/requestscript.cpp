@@ -335,7 +335,7 @@ void RequestScript::learnStep(const QString &source, int step)
 /// The facade does not write how many steps there are, but what a step is worth.
 void RequestScript::learnRange(int step, int value, QStringList &lines)
 {
-    const auto isWorth = [&](int range) { return highestStepValue * step / range == value; };
+    const auto isWorth = [&](int range) { return qint64(highestStepValue) * step / range == value; };
     if (step == 0 || isWorth(m_range))
         return;
     for (int range = 1; range <= highestRange; ++range) {

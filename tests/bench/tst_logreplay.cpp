@@ -168,6 +168,7 @@ private Q_SLOTS:
     void anyDriveComesBack_data();
     void anyDriveComesBack();
     void aDamagedLogGivesAScenario();
+    void aStepBeyondAllRangesIsWritten();
     void cleanupTestCase();
 
 private:
@@ -352,6 +353,14 @@ void LogReplayTest::aDamagedLogGivesAScenario()
         const QJSValue program = engine.evaluate(QStringLiteral("(function(){") + scenario + QStringLiteral("})"));
         QVERIFY2(!program.isError(), qPrintable(program.toString()));
     }
+}
+
+/// No range makes it the value; the product with the highest one is more than an int.
+void LogReplayTest::aStepBeyondAllRangesIsWritten()
+{
+    const QString scenario = scenarioOf("[    1.000] [QT] [Audiocontrol] set stream main \"S+AuxIn\" 2112827382 120");
+    QVERIFY2(scenario.contains(QLatin1String("{\"S+AuxIn_APP\": 2112827382}")), qPrintable(scenario));
+    QVERIFY2(!scenario.contains(QLatin1String("setStepRange")), qPrintable(scenario));
 }
 
 void LogReplayTest::cleanupTestCase()

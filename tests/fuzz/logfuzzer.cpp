@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 // Called by the fuzzer, which brings main().
 
@@ -18,6 +19,8 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) // NOLINT(readabili
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    timelineOf({reinterpret_cast<const char *>(data), size});
+    const std::string_view log(reinterpret_cast<const char *>(data), size);
+    timelineOf(log);
+    scenarioOf(log);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <explain/logsource.h>
 #include <explain/logstory.h>
 #include <explain/logsummary.h>
+#include <explain/scenariowriter.h>
 #include <heard.h>
 #include <platform.h>
 #include <timeline.h>
@@ -68,6 +69,22 @@ private:
     LogSummary &m_summary;
 };
 
+/// Tells what the lines say, as the bench reads them from a file.
+void tell(std::string_view log, LogStory &story)
+{
+    quint64 number = 0;
+    while (!log.empty()) {
+        const std::size_t end = std::min(log.find('\n'), log.size());
+        std::string_view line = log.substr(0, end);
+        log.remove_prefix(std::min(end + 1, log.size()));
+        if (!line.empty() && line.back() == '\r')
+            line.remove_suffix(1);
+        const bool isTooLong = line.size() > LogSource::longestLine;
+        story.add(line.substr(0, LogSource::longestLine), ++number, isTooLong);
+    }
+    story.finish();
+}
+
 } // namespace
 
 QStringList timelineOf(std::string_view log)
@@ -81,18 +98,20 @@ QStringList timelineOf(std::string_view log)
     LogSummary summary(clock, {limit, {}, {}, {}, false});
     Listener listener(timeline, summary);
     LogStory story(frames, clock, listener);
-    quint64 number = 0;
-    while (!log.empty()) {
-        const std::size_t end = std::min(log.find('\n'), log.size());
-        std::string_view line = log.substr(0, end);
-        log.remove_prefix(std::min(end + 1, log.size()));
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
-        const bool isTooLong = line.size() > LogSource::longestLine;
-        story.add(line.substr(0, LogSource::longestLine), ++number, isTooLong);
-    }
-    story.finish();
+    tell(log, story);
     timeline.showUnfinished();
     summary.finish();
     return view.texts + QStringList(summary.toText());
+}
+
+QString scenarioOf(std::string_view log)
+{
+    QByteArray text;
+    LogFrames frames;
+    LogClock clock;
+    ScenarioWriter writer([&text](const QByteArray &part) { text.append(part); }, ScenarioWriter::Purpose::Reading, QStringLiteral("unit.log"));
+    LogStory story(frames, clock, writer);
+    tell(log, story);
+    writer.finish();
+    return QString::fromUtf8(text);
 }

@@ -12,4 +12,7 @@
  */
 QStringList timelineOf(std::string_view log);
 
+/// The scenario that the bench makes of such a log.
+QString scenarioOf(std::string_view log);
+
 #endif

@@ -37,6 +37,8 @@ void LogTargetTest::seedsAreUnderstood()
     QVERIFY2(told.contains(QStringLiteral("Volume.setTrackVolume(\"main\", \"S+BtPcmPhone\", 78) -> 7 (refused by the platform)")),
              qPrintable(told.join(QLatin1Char('\n'))));
     QVERIFY2(told.contains(QStringLiteral("\"music\" loses focus: LOSS")), qPrintable(told.join(QLatin1Char('\n'))));
+    const QString scenario = scenarioOf({log.constData(), std::size_t(log.size())});
+    QVERIFY2(scenario.contains(QStringLiteral("AudioPolicy.updateCurrentAudioVolume(true)")), qPrintable(scenario));
 }
 
 void LogTargetTest::anyBytesAreALog()
