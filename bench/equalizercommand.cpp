@@ -45,7 +45,8 @@ std::optional<QByteArray> read(const QString &file, QString &problem)
 
 void tell(const QString &file, const QVector<EqualizerText::Remark> &remarks, const char *consequence)
 {
-    for (const EqualizerText::Remark &remark : remarks.mid(0, mostRemarks)) {
+    const auto first = remarks.mid(0, mostRemarks);
+    for (const EqualizerText::Remark &remark : first) {
         Console::error(
             QStringLiteral("%1:%2: %3%4\n").arg(Console::printable(file)).arg(remark.line).arg(Console::printable(remark.text), QLatin1String(consequence)));
     }

@@ -126,7 +126,8 @@ QByteArray EqualizerReport::toJson() const
         });
     }
     QJsonArray curve;
-    for (const double frequency : EqualizerFit::frequencies()) {
+    const QVector<double> frequencies = EqualizerFit::frequencies();
+    for (const double frequency : frequencies) {
         curve.append(QJsonObject{
             {QStringLiteral("frequency"), frequency},
             {QStringLiteral("wanted"), m_text.level(frequency)},

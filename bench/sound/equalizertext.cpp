@@ -210,7 +210,7 @@ private:
         EqualizerText::Filter filter;
         if (kind->kind != KindName::Peak)
             filter.shelf = kind->kind == KindName::LowShelf ? Shelf::Low : Shelf::High;
-        const QString problem = readValues(words, filter);
+        QString problem = readValues(words, filter);
         if (!problem.isEmpty() || !m_isForAll)
             return problem;
         if (filter.shelf)
@@ -285,7 +285,7 @@ private:
     }
 
     /// As the tools write it.
-    static QString nameOf(const QString &word) { return word == QLatin1String("bw") ? word.toUpper() : word.left(1).toUpper() + word.mid(1); }
+    static QString nameOf(const QString &word) { return word == QLatin1String("bw") ? word.toUpper() : word.at(0).toUpper() + word.mid(1); }
 
     EqualizerText m_text;
     int m_line = 0;

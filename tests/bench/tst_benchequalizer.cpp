@@ -44,7 +44,7 @@ QVector<double> gainsOf(const QJsonObject &document)
 {
     QVector<double> gains;
     const QJsonArray array = document.value(QLatin1String("gains")).toArray();
-    for (const QJsonValue gain : array)
+    for (const QJsonValue &gain : array)
         gains.append(gain.toDouble());
     return gains;
 }
@@ -263,7 +263,7 @@ void BenchEqualizerTest::forPrograms()
     const QJsonArray curve = document.value(QLatin1String("curve")).toArray();
     QCOMPARE(curve.size(), 200);
     double sum = 0;
-    for (const QJsonValue value : curve) {
+    for (const QJsonValue &value : curve) {
         const QJsonObject point = value.toObject();
         const double frequency = point.value(QLatin1String("frequency")).toDouble();
         const double got = point.value(QLatin1String("got")).toDouble();
@@ -322,7 +322,8 @@ void BenchEqualizerTest::theCallIsAScripts()
 {
     fileOf(QStringLiteral("text"), twoPeaks);
     const BenchProcess import({QStringLiteral("equalizer"), QStringLiteral("import"), QStringLiteral("text")}, folder->path());
-    const QString call = program::lines(import.output).last();
+    const QStringList lines = program::lines(import.output);
+    const QString &call = lines.last();
     const QString expectations = QStringLiteral("const gains = %1;\n"
                                                 "gains.forEach((gain, band) => expect(Platform.equalizerGain(1, band)).toBe(gain));\n"
                                                 "expect(gains.length).toBe(16);\n")

@@ -46,7 +46,8 @@ double leastMeanError(const EqualizerFit::Curve &wanted)
     using Levels = std::vector<double>; // at these frequencies
     static std::vector<std::vector<Levels>> levelsOf; // by band and gain
     if (levelsOf.empty()) {
-        for (EqualizerResponse::Band band : EqualizerCurves::ofGains()) {
+        const Bands bands = EqualizerCurves::ofGains();
+        for (EqualizerResponse::Band band : bands) {
             levelsOf.emplace_back();
             for (int number = 0; number < gainCount; ++number) {
                 band.gain = number * step - EqualizerCurves::highestGain;
@@ -203,7 +204,8 @@ void EqualizerFitTest::errorsAreThoseOfTheCurve()
     QCOMPARE(fit.meanError, meanErrorOf(fit.gains, wanted));
     const Bands bands = EqualizerCurves::ofGains(fit.gains);
     double largest = 0;
-    for (const double frequency : EqualizerFit::frequencies())
+    const QVector<double> frequencies = EqualizerFit::frequencies();
+    for (const double frequency : frequencies)
         largest = std::max(largest, std::abs(EqualizerResponse::level(bands, frequency) - wanted(frequency)));
     QCOMPARE(std::abs(fit.largestError.level), largest);
     QCOMPARE(fit.largestError.level, EqualizerResponse::level(bands, fit.largestError.frequency) - wanted(fit.largestError.frequency));

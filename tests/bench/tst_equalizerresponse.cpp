@@ -132,7 +132,8 @@ void EqualizerResponseTest::levelsAddUp()
 {
     const Band one = {100, 1, 4};
     const Band other = {3000, 0.7, -9};
-    for (const double frequency : EqualizerResponse::spacedFrequencies(20))
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(20);
+    for (const double frequency : frequencies)
         QCOMPARE(EqualizerResponse::level({one, other}, frequency), EqualizerResponse::level(one, frequency) + EqualizerResponse::level(other, frequency));
     QCOMPARE(EqualizerResponse::level(Bands(), 1000), 0.0);
 }
@@ -141,7 +142,8 @@ void EqualizerResponseTest::slopeIsTheDifference()
 {
     constexpr double step = 1e-4;
     for (const double gain : {-12.0, -3.0, 0.0, 7.5, 12.0}) {
-        for (const double frequency : EqualizerResponse::spacedFrequencies(40)) {
+        const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(40);
+        for (const double frequency : frequencies) {
             const double difference = EqualizerResponse::level({800, 2, gain + step}, frequency) - EqualizerResponse::level({800, 2, gain - step}, frequency);
             QVERIFY(std::abs(EqualizerResponse::slope({800, 2, gain}, frequency) - difference / (2 * step)) < 1e-6);
         }
@@ -180,7 +182,8 @@ void EqualizerResponseTest::highestOfPresets()
         const Bands bands = EqualizerCurves::ofGains(EqualizerCurves::gainsOfPreset(type));
         const EqualizerResponse::Point highest = EqualizerResponse::highestPoint(bands);
         double highestFound = -std::numeric_limits<double>::infinity();
-        for (const double frequency : EqualizerResponse::spacedFrequencies(20000))
+        const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(20000);
+        for (const double frequency : frequencies)
             highestFound = std::max(highestFound, EqualizerResponse::level(bands, frequency));
         QVERIFY(highest.level >= highestFound);
         QVERIFY(highest.level < highestFound + 1e-4);
@@ -221,7 +224,8 @@ void EqualizerResponseTest::asMeasured()
 
     const QVector<double> samples = impulseOf(bands);
     QCOMPARE(samples.size(), 24000);
-    for (const double frequency : EqualizerResponse::spacedFrequencies(60)) {
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(60);
+    for (const double frequency : frequencies) {
         const double measured = measuredLevel(samples, frequency);
         const double level = EqualizerResponse::level(bands, frequency);
         QVERIFY2(std::abs(level - measured) < 0.001, qPrintable(QStringLiteral("%1 Hz: %2, measured %3").arg(frequency).arg(level).arg(measured)));

@@ -322,7 +322,8 @@ void EqualizerTextTest::shelvesAsMeasured()
     const EqualizerText text = EqualizerText::read(line.toUtf8());
     const QVector<double> samples = measuredImpulse(filter);
     QCOMPARE(samples.size(), 24000);
-    for (const double frequency : EqualizerResponse::spacedFrequencies(40)) {
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(40);
+    for (const double frequency : frequencies) {
         const double measured = measuredLevel(samples, frequency);
         QVERIFY2(std::abs(text.level(frequency) - measured) < 0.001,
                  qPrintable(QStringLiteral("%1 Hz: %2, measured %3").arg(frequency).arg(text.level(frequency)).arg(measured)));
@@ -339,7 +340,8 @@ void EqualizerTextTest::writtenIsRead()
         QCOMPARE(remarksText(text.problems), QString());
         QCOMPARE(text.filters.size(), bands.size());
         double highest = -std::numeric_limits<double>::infinity();
-        for (const double frequency : EqualizerResponse::spacedFrequencies(500)) {
+        const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(500);
+        for (const double frequency : frequencies) {
             QCOMPARE(text.level(frequency), EqualizerResponse::level(bands, frequency));
             highest = std::max(highest, text.level(frequency));
         }

@@ -7,8 +7,9 @@
 
 EqualizerText importedFrom(std::string_view bytes)
 {
-    const EqualizerText text = EqualizerText::read(QByteArray(bytes.data(), int(bytes.size())));
-    for (const double frequency : EqualizerResponse::spacedFrequencies(20)) {
+    EqualizerText text = EqualizerText::read(QByteArray(bytes.data(), int(bytes.size())));
+    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(20);
+    for (const double frequency : frequencies) {
         if (!std::isfinite(text.level(frequency)))
             qFatal("no level at %g Hz", frequency);
     }
