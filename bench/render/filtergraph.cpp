@@ -167,7 +167,7 @@ void FilterGraph::addVoice(int voice)
     }
     QString shared = label(QStringLiteral("v%1all").arg(voice)) + (m_equalizesEach ? QString() : equalizer(voice, common, first));
     if (m_hasLoudness)
-        shared += QStringLiteral("bass@v%1=f=%2:width_type=q:width=0.707:g=%3,")
+        shared += QStringLiteral("lowshelf@v%1=f=%2:width_type=q:width=0.707:g=%3,")
                       .arg(voice)
                       .arg(number(EqualizerCurves::loudnessFrequency))
                       .arg(number(first.isLoudnessOn ? EqualizerCurves::loudnessRise : 0));
@@ -265,6 +265,6 @@ QStringList FilterGraph::commands(int voice, const SoundTrack::State &before, co
         }
     }
     if (before.isLoudnessOn != after.isLoudnessOn)
-        all.append(QStringLiteral("bass@v%1 gain %2").arg(voice).arg(number(after.isLoudnessOn ? EqualizerCurves::loudnessRise : 0)));
+        all.append(QStringLiteral("lowshelf@v%1 gain %2").arg(voice).arg(number(after.isLoudnessOn ? EqualizerCurves::loudnessRise : 0)));
     return all;
 }
