@@ -4,6 +4,7 @@
 #include "interruption.h"
 
 #include <QtCore/QProcess>
+#include <QtCore/QProcessEnvironment>
 #include <QtCore/QStandardPaths>
 
 #include <csignal>
@@ -18,6 +19,14 @@ class ToolProcess : public QProcess
 protected:
     void setupChildProcess() override { prctl(PR_SET_PDEATHSIG, SIGKILL); }
 };
+
+/// A speaking program gets the sound server's folders ready, the user's home included, even where it speaks into a file.
+QProcessEnvironment withoutSoundServer(const QString &folder)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PULSE_RUNTIME_PATH"), folder);
+    return environment;
+}
 
 QString lastLine(const QByteArray &messages)
 {
@@ -46,6 +55,8 @@ SoundTool::Outcome SoundTool::run(const QStringList &arguments, const QString &f
         return {missing, {}};
     ToolProcess process;
     process.setWorkingDirectory(folder);
+    if (m_program == espeak().m_program)
+        process.setProcessEnvironment(withoutSoundServer(folder));
     process.setStandardInputFile(QProcess::nullDevice());
     Outcome outcome;
     process.start(m_program, arguments);

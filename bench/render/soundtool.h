@@ -33,8 +33,8 @@ public:
 private:
     SoundTool(const QString &program, const QString &debianPackage);
 
-    QString m_program;
-    QString m_package;
+    const QString m_program;
+    const QString m_package;
 };
 
 #endif
