@@ -1,5 +1,6 @@
 #include "scenariorun.h"
 
+#include "boundprocess.h"
 #include "exitstatus.h"
 #include "interruption.h"
 #include "resultchannel.h"
@@ -11,19 +12,17 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
 #include <QtCore/QTimer>
 
 #include <csignal>
 #include <sys/mman.h>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace
 {
 
-/// A program that does not outlive this one.
-class PlayingProcess : public QProcess
+/// One that plays, writing to where it should.
+class PlayingProcess : public BoundProcess
 {
 public:
     /// @param outputTo descriptor; -1 for the standard output
@@ -37,7 +36,7 @@ public:
 protected:
     void setupChildProcess() override
     {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        BoundProcess::setupChildProcess();
         if (m_output >= 0)
             dup2(m_output, STDOUT_FILENO);
     }

@@ -1,25 +1,17 @@
 #include "playedscenario.h"
 
+#include "boundprocess.h"
 #include "console.h"
 #include "exitstatus.h"
 #include "scenariofiles.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
 
 #include <csignal>
-#include <sys/prctl.h>
 
 namespace
 {
-
-/// A program that does not outlive this one.
-class BoundProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override { prctl(PR_SET_PDEATHSIG, SIGTERM); }
-};
 
 void say(const QString &scenario, const QString &text)
 {
@@ -38,7 +30,7 @@ bool PlayedScenario::isOne(const QString &word)
 
 PlayedScenario PlayedScenario::play(const QString &scenario, const QStringList &options)
 {
-    BoundProcess player;
+    BoundProcess player(SIGTERM); // it has a flash to take away
     player.start(QCoreApplication::applicationFilePath(), QStringList(QStringLiteral("play")) + options + QStringList{QStringLiteral("--"), scenario});
     constexpr int unlimited = -1; // the player has limits of its own
     const bool hasEnded = player.waitForFinished(unlimited) && player.exitStatus() == QProcess::NormalExit;

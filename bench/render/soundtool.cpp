@@ -1,24 +1,14 @@
 #include "soundtool.h"
 
+#include "boundprocess.h"
 #include "console.h"
 #include "interruption.h"
 
-#include <QtCore/QProcess>
 #include <QtCore/QProcessEnvironment>
 #include <QtCore/QStandardPaths>
 
-#include <csignal>
-#include <sys/prctl.h>
-
 namespace
 {
-
-/// A program that does not outlive this one.
-class ToolProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override { prctl(PR_SET_PDEATHSIG, SIGKILL); }
-};
 
 /// A speaking program gets the sound server's folders ready, the user's home included, even where it speaks into a file.
 QProcessEnvironment withoutSoundServer(const QString &folder)
@@ -53,7 +43,7 @@ SoundTool::Outcome SoundTool::run(const QStringList &arguments, const QString &f
     const QString missing = absence();
     if (!missing.isEmpty())
         return {missing, {}};
-    ToolProcess process;
+    BoundProcess process;
     process.setWorkingDirectory(folder);
     if (m_program == espeak().m_program)
         process.setProcessEnvironment(withoutSoundServer(folder));
