@@ -4,6 +4,12 @@
 
 #include <QtQml/qqml.h>
 
+/// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
+static void registerResources()
+{
+    Q_INIT_RESOURCE(window);
+}
+
 namespace
 {
 
@@ -13,6 +19,7 @@ constexpr const char *module = "QzAudio.Desk";
 
 void registerWindowTypes(Desk &desk)
 {
+    registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
 }
