@@ -57,7 +57,7 @@ done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
 simulator_module=(
-    equalizercurves equalizerresponse nearestname platformarguments qmlplatform simulatorplugin
+    equalizercurves equalizerresponse nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
 )
 of_simulator_module()
 {
