@@ -1,5 +1,6 @@
 #include "situations.h"
 
+#include "nearestname.h"
 #include "policynames.h"
 #include "qmlaudiopolicy.h"
 #include "qmlplatform.h"
@@ -150,6 +151,18 @@ const Situation *find(const QString &name)
     return found == std::end(situations) ? nullptr : found;
 }
 
+void throwNameError(const Situations *callee, const QString &name)
+{
+    QStringList known;
+    for (const Situation &situation : situations)
+        known.append(QString::fromLatin1(situation.name));
+    QString message = QStringLiteral("there is no situation \"%1\"").arg(name);
+    const QString nearest = nearestName(name, known);
+    if (!nearest.isEmpty())
+        message += QStringLiteral("; the nearest is \"%1\"").arg(nearest);
+    throwScriptError(callee, QJSValue::RangeError, message);
+}
+
 bool isOf(const Step &step, const char *object)
 {
     return QLatin1String(step.object) == QLatin1String(object);
@@ -264,7 +277,7 @@ bool Situations::perform(const QString &name)
 {
     const Situation *const situation = find(name);
     if (!situation) {
-        throwScriptError(this, QJSValue::RangeError, QStringLiteral("there is no situation \"%1\"").arg(name));
+        throwNameError(this, name);
         return false;
     }
     if (!isPerformable(*situation)) {

@@ -288,7 +288,7 @@ void SituationsTest::mistakesThrow_data()
     QTest::addColumn<QString>("script");
     QTest::addColumn<QString>("thrown");
     QTest::newRow("an unknown name") << "perform('callcomes')"
-                                     << "RangeError: there is no situation \"callcomes\"";
+                                     << "RangeError: there is no situation \"callcomes\"; the nearest is \"callComes\"";
     QTest::newRow("no name") << "perform('')"
                              << "RangeError: there is no situation \"\"";
     QTest::newRow("ignition off") << "perform('ignitionOff')"

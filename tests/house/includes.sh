@@ -57,7 +57,8 @@ done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
 simulator_module=(
-    equalizercurves equalizerresponse nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
+    equalizercurves equalizerresponse focusinspector focusstack nearestname platformarguments qmlplatform responsecurve simulatorplugin
+    simulatortypes situations
 )
 of_simulator_module()
 {
