@@ -1,13 +1,13 @@
 #include "desk.h"
 #include "windowtypes.h"
 
-#include <QtGui/QGuiApplication>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuickControls2/QQuickStyle>
+#include <QtWidgets/QApplication>
 
 int main(int argc, char **argv)
 {
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     Desk desk;
     registerWindowTypes(desk);
@@ -15,5 +15,5 @@ int main(int argc, char **argv)
     engine.load(QUrl(QStringLiteral("qrc:/window/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return 1;
-    return QGuiApplication::exec();
+    return QApplication::exec();
 }
