@@ -34,10 +34,10 @@ ListView {
 
         objectName: "room" + modelData.name
         width: list.width
+        leftPadding: Theme.gap + 4
         text: modelData.title
         font.pixelSize: Theme.plainText
         font.bold: current
-        highlighted: current
         focusPolicy: Qt.NoFocus
         Accessible.role: Accessible.ListItem
         Accessible.name: modelData.name
@@ -48,13 +48,16 @@ ListView {
         ToolTip.text: qsTr("%1 (Ctrl+%2)").arg(modelData.hint).arg(index + 1)
         onClicked: list.chosen(index)
 
-        Rectangle {
-            width: parent.width
-            height: parent.height
-            visible: entry.current && list.activeFocus
-            color: "transparent"
-            border.color: Theme.text
-            border.width: 1
+        background: Rectangle {
+            color: entry.current ? Theme.window : entry.hovered ? Theme.panel : "transparent"
+            border.color: entry.current && list.activeFocus ? Theme.accent : "transparent"
+
+            Rectangle {
+                width: 4
+                height: parent.height
+                visible: entry.current
+                color: Theme.accent
+            }
         }
     }
 }
