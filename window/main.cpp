@@ -78,6 +78,7 @@ int show(const StartOptions &options)
     const Interruption interruption;
     QObject::connect(&interruption, &Interruption::interrupted, qApp, &QApplication::quit);
     Desk desk;
+    desk.startAnew();
     registerWindowTypes(desk);
     QQmlApplicationEngine engine;
     engine.setInitialProperties({
