@@ -197,6 +197,7 @@ ApplicationWindow {
         }
         Banners {
             Layout.fillWidth: true
+            Layout.fillHeight: false
         }
         RowLayout {
             spacing: 0
