@@ -1,6 +1,9 @@
 #include "windowtypes.h"
 
+#include "carmodel.h"
 #include "desk.h"
+#include "responsecurve.h"
+#include "tonemodel.h"
 
 #include <QtQml/qqml.h>
 
@@ -22,4 +25,7 @@ void registerWindowTypes(Desk &desk)
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
+    qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");
+    qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
 }
