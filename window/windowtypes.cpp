@@ -1,7 +1,10 @@
 #include "windowtypes.h"
 
+#include "carmodel.h"
 #include "desk.h"
 #include "windowsettings.h"
+#include "responsecurve.h"
+#include "tonemodel.h"
 
 #include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
@@ -27,4 +30,7 @@ void registerWindowTypes(Desk &desk)
         return new WindowSettings(engine); // the engine's own
     });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
+    qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");
+    qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
 }
