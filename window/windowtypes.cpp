@@ -1,6 +1,8 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
 
 #include <QtQml/qqml.h>
 
@@ -22,4 +24,6 @@ void registerWindowTypes(Desk &desk)
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
 }
