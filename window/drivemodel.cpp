@@ -71,6 +71,27 @@ QVariantList DriveModel::volumeTypes() const
     return inWords(policynames::volumeTypes);
 }
 
+QVariantList DriveModel::situationGroups() const
+{
+    const QString title = QStringLiteral("title");
+    const QString members = QStringLiteral("situations");
+    QVariantList groups;
+    for (int row = 0; row < m_situations.rowCount(); ++row) {
+        const QModelIndex index = m_situations.index(row);
+        const QVariant group = m_situations.data(index, Situations::GroupRole);
+        if (groups.isEmpty() || groups.constLast().toMap().value(title) != group)
+            groups.append(QVariantMap{{title, group}, {members, QVariantList()}});
+        QVariantMap grown = groups.constLast().toMap();
+        QVariantList situations = grown.value(members).toList();
+        situations.append(QVariantMap{{QStringLiteral("name"), m_situations.data(index, Situations::NameRole)},
+                                      {title, m_situations.data(index, Situations::TitleRole)},
+                                      {QStringLiteral("explanation"), m_situations.data(index, Situations::ExplanationRole)}});
+        grown.insert(members, situations);
+        groups.last() = grown;
+    }
+    return groups;
+}
+
 int DriveModel::keyVolume() const
 {
     if (m_wantedVolume >= 0)

@@ -32,7 +32,11 @@ class DriveModel : public RoomModel
     Q_PROPERTY(QVariantList volumeTypes READ volumeTypes CONSTANT)
     Q_PROPERTY(int channel READ channel NOTIFY situationChanged)
     Q_PROPERTY(int status READ status NOTIFY situationChanged)
-    Q_PROPERTY(Situations *situations READ situations CONSTANT)
+    /// Lines that state what is shown.
+    Q_PROPERTY(QString expectedChannel READ expectedChannel NOTIFY situationChanged)
+    Q_PROPERTY(QString expectedStatus READ expectedStatus NOTIFY situationChanged)
+    /// The situations of a car by what they are about: {title, situations: [{name, title, explanation}, …]}.
+    Q_PROPERTY(QVariantList situationGroups READ situationGroups CONSTANT)
 
     /// Six numbers, usually 0 to 25; empty where they are not known.
     Q_PROPERTY(QVariantList volumes READ volumes NOTIFY volumesChanged)
@@ -65,7 +69,7 @@ public:
     QVariantList volumeTypes() const;
     int channel() const { return m_channel; }
     int status() const { return m_status; }
-    Situations *situations() { return &m_situations; }
+    QVariantList situationGroups() const;
     QVariantList volumes() const { return m_volumes; }
     int keyType() const { return m_keyType; }
     QString keyReason() const { return m_keyReason; }
@@ -89,9 +93,9 @@ public:
     /// A timed mute, of whole units.
     Q_INVOKABLE QStringList muteFor(int milliseconds);
 
-    /// Lines that state what is shown.
-    Q_INVOKABLE QString expectedStatus() const;
-    Q_INVOKABLE QString expectedChannel() const;
+    QString expectedStatus() const;
+    QString expectedChannel() const;
+    /// A line that states a volume as it is shown.
     Q_INVOKABLE QString expectedVolume(int type) const;
 
 Q_SIGNALS:
