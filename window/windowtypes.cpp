@@ -3,7 +3,9 @@
 #include "desk.h"
 #include "drivemodel.h"
 #include "focusmodel.h"
+#include "windowsettings.h"
 
+#include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
 
 /// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
@@ -23,6 +25,9 @@ void registerWindowTypes(Desk &desk)
 {
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
+    qmlRegisterSingletonType<WindowSettings>(module, 1, 0, "WindowSettings", [](QQmlEngine *engine, QJSEngine *) -> QObject * {
+        return new WindowSettings(engine); // the engine's own
+    });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
     qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
     qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
