@@ -2,6 +2,8 @@
 
 #include "carmodel.h"
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
 #include "windowsettings.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
@@ -33,4 +35,6 @@ void registerWindowTypes(Desk &desk)
     qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
     qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");
     qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
 }
