@@ -58,12 +58,12 @@ done
 # The module QzAudio.Simulator, for which the other one works without the simulator.
 for file in qml/**/*.{h,cpp}; do
     case ${file#qml/} in
-    nearestname.* | platformarguments.* | qmlplatform.* | simulatorplugin.*) check "$file" '@(simulator|include)' ;;
+    journalmodel.* | nearestname.* | platformarguments.* | qmlplatform.* | simulatorplugin.*) check "$file" '@(simulator|include)' ;;
     *)
         check "$file" include
         for target in $(includes_of "$file"); do
             case $target in
-            nearestname.h | platformarguments.h | qmlplatform.h | simulatorplugin.h) complain "$file" "$target" ;;
+            journalmodel.h | nearestname.h | platformarguments.h | qmlplatform.h | simulatorplugin.h) complain "$file" "$target" ;;
             esac
         done
         ;;
