@@ -56,18 +56,29 @@ for file in simulator/**/*.{h,cpp}; do
 done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
+simulator_module=(
+    equalizercurves equalizerresponse journalmodel nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
+)
+of_simulator_module()
+{
+    local name
+    for name in "${simulator_module[@]}"; do
+        [[ ${1%.*} != "$name" ]] || return 0
+    done
+    return 1
+}
 for file in qml/**/*.{h,cpp}; do
-    case ${file#qml/} in
-    journalmodel.* | nearestname.* | platformarguments.* | qmlplatform.* | simulatorplugin.*) check "$file" '@(simulator|include)' ;;
-    *)
-        check "$file" include
-        for target in $(includes_of "$file"); do
-            case $target in
-            journalmodel.h | nearestname.h | platformarguments.h | qmlplatform.h | simulatorplugin.h) complain "$file" "$target" ;;
-            esac
-        done
-        ;;
-    esac
+    if of_simulator_module "${file#qml/}"; then
+        check "$file" '@(simulator|include)'
+        continue
+    fi
+    check "$file" include
+    for target in $(includes_of "$file"); do
+        ! of_simulator_module "$target" || complain "$file" "$target"
+    done
+done
+for name in "${simulator_module[@]}"; do
+    [[ -e qml/$name.h ]] || { echo "there is no qml/$name.h" && failed=1; }
 done
 
 # What is installed includes what is installed, Qt and the standard library; the platform's headers know the records only.
