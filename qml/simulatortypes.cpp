@@ -1,5 +1,6 @@
 #include "simulatortypes.h"
 
+#include "journalmodel.h"
 #include "responsecurve.h"
 
 #include <QtQml/qqml.h>
@@ -22,6 +23,7 @@ Type element(const char *name, int minor)
 const QVector<Type> &all()
 {
     static const QVector<Type> types = {
+        element<JournalModel>("JournalModel", 1),
         element<ResponseCurve>("ResponseCurve", 1),
     };
     return types;

@@ -6,6 +6,7 @@
 #include "qmlplatform.h"
 #include "simulatortypes.h"
 
+#include <QtCore/QAbstractListModel>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QMetaMethod>
@@ -53,10 +54,16 @@ QString parameters(const QByteArrayList &names, const QByteArrayList &types)
     return text;
 }
 
+/// What tools know already of a class: a model's part that all models have is long, and nothing for QML.
+const QMetaObject &knownBase(const QMetaObject &type)
+{
+    return type.inherits(&QAbstractListModel::staticMetaObject) ? QAbstractListModel::staticMetaObject : QObject::staticMetaObject;
+}
+
 QStringList enumLines(const QMetaObject &type)
 {
     QStringList lines;
-    for (int i = QObject::staticMetaObject.enumeratorCount(); i < type.enumeratorCount(); ++i) {
+    for (int i = knownBase(type).enumeratorCount(); i < type.enumeratorCount(); ++i) {
         const QMetaEnum enumeration = type.enumerator(i);
         lines += QStringLiteral("        Enum {");
         lines += QStringLiteral("            name: ") + quoted(QLatin1String(enumeration.name()));
@@ -74,7 +81,7 @@ QStringList enumLines(const QMetaObject &type)
 QStringList propertyLines(const QMetaObject &type, const QString &className, const char *selfTyped = nullptr)
 {
     QStringList lines;
-    for (int i = QObject::staticMetaObject.propertyCount(); i < type.propertyCount(); ++i) {
+    for (int i = knownBase(type).propertyCount(); i < type.propertyCount(); ++i) {
         const QMetaProperty property = type.property(i);
         const bool isSelf = qstrcmp(property.name(), selfTyped) == 0;
         lines += QStringLiteral("        Property { name: %1; type: %2%3%4 }")
@@ -90,7 +97,7 @@ QStringList propertyLines(const QMetaObject &type, const QString &className, con
 QStringList methodLines(const QMetaObject &type)
 {
     QStringList lines;
-    for (int i = QObject::staticMetaObject.methodCount(); i < type.methodCount(); ++i) {
+    for (int i = knownBase(type).methodCount(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
         const bool isSignal = method.methodType() == QMetaMethod::Signal;
         const QString result
