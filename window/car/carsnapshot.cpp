@@ -1,13 +1,13 @@
 #include "carsnapshot.h"
 
 #include "audiopolicyinspector.h"
+#include "equalizercurves.h"
 #include "explain/policyrules.h"
 #include "heard.h"
 #include "policytext.h"
 #include "qmlaudiofocus.h"
 #include "scenarioengine.h"
 #include "settingsfile.h"
-#include "sound/equalizercurves.h"
 #include "timelineevent.h"
 
 #include "platform.h"
