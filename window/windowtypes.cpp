@@ -1,7 +1,9 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "windowsettings.h"
 
+#include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
 
 /// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
@@ -21,5 +23,8 @@ void registerWindowTypes(Desk &desk)
 {
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
+    qmlRegisterSingletonType<WindowSettings>(module, 1, 0, "WindowSettings", [](QQmlEngine *engine, QJSEngine *) -> QObject * {
+        return new WindowSettings(engine); // the engine's own
+    });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
 }
