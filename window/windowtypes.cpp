@@ -1,6 +1,9 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "microphonemodel.h"
+#include "platformmodel.h"
+#include "settingsmodel.h"
 #include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
@@ -27,4 +30,10 @@ void registerWindowTypes(Desk &desk)
         return new WindowSettings(engine); // the engine's own
     });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<MicrophoneModel>(module, 1, 0, "MicrophoneModel");
+    qmlRegisterType<PlatformModel>(module, 1, 0, "PlatformModel");
+    qmlRegisterType<SettingsModel>(module, 1, 0, "SettingsModel");
+    // Models of theirs.
+    qmlRegisterAnonymousType<JournalModel>(module, 1);
+    qmlRegisterAnonymousType<RowListModel>(module, 1);
 }
