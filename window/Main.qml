@@ -44,7 +44,7 @@ ApplicationWindow {
     }
 
     objectName: "window"
-    title: (Desk.recording.unsaved ? "* " : "") + (recordingFile.fileName || Desk.scenario || qsTr("New recording")) + qsTr(" \u2013 Audio desk")
+    title: (recordingFile.atStake ? "* " : "") + (recordingFile.fileName || Desk.scenario || qsTr("New recording")) + qsTr(" \u2013 Audio desk")
     width: 1024
     height: 600
     minimumWidth: 1024
@@ -72,7 +72,7 @@ ApplicationWindow {
         shadow: Theme.line
     }
     onClosing: {
-        if (closingIsFine || !Desk.recording.unsaved)
+        if (closingIsFine || !recordingFile.atStake)
             return;
         close.accepted = false;
         recordingFile.leave(function () {
@@ -197,6 +197,7 @@ ApplicationWindow {
         }
         Banners {
             Layout.fillWidth: true
+            Layout.fillHeight: false
         }
         RowLayout {
             spacing: 0

@@ -11,12 +11,14 @@ Item {
     /// Where the recording was last saved to or opened from; empty for nowhere.
     property url file
     readonly property string fileName: decodeURIComponent(String(file).replace(/^.*\//, ""))
+    /// Whether something would be lost. A car that was switched on and nothing else is nothing.
+    readonly property bool atStake: Desk.recording.unsaved && Desk.recording.count > 1
     /// What is done once the recording is saved, or given up.
     property var next: null
 
     /// Does something that ends the recording, after asking where that would lose steps.
     function leave(action) {
-        if (!Desk.recording.unsaved) {
+        if (!atStake) {
             action();
             return;
         }
@@ -33,9 +35,11 @@ Item {
 
     function open(url) {
         leave(function () {
+            Desk.message = "";
             Desk.open(url);
             // Someone's own scenario is no place for a recording.
-            keeper.file = Desk.scenario === "" ? url : "";
+            if (Desk.message === "")
+                keeper.file = Desk.scenario === "" ? url : "";
         });
     }
 

@@ -97,6 +97,8 @@ int show(const StartOptions &options)
             return refuse(QStringLiteral("there is no room called \"%1\"").arg(options.room));
         window->setProperty("room", room);
     }
+    if (!options.file.endsWith(QLatin1String(".js")))
+        desk.startAnew();
     if (!options.file.isEmpty())
         QMetaObject::invokeMethod(window, "openFile", Q_ARG(QVariant, QUrl::fromLocalFile(options.file)));
     const int status = QApplication::exec();

@@ -175,6 +175,27 @@ private:
     const QString m_folder;
 };
 
+/// Whether the pictures of a folder are what was just drawn. Letters may differ by a shade, as another font renderer has it.
+bool compare(const QString &folder, const QStringList &pictures)
+{
+    constexpr int shade = 48; // of 765
+    constexpr int fewest = 2000; // one pixel in so many may be another one
+    bool isSame = true;
+    for (const QString &name : pictures) {
+        const QImage drawn = QImage(name).convertToFormat(QImage::Format_RGB32);
+        const QString keptName = folder + QLatin1Char('/') + QFileInfo(name).fileName();
+        const QImage kept = QImage(keptName).convertToFormat(QImage::Format_RGB32);
+        int others = kept.size() == drawn.size() ? 0 : drawn.width() * drawn.height();
+        for (int y = 0; kept.size() == drawn.size() && y < drawn.height(); ++y) {
+            for (int x = 0; x < drawn.width(); ++x)
+                others += distance(kept.pixel(x, y), drawn.pixel(x, y)) > shade ? 1 : 0;
+        }
+        if (others > drawn.width() * drawn.height() / fewest)
+            isSame = Photographer::complain(QStringLiteral("%1 is not what the window shows now; tools/window-pictures renews it").arg(keptName));
+    }
+    return isSame;
+}
+
 QStringList roomNames(const QQuickWindow &window)
 {
     QStringList names;
@@ -211,6 +232,12 @@ bool takeAll(Desk &desk, QQuickWindow &window, const QStringList &arguments)
 
 int main(int argc, char **argv)
 {
+    if (argc > 3 && QByteArray(argv[1]) == "--compare") {
+        QStringList pictures;
+        for (int i = 3; i < argc; ++i)
+            pictures.append(QString::fromLocal8Bit(argv[i]));
+        return compare(QString::fromLocal8Bit(argv[2]), pictures) ? 0 : 1;
+    }
     QApplication application(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans")));
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
