@@ -24,7 +24,7 @@ Item {
 
         anchors.fill: parent
         anchors.margins: Theme.gap
-        contentHeight: grid.implicitHeight
+        contentHeight: grid.height
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         ScrollBar.vertical: ScrollBar {}

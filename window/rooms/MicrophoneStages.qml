@@ -19,42 +19,47 @@ Panel {
         color: Theme.faint
         font.pixelSize: Theme.smallText
     }
-    Repeater {
-        model: stages.model.stages
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: 0
 
-        Rectangle {
-            objectName: "microphoneStage" + index
-            Layout.fillWidth: true
-            implicitHeight: 24
-            color: modelData.current ? Theme.accent : "transparent"
-            radius: 3
-            Accessible.role: Accessible.ListItem
-            Accessible.name: qsTr("Stage %1 dB for gains %2").arg(modelData.stage).arg(modelData.gains) + (modelData.current ? qsTr(", in use") : "")
+        Repeater {
+            model: stages.model.stages
 
-            RowLayout {
-                anchors.fill: parent
-                anchors.leftMargin: Theme.gap
-                anchors.rightMargin: Theme.gap
+            Rectangle {
+                objectName: "microphoneStage" + index
+                Layout.fillWidth: true
+                implicitHeight: 22
+                color: modelData.current ? Theme.accent : "transparent"
+                radius: 3
+                Accessible.role: Accessible.ListItem
+                Accessible.name: qsTr("Stage %1 dB for gains %2").arg(modelData.stage).arg(modelData.gains) + (modelData.current ? qsTr(", in use") : "")
 
-                Label {
-                    Layout.preferredWidth: 80
-                    horizontalAlignment: Text.AlignRight
-                    text: qsTr("%1 dB").arg(modelData.stage)
-                    color: modelData.current ? Theme.onAccent : Theme.text
-                    font.family: Theme.numbers
-                    font.pixelSize: Theme.smallText
-                }
-                Label {
-                    Layout.fillWidth: true
-                    text: qsTr("gains %1 dB").arg(modelData.gains)
-                    color: modelData.current ? Theme.onAccent : Theme.faint
-                    font.pixelSize: Theme.smallText
-                }
-                Label {
-                    visible: modelData.current
-                    text: qsTr("in use")
-                    color: Theme.onAccent
-                    font.pixelSize: Theme.smallText
+                RowLayout {
+                    anchors.fill: parent
+                    anchors.leftMargin: Theme.gap
+                    anchors.rightMargin: Theme.gap
+
+                    Label {
+                        Layout.preferredWidth: 80
+                        horizontalAlignment: Text.AlignRight
+                        text: qsTr("%1 dB").arg(modelData.stage)
+                        color: modelData.current ? Theme.onAccent : Theme.text
+                        font.family: Theme.numbers
+                        font.pixelSize: Theme.smallText
+                    }
+                    Label {
+                        Layout.fillWidth: true
+                        text: qsTr("gains %1 dB").arg(modelData.gains)
+                        color: modelData.current ? Theme.onAccent : Theme.faint
+                        font.pixelSize: Theme.smallText
+                    }
+                    Label {
+                        visible: modelData.current
+                        text: qsTr("in use")
+                        color: Theme.onAccent
+                        font.pixelSize: Theme.smallText
+                    }
                 }
             }
         }

@@ -14,7 +14,7 @@ Panel {
 
     RowLayout {
         Label {
-            Layout.preferredWidth: 110
+            Layout.preferredWidth: 130
             text: qsTr("Echo cancelling")
         }
         ComboBox {
@@ -35,7 +35,7 @@ Panel {
     }
     RowLayout {
         Label {
-            Layout.preferredWidth: 110
+            Layout.preferredWidth: 130
             text: qsTr("Hands-free delay")
         }
         SpinBox {
@@ -61,7 +61,7 @@ Panel {
     }
     RowLayout {
         Label {
-            Layout.preferredWidth: 110
+            Layout.preferredWidth: 130
             text: qsTr("Downlink delay")
         }
         SpinBox {

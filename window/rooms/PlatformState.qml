@@ -6,7 +6,7 @@ import ".."
 
 /// The chip's state as a table, and the books of the platform's objects.
 Flickable {
-    id: state
+    id: tables
 
     required property PlatformModel model
     readonly property bool isWide: width >= 740
@@ -19,9 +19,9 @@ Flickable {
     GridLayout {
         id: grid
 
-        width: state.width
-        height: state.isWide ? state.contentHeight : implicitHeight
-        columns: state.isWide ? 2 : 1
+        width: tables.width
+        height: tables.isWide ? tables.contentHeight : implicitHeight
+        columns: tables.isWide ? 2 : 1
         columnSpacing: Theme.gap
         rowSpacing: Theme.gap
 
@@ -44,11 +44,11 @@ Flickable {
                 keyNavigationEnabled: true
                 highlightFollowsCurrentItem: true
                 boundsBehavior: Flickable.StopAtBounds
-                model: state.model.state
+                model: tables.model.state
                 Accessible.role: Accessible.Table
                 Accessible.name: qsTr("State of the audio chip")
                 ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
-                delegate: Rectangle {
+                delegate: Control {
                     id: entry
 
                     required property int index
@@ -58,17 +58,16 @@ Flickable {
                     required property string expectation
 
                     width: ListView.view.width - Theme.gap
-                    height: Math.max(row.implicitHeight, 24)
-                    color: index % 2 === 0 ? Theme.panel : Theme.window
-                    border.width: ListView.isCurrentItem && table.activeFocus ? 1 : 0
-                    border.color: Theme.accent
+                    implicitHeight: Math.max(contentItem.implicitHeight, 24)
                     Accessible.role: Accessible.Row
                     Accessible.name: group + " " + name + ": " + value
 
-                    RowLayout {
-                        id: row
-
-                        width: parent.width
+                    background: Rectangle {
+                        color: entry.index % 2 === 0 ? Theme.panel : Theme.window
+                        border.width: entry.ListView.isCurrentItem && table.activeFocus ? 1 : 0
+                        border.color: Theme.accent
+                    }
+                    contentItem: RowLayout {
                         spacing: Theme.gap
 
                         Label {
@@ -106,7 +105,7 @@ Flickable {
             Layout.alignment: Qt.AlignTop
             Layout.fillWidth: true
             Layout.preferredWidth: 300
-            Layout.maximumWidth: state.isWide ? 360 : Infinity
+            Layout.maximumWidth: tables.isWide ? 360 : Infinity
             spacing: Theme.gap
 
             Panel {
@@ -123,15 +122,15 @@ Flickable {
                     Label { text: qsTr("Made"); color: Theme.faint; font.pixelSize: Theme.smallText }
                     Label { text: "" }
                     Repeater {
-                        model: state.model.books.length * 4
+                        model: tables.model.books.length * 4
 
                         Loader {
-                            readonly property var book: state.model.books[Math.floor(index / 4)]
+                            readonly property var book: tables.model.books[Math.floor(index / 4)]
                             readonly property string member: ["kind", "alive", "made", "expect"][index % 4]
 
-                            sourceComponent: member === "expect" ? expectation : text
+                            sourceComponent: member === "expect" ? expectation : shown
                             Component {
-                                id: text
+                                id: shown
 
                                 Label {
                                     text: book ? book[member] : ""
@@ -158,7 +157,7 @@ Flickable {
                 Label {
                     objectName: "platformLiving"
                     Layout.fillWidth: true
-                    text: state.model.living.length === 0 ? qsTr("None.") : state.model.living.join(", ")
+                    text: tables.model.living.length === 0 ? qsTr("None.") : tables.model.living.join(", ")
                     wrapMode: Text.Wrap
                     font.pixelSize: Theme.smallText
                 }
@@ -170,9 +169,9 @@ Flickable {
                 Label {
                     objectName: "platformProblems"
                     Layout.fillWidth: true
-                    text: state.model.problems.length === 0 ? qsTr("None: each object was destroyed once, and not used afterwards.") : state.model.problems.join("\n")
+                    text: tables.model.problems.length === 0 ? qsTr("None: each object was destroyed once, and not used afterwards.") : tables.model.problems.join("\n")
                     wrapMode: Text.Wrap
-                    color: state.model.problems.length === 0 ? Theme.faint : Theme.bad
+                    color: tables.model.problems.length === 0 ? Theme.faint : Theme.bad
                     font.pixelSize: Theme.smallText
                 }
                 RowLayout {
@@ -184,7 +183,7 @@ Flickable {
                     }
                     ExpectButton {
                         objectName: "platformExpectProblems"
-                        line: "expect(Platform.problems().length).toBe(" + state.model.problems.length + ");"
+                        line: "expect(Platform.problems().length).toBe(" + tables.model.problems.length + ");"
                     }
                 }
             }

@@ -10,6 +10,11 @@ ColumnLayout {
 
     required property SettingsModel model
 
+    function moveTo() {
+        slider.value = model.cut < 0 ? model.size : model.cut;
+        box.value = slider.value;
+    }
+
     spacing: Theme.gap
 
     Panel {
@@ -167,11 +172,5 @@ ColumnLayout {
             enabled: powerLine.text.trim() !== ""
             onClicked: damage.model.cutPower(powerByte.value, powerLine.text)
         }
-    }
-
-    function moveTo() {
-        const byte = model.cut < 0 ? model.size : model.cut;
-        slider.value = byte;
-        box.value = byte;
     }
 }

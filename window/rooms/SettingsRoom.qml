@@ -19,39 +19,42 @@ Item {
         active: room.active
     }
 
+    // In a wide room the table stays where it is, and what can be done scrolls beside it; in a narrow one all of it scrolls.
     Flickable {
         id: flickable
 
         anchors.fill: parent
         anchors.margins: Theme.gap
-        contentHeight: grid.height
+        contentHeight: room.isWide ? height : table.height + Theme.gap + actions.height
         boundsBehavior: Flickable.StopAtBounds
+        interactive: !room.isWide
         clip: true
         ScrollBar.vertical: ScrollBar {}
 
-        GridLayout {
-            id: grid
+        SettingsTable {
+            id: table
 
-            width: flickable.width - Theme.gap
-            height: room.isWide ? Math.max(flickable.height, right.implicitHeight) : implicitHeight
-            columns: room.isWide ? 2 : 1
-            columnSpacing: Theme.gap
-            rowSpacing: Theme.gap
+            model: settings
+            width: room.isWide ? Math.floor((flickable.width - Theme.gap) / 2) : flickable.width - Theme.gap
+            height: room.isWide ? flickable.height : 420
+        }
+        Flickable {
+            id: actions
 
-            SettingsTable {
-                model: settings
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                Layout.preferredWidth: 1
-                Layout.preferredHeight: 380
-                Layout.alignment: Qt.AlignTop
-            }
+            x: room.isWide ? table.width + Theme.gap : 0
+            y: room.isWide ? 0 : table.height + Theme.gap
+            width: table.width
+            height: room.isWide ? flickable.height : contentHeight
+            contentHeight: column.implicitHeight
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: room.isWide
+            clip: true
+            ScrollBar.vertical: ScrollBar {}
+
             ColumnLayout {
-                id: right
+                id: column
 
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                Layout.alignment: Qt.AlignTop
+                width: actions.width - Theme.gap
                 spacing: Theme.gap
 
                 SettingsFile {
