@@ -4,6 +4,9 @@
 #include "desk.h"
 #include "drivemodel.h"
 #include "focusmodel.h"
+#include "microphonemodel.h"
+#include "platformmodel.h"
+#include "settingsmodel.h"
 #include "windowsettings.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
@@ -37,4 +40,10 @@ void registerWindowTypes(Desk &desk)
     qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
     qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
     qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
+    qmlRegisterType<MicrophoneModel>(module, 1, 0, "MicrophoneModel");
+    qmlRegisterType<PlatformModel>(module, 1, 0, "PlatformModel");
+    qmlRegisterType<SettingsModel>(module, 1, 0, "SettingsModel");
+    // Models of theirs.
+    qmlRegisterAnonymousType<JournalModel>(module, 1);
+    qmlRegisterAnonymousType<RowListModel>(module, 1);
 }

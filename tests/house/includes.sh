@@ -60,6 +60,7 @@ done
 simulator_module=(
     equalizercurves equalizerresponse focusinspector focusstack nearestname platformarguments qmlplatform responsecurve simulatorplugin
     simulatortypes situations
+    equalizercurves equalizerresponse journalmodel nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
 )
 of_simulator_module()
 {

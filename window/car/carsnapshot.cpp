@@ -1,6 +1,7 @@
 #include "carsnapshot.h"
 
 #include "audiopolicyinspector.h"
+#include "equalizercurves.h"
 #include "explain/policyrules.h"
 #include "focusinspector.h"
 #include "heard.h"
