@@ -2,8 +2,10 @@
 
 #include "console.h"
 #include "exitstatus.h"
+#include "jsonview.h"
 #include "plot/drivelog.h"
 #include "plot/fadeplot.h"
+#include "plot/figurejson.h"
 #include "plot/picturefile.h"
 #include "plot/plotcurves.h"
 #include "plot/policyplot.h"
@@ -112,6 +114,7 @@ QVector<Command::Option> PlotCommand::options() const
          QStringLiteral("FILE"),
          QStringLiteral("draw into this file, .svg or .png, instead of on the terminal; - is SVG on the standard output"),
          QLatin1Char('o')},
+        {QStringLiteral("json"), {}, QStringLiteral("for programs: what would be drawn, as one JSON object")},
         {QStringLiteral("gains"),
          QStringLiteral("LIST"),
          QStringLiteral("equalizer: the curve of sixteen gains in dB, with commas; may be given several times")},
@@ -204,6 +207,9 @@ int PlotCommand::run(const QCommandLineParser &parsed)
                            : color == QLatin1String("never") ? Console::Colors::Never
                                                              : Console::Colors::Auto);
     const QString file = parsed.value(QStringLiteral("output"));
+    const bool isJson = parsed.isSet(QStringLiteral("json"));
+    if (isJson && parsed.isSet(QStringLiteral("output")))
+        return complain(QStringLiteral("--json and --output do not go together"));
     if (parsed.isSet(QStringLiteral("output"))) {
         const QString problem = PictureFile::problemOfName(file);
         if (!problem.isEmpty())
@@ -214,6 +220,10 @@ int PlotCommand::run(const QCommandLineParser &parsed)
     const Drawn drawn = drawSubject(parsed.positionalArguments().mid(1), parsed);
     if (!drawn.figure)
         return drawn.status;
+    if (isJson) {
+        Console::out(QString::fromUtf8(JsonView::line(FigureJson::of(*drawn.figure))));
+        return drawn.status;
+    }
     if (file.isEmpty()) {
         Console::out(TerminalPlot(Console::width(), TerminalPlot::charactersOfLocale()).draw(*drawn.figure));
         return drawn.status;

@@ -62,6 +62,7 @@ struct Figure
     {
         QStringList legend;
         QVector<Chart> charts;
+        QStringList sources = {}; ///< the platform's name of each in the legend, where it is one of its sources
     };
 
     struct Span

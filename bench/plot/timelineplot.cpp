@@ -294,6 +294,7 @@ Figure::Charts TimelinePlot::levels(const Figure::Axis &axis) const
         const QString track = key.first == QLatin1String("main") ? QString() : QStringLiteral(" (track %1)").arg(key.first);
         Figure::Series series{charts.legend.size(), {}, true};
         charts.legend.append(Console::printable(sourceText(key.second)) + track);
+        charts.sources.append(key.second);
         const auto levels = m_levels.value(key);
         for (const Level &level : levels) {
             series.points.append({placeOf(level.time), level.level});
