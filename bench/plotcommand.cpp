@@ -35,6 +35,9 @@ QStringList subjects()
     return {equalizer, fade, timeline, policy};
 }
 
+/// Of a drive: programs can show a part of it at a time.
+constexpr int mostChangesForPrograms = 50000;
+
 /// Which subject an option belongs to; what is not here goes with all of them.
 struct OptionOf
 {
@@ -319,6 +322,8 @@ PlotCommand::Drawn PlotCommand::drawTimeline(const QString &word, const QCommand
             return wrong(QStringLiteral("--squeeze is a number of seconds, 5s, not %1").arg(Console::printable(parsed.value(QStringLiteral("squeeze")))));
         settings.longestStill = *duration;
     }
+    if (parsed.isSet(QStringLiteral("json")))
+        settings.mostChanges = mostChangesForPrograms;
     DriveLog drive;
     const int opened = drive.open(word);
     if (opened != Success)

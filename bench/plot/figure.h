@@ -76,6 +76,7 @@ struct Figure
     {
         QString name;
         QVector<Span> spans;
+        QString atEnd = {}; ///< what holds where they end; empty for nothing
     };
 
     /// What held when.

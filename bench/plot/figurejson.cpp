@@ -76,7 +76,7 @@ QJsonObject panel(const Figure::Lanes &lanes)
         return QJsonObject{{QStringLiteral("from"), each.from}, {QStringLiteral("to"), each.to}, {QStringLiteral("label"), each.label}};
     };
     const auto lane = [&span](const Figure::Lane &each) {
-        return QJsonObject{{QStringLiteral("name"), each.name}, {QStringLiteral("spans"), arrayOf(each.spans, span)}};
+        return QJsonObject{{QStringLiteral("name"), each.name}, {QStringLiteral("spans"), arrayOf(each.spans, span)}, {QStringLiteral("atEnd"), each.atEnd}};
     };
     return {
         {QStringLiteral("kind"), QStringLiteral("lanes")},

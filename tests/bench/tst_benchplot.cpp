@@ -293,6 +293,9 @@ void BenchPlotTest::programsGetADrive()
     QCOMPARE(status.value(QLatin1String("name")).toString(), QStringLiteral("status"));
     const QJsonObject ringing{{QStringLiteral("from"), 189}, {QStringLiteral("to"), 193}, {QStringLiteral("label"), QStringLiteral("BtRing")}};
     QCOMPARE(status.value(QLatin1String("spans")).toArray().at(1).toObject(), ringing);
+    // What comes in the last moment has no span any more.
+    QCOMPARE(status.value(QLatin1String("spans")).toArray().last().toObject().value(QLatin1String("label")).toString(), QStringLiteral("CarPlayDuck"));
+    QCOMPARE(status.value(QLatin1String("atEnd")).toString(), QStringLiteral("CarPlayRestore"));
     const QJsonObject charts = panels.at(1).toObject();
     const QJsonArray names{QStringLiteral("S+FilePlayer"), QStringLiteral("S+BtRingtone"), QStringLiteral("S+BtPcmPhone")};
     QCOMPARE(charts.value(QLatin1String("sources")).toArray(), names);
