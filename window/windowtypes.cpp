@@ -1,6 +1,7 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "timelinemodel.h"
 
 #include <QtQml/qqml.h>
 
@@ -22,4 +23,7 @@ void registerWindowTypes(Desk &desk)
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
+    qmlRegisterAnonymousType<SpanList>(module, 1);
+    qmlRegisterAnonymousType<WhyQuestion>(module, 1);
 }
