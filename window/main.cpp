@@ -10,6 +10,7 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     Desk desk;
+    desk.startAnew();
     registerWindowTypes(desk);
     QQmlApplicationEngine engine;
     engine.load(QUrl(QStringLiteral("qrc:/window/Main.qml")));
