@@ -39,6 +39,7 @@ public:
         OutcomeRole,
         FailedRole,
     };
+    Q_ENUM(Role)
 
     explicit Recording(QObject *parent = nullptr);
 

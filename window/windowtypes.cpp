@@ -2,7 +2,9 @@
 
 #include "desk.h"
 #include "timelinemodel.h"
+#include "windowsettings.h"
 
+#include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
 
 /// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
@@ -22,6 +24,9 @@ void registerWindowTypes(Desk &desk)
 {
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
+    qmlRegisterSingletonType<WindowSettings>(module, 1, 0, "WindowSettings", [](QQmlEngine *engine, QJSEngine *) -> QObject * {
+        return new WindowSettings(engine); // the engine's own
+    });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
     qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
     qmlRegisterAnonymousType<SpanList>(module, 1);
