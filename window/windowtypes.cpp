@@ -7,6 +7,7 @@
 #include "microphonemodel.h"
 #include "platformmodel.h"
 #include "settingsmodel.h"
+#include "timelinemodel.h"
 #include "windowsettings.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
@@ -46,4 +47,7 @@ void registerWindowTypes(Desk &desk)
     // Models of theirs.
     qmlRegisterAnonymousType<JournalModel>(module, 1);
     qmlRegisterAnonymousType<RowListModel>(module, 1);
+    qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
+    qmlRegisterAnonymousType<SpanList>(module, 1);
+    qmlRegisterAnonymousType<WhyQuestion>(module, 1);
 }
