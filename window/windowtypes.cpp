@@ -1,6 +1,8 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
 #include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
@@ -27,4 +29,6 @@ void registerWindowTypes(Desk &desk)
         return new WindowSettings(engine); // the engine's own
     });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
 }
