@@ -3,6 +3,7 @@
 #include "desk.h"
 #include "drivemodel.h"
 #include "focusmodel.h"
+#include "timelinemodel.h"
 #include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
@@ -31,4 +32,7 @@ void registerWindowTypes(Desk &desk)
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
     qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
     qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
+    qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
+    qmlRegisterAnonymousType<SpanList>(module, 1);
+    qmlRegisterAnonymousType<WhyQuestion>(module, 1);
 }
