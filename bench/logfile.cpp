@@ -20,6 +20,12 @@ void LogFile::add(qint64 time, const QString &line)
         m_problem = m_file.errorString();
 }
 
+void LogFile::flush()
+{
+    if (!m_file.flush() && m_problem.isEmpty())
+        m_problem = m_file.errorString();
+}
+
 QString LogFile::close()
 {
     if (!m_file.isOpen())

@@ -14,6 +14,8 @@ public:
     QString open();
     /// @param time ms of the timeline
     void add(qint64 time, const QString &line);
+    /// What was added can be read by others.
+    void flush();
     /// @return why not all of it was written; empty where it was, or was never opened
     QString close();
 

@@ -121,8 +121,38 @@
         }).join(", ");
     }
 
+    // The same as they would stand in a script.
+    function argumentScripts(operation, given) {
+        return given.map((value, i) => {
+            const names = bench.enumeratorTexts[operation.enumerations[i]] || {};
+            return typeof value === "number" && names[value] || show(value);
+        }).join(", ");
+    }
+
+    // How deep it is in what a recording has as one line.
+    let recordedDepth = 0;
+
+    // Tells a recording what line does the same as this call; not where it is part of another such line.
+    function recorded(line, call) {
+        const begun = host.now();
+        ++recordedDepth;
+        let result;
+        try {
+            result = call();
+        } finally {
+            --recordedDepth;
+            if (recordedDepth === 0)
+                host.record(line, begun, result === undefined ? "" : show(result));
+        }
+        return result;
+    }
+
     // Calls a function as a request of the scenario: it and what it causes stand in the timeline.
-    function request(text, call) {
+    function request(text, call, line = text + ";") {
+        return recorded(line, () => shown(text, call));
+    }
+
+    function shown(text, call) {
         host.beginRequest(text);
         let result;
         try {
@@ -153,7 +183,8 @@
                     };
                     if (!operation.acts)
                         return afterHandlers(call);
-                    return request(name + "." + key + "(" + argumentTexts(operation, given) + ")", call);
+                    const beginning = name + "." + key + "(";
+                    return request(beginning + argumentTexts(operation, given) + ")", call, beginning + argumentScripts(operation, given) + ");");
                 };
                 called.connect = (...receiver) => value.connect(...guardedReceiver(receiver));
                 called.disconnect = (...receiver) => value.disconnect(...guardedReceiver(receiver));
@@ -192,6 +223,10 @@
             if (key !== "onFocusChanged")
                 client[key] = properties[key];
         }
+        const variable = host.variableFor(client.clientId);
+        recorded("var " + variable + " = new AudioFocus(" + show({
+            clientId: client.clientId, streamType: client.streamType, durationHint: client.durationHint,
+        }) + ");", () => undefined);
         const changes = [];
         const changeNames = {"-3": "LossTransientCanDuck", "-2": "LossTransient", "-1": "Loss", "1": "Gain"};
         client.focusChanged.connect(guardedHandler(change => {
@@ -200,20 +235,20 @@
             if (properties && properties.onFocusChanged)
                 properties.onFocusChanged(change);
         }));
-        const requested = (text, call) => request(client.clientId + text, () => {
+        const requested = (text, name, call) => request(client.clientId + text, () => {
             const result = call();
             host.deliverFocusChanges();
             return result;
-        });
+        }, variable + "." + name + "();");
         return guarded("AudioFocus", {
             get clientId() { return client.clientId; },
             get streamType() { return client.streamType; },
             get durationHint() { return client.durationHint; },
-            set durationHint(hint) { client.durationHint = hint; },
+            set durationHint(hint) { recorded(variable + ".durationHint = " + show(hint) + ";", () => { client.durationHint = hint; }); },
             get held() { return client.held; },
             changes,
-            request: counted("AudioFocus.request", [], () => requested(" requests focus", () => client.request())),
-            release: counted("AudioFocus.release", [], () => requested(" releases focus", () => client.release())),
+            request: counted("AudioFocus.request", [], () => requested(" requests focus", "request", () => client.request())),
+            release: counted("AudioFocus.release", [], () => requested(" releases focus", "release", () => client.release())),
         });
     }
     Object.assign(AudioFocus, bench.focusEnumerators);
@@ -312,13 +347,28 @@
         AudioFocus: guarded("AudioFocus", AudioFocus),
         Sound: guarded("Sound", {above}),
         expect,
-        say: counted("say", ["text"], text => host.say(String(text))),
+        say: counted("say", ["text"], text => recorded("say(" + show(String(text)) + ");", () => host.say(String(text)))),
         wait: counted("wait", ["milliseconds"], milliseconds => afterHandlers(() => host.wait(milliseconds))),
         now: counted("now", [], () => host.now()),
         powerOn: counted("powerOn", [], () => request("powerOn()", () => host.powerOn())),
         powerOff: counted("powerOff", [], () => request("powerOff()", () => host.powerOff())),
         eraseSettings: counted("eraseSettings", [], () => request("eraseSettings()", () => host.eraseSettings())),
+        writeSettings: counted("writeSettings", ["text"], text => {
+            const count = String(text).length;
+            return request("writeSettings(" + count + " characters)", () => host.writeSettings(String(text)), "writeSettings(" + show(String(text)) + ");");
+        }),
     });
+
+    function failure(error) {
+        if (!(error instanceof Error))
+            return {text: "thrown: " + show(error), stack: thrownStack};
+        // Where calling a function that does not exist fails with an error of its own, the engine wraps that into another.
+        const wrapped = /^TypeError: Property '.*' of object (\w*Error: .*) is not a function$/.exec(String(error));
+        return {text: wrapped ? wrapped[1] : String(error), stack: String(error.stack)};
+    }
+
+    // Under another name it works in the global scope.
+    const globalEval = eval;
 
     return {
         atThrow,
@@ -330,11 +380,17 @@
                 throwHandlerFailure();
                 return null;
             } catch (error) {
-                if (!(error instanceof Error))
-                    return {text: "thrown: " + show(error), stack: thrownStack};
-                // Where calling a function that does not exist fails with an error of its own, the engine wraps that into another.
-                const wrapped = /^TypeError: Property '.*' of object (\w*Error: .*) is not a function$/.exec(String(error));
-                return {text: wrapped ? wrapped[1] : String(error), stack: String(error.stack)};
+                return failure(error);
+            }
+        },
+
+        // Runs a line where what it declares with "var" stays for the next ones. Gives what it is worth, or what ended it as run() does.
+        perform(line) {
+            try {
+                const result = afterHandlers(() => globalEval(line));
+                return {result: result === undefined ? "" : show(result)};
+            } catch (error) {
+                return failure(error);
             }
         },
     };

@@ -20,13 +20,27 @@
 #include <algorithm>
 #include <cmath>
 
-ScenarioHost::ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, const QStringList &programLines, ScenarioResult &collected, QObject *parent)
+ScenarioHost::ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, ScenarioResult &collected, QObject *parent)
     : QObject(parent)
     , m_timeline(shownIn)
     , m_unit(drivenUnit)
-    , m_lines(programLines)
     , m_result(collected)
 {
+}
+
+void ScenarioHost::setProgramLines(const QStringList &lines)
+{
+    m_lines = lines;
+}
+
+void ScenarioHost::setPassing(const std::function<void(qint64)> &passing)
+{
+    m_passing = passing;
+}
+
+void ScenarioHost::nameLastClient(const QString &variable)
+{
+    m_focusClients.last().variable = variable;
 }
 
 void ScenarioHost::say(const QString &text)
@@ -42,6 +56,11 @@ void ScenarioHost::beginRequest(const QString &request)
 void ScenarioHost::endRequest(const QString &requestResult)
 {
     m_timeline.endRequest(requestResult);
+}
+
+void ScenarioHost::record(const QString &line, double begun, const QString &outcome)
+{
+    Q_EMIT recorded(line, qint64(begun), outcome);
 }
 
 void ScenarioHost::note(const QString &text)
@@ -127,6 +146,10 @@ void ScenarioHost::wait(double milliseconds)
             this, QJSValue::RangeError, QStringLiteral("wait() takes whole milliseconds from 0 to %1, not %2").arg(longest, 0, 'f', 0).arg(milliseconds));
         return;
     }
+    if (m_passing) {
+        m_passing(qint64(milliseconds));
+        return;
+    }
     if (simulator::VirtualClock *const clock = simulator::VirtualClock::installed()) {
         // In parts, so that a week of timers can be ended by a limit.
         constexpr qint64 longestPart = 60LL * 60 * 1000;
@@ -165,15 +188,30 @@ void ScenarioHost::powerOff()
     m_unit.switchOff();
 }
 
+bool ScenarioHost::requireOff(const QString &purpose)
+{
+    if (m_unit.isOn())
+        throwScriptError(this, QJSValue::GenericError, QStringLiteral("switch the unit off before ") + purpose);
+    return !m_unit.isOn();
+}
+
 void ScenarioHost::eraseSettings()
 {
-    if (m_unit.isOn()) {
-        throwScriptError(this, QJSValue::GenericError, QStringLiteral("switch the unit off before erasing its settings"));
+    if (!requireOff(QStringLiteral("erasing its settings")))
         return;
-    }
     const QString file = SettingsFile::path();
     if (QFile::exists(file) && !QFile::remove(file))
         throwScriptError(this, QJSValue::GenericError, QStringLiteral("%1 cannot be removed").arg(file));
+}
+
+void ScenarioHost::writeSettings(const QString &text)
+{
+    if (!requireOff(QStringLiteral("writing its settings")))
+        return;
+    QFile file(SettingsFile::path());
+    const QByteArray bytes = text.toUtf8();
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size() || !file.flush())
+        throwScriptError(this, QJSValue::GenericError, QStringLiteral("%1 cannot be written: %2").arg(file.fileName(), file.errorString()));
 }
 
 bool ScenarioHost::isOn()
@@ -185,12 +223,33 @@ QObject *ScenarioHost::makeFocusClient()
 {
     auto *const client = new QmlAudioFocus(this);
     QQmlEngine::setObjectOwnership(client, QQmlEngine::CppOwnership);
-    m_focusClients.append(client);
+    const int index = m_focusClients.size();
+    m_focusClients.append({client, {}, {}});
+    connect(client, &QmlAudioFocus::focusChanged, this, [this, index](int change) { m_focusClients[index].changes.append(change); });
     return client;
+}
+
+QString ScenarioHost::variableFor(const QString &clientId)
+{
+    QString wanted;
+    for (const QChar character : clientId) {
+        if (character == QLatin1Char('_') || (character.unicode() < 128 && character.isLetterOrNumber())) // NOLINT(cppcoreguidelines-avoid-magic-numbers)
+            wanted += character;
+    }
+    if (wanted.isEmpty() || wanted.at(0).isDigit())
+        wanted.prepend(QStringLiteral("client"));
+    const auto isTaken = [this](const QString &name) {
+        return std::any_of(m_focusClients.cbegin(), m_focusClients.cend(), [&name](const FocusClient &other) { return other.variable == name; });
+    };
+    QString variable = wanted;
+    for (int number = 2; isTaken(variable); ++number)
+        variable = wanted + QString::number(number);
+    nameLastClient(variable);
+    return variable;
 }
 
 void ScenarioHost::deliverFocusChanges()
 {
-    for (QmlAudioFocus *const client : qAsConst(m_focusClients))
-        QCoreApplication::sendPostedEvents(client, QEvent::MetaCall);
+    for (int i = 0; i < m_focusClients.size(); ++i)
+        QCoreApplication::sendPostedEvents(m_focusClients.at(i).client, QEvent::MetaCall);
 }

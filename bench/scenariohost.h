@@ -7,6 +7,8 @@
 #include <QtCore/QStringList>
 #include <QtQml/QJSValue>
 
+#include <functional>
+
 class HeadUnit;
 class QmlAudioFocus;
 class Timeline;
@@ -20,12 +22,29 @@ class ScenarioHost : public QObject
     Q_OBJECT
 
 public:
-    /// @param programLines the scenario's text, for showing what an expectation is
-    ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, const QStringList &programLines, ScenarioResult &collected, QObject *parent = nullptr);
+    ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, ScenarioResult &collected, QObject *parent = nullptr);
+
+    /// The text of the scenario that runs, for showing what an expectation is.
+    void setProgramLines(const QStringList &lines);
+    /// Who lets time pass for a scenario that waits, ms; without one virtual time passes at once, real time by waiting.
+    void setPassing(const std::function<void(qint64)> &passing);
+
+    /// A focus client that a script has made, and the variable that a recording calls it by.
+    struct FocusClient
+    {
+        QmlAudioFocus *client;
+        QString variable;
+        QVector<int> changes; ///< that it was told, in order
+    };
+    const QVector<FocusClient> &focusClients() const { return m_focusClients; }
+    /// The variable of the client that was made last.
+    void nameLastClient(const QString &variable);
 
     Q_INVOKABLE void say(const QString &text);
     Q_INVOKABLE void beginRequest(const QString &request);
     Q_INVOKABLE void endRequest(const QString &requestResult);
+    /// The scenario has done what this line would do. @param begun when, ms
+    Q_INVOKABLE void record(const QString &line, double begun, const QString &outcome = {});
     Q_INVOKABLE void note(const QString &text);
 
     /// The scenario reached an expect(). @param stack of an Error made there @return its number
@@ -51,10 +70,19 @@ public:
     Q_INVOKABLE void eraseSettings();
     Q_INVOKABLE bool isOn();
 
+    /// Puts this text into the settings file, byte for byte as UTF-8. The unit must be off.
+    Q_INVOKABLE void writeSettings(const QString &text);
+
     /// A focus client that lives as long as the scenario.
     Q_INVOKABLE QObject *makeFocusClient();
+    /// A variable for the client that was made last, which no other has.
+    Q_INVOKABLE QString variableFor(const QString &clientId);
     /// Lets focus clients hear what they have been told, as the application's next turn of the event loop would.
     Q_INVOKABLE void deliverFocusChanges();
+
+Q_SIGNALS:
+    /// A line does the same as what the scenario has just done. @param begun when, ms of the timeline @param outcome its result, as a script would show it
+    void recorded(const QString &line, qint64 begun, const QString &outcome);
 
 private:
     Q_DISABLE_COPY(ScenarioHost)
@@ -68,6 +96,8 @@ private:
     };
 
     bool isInterrupted() const;
+    /// Throws in the script where it is on. @param purpose of which it has to be off
+    bool requireOff(const QString &purpose);
     bool isUnderWay(int expectation, const QVector<ScenarioResult::Frame> &errorStack) const;
     void addCheck(int expectation, bool passed, const QString &cause);
 
@@ -77,7 +107,8 @@ private:
     ScenarioResult &m_result;
     QVector<Expectation> m_expectations;
     QVector<int> m_expectationOfCheck; // for each check of the result
-    QList<QmlAudioFocus *> m_focusClients;
+    QVector<FocusClient> m_focusClients;
+    std::function<void(qint64)> m_passing;
 };
 
 #endif

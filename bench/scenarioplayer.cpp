@@ -1,112 +1,20 @@
 #include "scenarioplayer.h"
 
-#include "headunit.h"
-#include "policytimers.h"
-#include "qmlaudiocontrol.h"
-#include "qmlaudiofocus.h"
-#include "qmlaudiopolicy.h"
-#include "qmlaudiosettings.h"
-#include "qmlplatform.h"
-#include "render/soundmeter.h"
 #include "render/soundrecorder.h"
-#include "scenariohost.h"
+#include "scenarioengine.h"
 #include "scenariosource.h"
 #include "scenariostack.h"
 #include "scenariowatch.h"
 #include "timeline.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QMetaEnum>
-#include <QtCore/QMetaMethod>
-#include <QtQml/QJSEngine>
-#include <QtQml/QQmlEngine>
-
-#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <functional>
 #include <new>
 #include <optional>
 
-/// The functions stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
-static void registerResources()
-{
-    Q_INIT_RESOURCE(bench);
-}
-
 namespace
 {
-
-/// The enumerators of a class as an object: {Main: 0, Second: 1, ...}.
-QJSValue enumerators(QJSEngine &engine, const QMetaObject &type)
-{
-    QJSValue object = engine.newObject();
-    for (int i = type.enumeratorOffset(); i < type.enumeratorCount(); ++i) {
-        const QMetaEnum enumeration = type.enumerator(i);
-        for (int key = 0; key < enumeration.keyCount(); ++key)
-            object.setProperty(QLatin1String(enumeration.key(key)), enumeration.value(key));
-    }
-    return object;
-}
-
-/// The operations of a type, as {setVolume: {parameters: ["type", "volume", "save"], enumerations: ["VolumeType"], acts: true}, ...}.
-QJSValue operations(QJSEngine &engine, const ScriptType &type)
-{
-    QJSValue object = engine.newObject();
-    for (const ScriptOperation &operation : type.operations()) {
-        QJSValue parameters = engine.newArray();
-        QJSValue enumerations = engine.newArray();
-        quint32 next = 0;
-        for (const ScriptInput &input : operation.inputs) {
-            parameters.setProperty(next, QLatin1String(input.name));
-            enumerations.setProperty(next++, QLatin1String(input.parameter->enumeration));
-        }
-        QJSValue described = engine.newObject();
-        described.setProperty(QStringLiteral("parameters"), parameters);
-        described.setProperty(QStringLiteral("enumerations"), enumerations);
-        described.setProperty(QStringLiteral("acts"), operation.kind == ScriptKind::Acts);
-        object.setProperty(QLatin1String(operation.name), described);
-    }
-    return object;
-}
-
-/// Adds the names of a type's numbers, without prefix: {Status: {0: "None", 1: "BtRing", ...}, ...}.
-void addNumberNames(QJSEngine &engine, QJSValue &object, const ScriptType &type)
-{
-    for (const ScriptEnumeration &enumeration : type.enumerations()) {
-        QJSValue names = engine.newObject();
-        for (std::size_t i = 0; i < enumeration.count; ++i)
-            names.setProperty(QString::number(enumeration.numbers[i].number), QLatin1String(enumeration.numbers[i].name));
-        object.setProperty(QLatin1String(enumeration.name), names);
-    }
-}
-
-/// An object that lives outside the engine, for good.
-QJSValue wrap(QJSEngine &engine, QObject &object)
-{
-    QQmlEngine::setObjectOwnership(&object, QQmlEngine::CppOwnership);
-    return engine.newQObject(&object);
-}
-
-/// As {object, enumerators, operations}.
-template<typename Scripted>
-QJSValue scriptObject(QJSEngine &engine, Scripted &object)
-{
-    QJSValue described = engine.newObject();
-    described.setProperty(QStringLiteral("object"), wrap(engine, object));
-    described.setProperty(QStringLiteral("enumerators"), enumerators(engine, Scripted::staticMetaObject));
-    described.setProperty(QStringLiteral("operations"), operations(engine, Scripted::scriptType()));
-    return described;
-}
-
-QJSValue loadFunctions(QJSEngine &engine)
-{
-    registerResources();
-    QFile file(QStringLiteral(":/bench/scenario.js"));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("the bench was built without its scenario functions");
-    return engine.evaluate(QString::fromUtf8(file.readAll()), QStringLiteral("qrc:/bench/scenario.js"));
-}
 
 bool isSyntaxError(const QJSValue &value)
 {
@@ -215,43 +123,14 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
     result.file = file;
 
     const ScenarioSource source(program);
-    HeadUnit unit;
-    QObject::connect(&unit, &HeadUnit::startsUp, &m_timeline, [this] { m_timeline.setStartingUp(true); });
-    PolicyTimers timers;
-    QObject::connect(&unit, &HeadUnit::startedUp, &m_timeline, [this, &unit, &timers] {
-        m_timeline.setStartingUp(false);
-        timers.watch(unit.manager());
-    });
-    QObject::connect(&timers, &PolicyTimers::runsOut, &m_timeline, &Timeline::beginTimer);
-    QObject::connect(&timers, &PolicyTimers::statusChanged, &m_timeline, [this](int /*before*/, int now) { m_timeline.statusBecomes(now); });
-    QObject::connect(&timers, &PolicyTimers::hasRun, &m_timeline, &Timeline::endTimer);
-    QmlAudioControl control;
-    QmlAudioSettings settings;
-    QmlAudioPolicy policy([&unit] { return unit.manager(); });
-    QmlPlatform platform;
-    ScenarioHost host(m_timeline, unit, source.lines(), result);
     // Each change costs time and memory, which only who asks has to pay.
     std::optional<SoundRecorder> recorder;
     if (program.contains(QLatin1String("Sound")))
         recorder.emplace(m_timeline);
-    SoundMeter sound(recorder ? &*recorder : nullptr);
-
-    QJSEngine engine;
-    engine.installExtensions(QJSEngine::ConsoleExtension);
-    QJSValue objects = engine.newObject();
-    objects.setProperty(QStringLiteral("host"), wrap(engine, host));
-    objects.setProperty(QStringLiteral("sound"), wrap(engine, sound));
-    objects.setProperty(QStringLiteral("AudioControl"), scriptObject(engine, control));
-    objects.setProperty(QStringLiteral("AudioSettings"), scriptObject(engine, settings));
-    objects.setProperty(QStringLiteral("AudioPolicy"), scriptObject(engine, policy));
-    objects.setProperty(QStringLiteral("Platform"), scriptObject(engine, platform));
-    QJSValue numberNames = engine.newObject();
-    addNumberNames(engine, numberNames, QmlAudioControl::scriptType());
-    addNumberNames(engine, numberNames, QmlAudioPolicy::scriptType());
-    objects.setProperty(QStringLiteral("numberNames"), numberNames);
-    objects.setProperty(QStringLiteral("focusEnumerators"), enumerators(engine, QmlAudioFocus::staticMetaObject));
-    objects.setProperty(QStringLiteral("global"), engine.globalObject());
-    const QJSValue functions = loadFunctions(engine).call({objects});
+    ScenarioEngine scope(m_timeline, result, recorder ? &*recorder : nullptr);
+    ScenarioHost &host = scope.host();
+    host.setProgramLines(source.lines());
+    QJSEngine &engine = scope.engine();
 
     const auto takeLimit = [&result](const ScenarioWatch &watch) {
         result.error = watch.error();
@@ -272,7 +151,7 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
         };
     }
 
-    const QJSValue scenario = makeScenario(engine, source, file, functions.property(QStringLiteral("atThrow")));
+    const QJSValue scenario = makeScenario(engine, source, file, scope.atThrow());
     if (scenario.isError()) {
         explainSyntaxError(engine, source, file, scenario, result);
     } else {
@@ -285,7 +164,7 @@ ScenarioResult ScenarioPlayer::play(const QString &file, const QString &program)
                 m_limits.onStuck(result);
         });
         ScenarioWatch watch(engine, m_limits, stuck);
-        const QJSValue thrown = functions.property(QStringLiteral("run")).call({scenario});
+        const QJSValue thrown = scope.run(scenario);
         watch.stop();
         if (thrown.isError() && !watch.error().isEmpty()) {
             takeLimit(watch);

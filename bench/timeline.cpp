@@ -104,6 +104,13 @@ void Timeline::statusBecomes(int status)
     addCaused(event);
 }
 
+QString Timeline::cause() const
+{
+    if (!m_requests.isEmpty())
+        return m_requests.last().text;
+    return m_runningTimer ? m_runningTimer->text : QString();
+}
+
 void Timeline::setStartingUp(bool starting)
 {
     m_isStartingUp = starting;

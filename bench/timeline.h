@@ -49,6 +49,8 @@ public:
     void statusBecomes(int status);
     /// The unit starts up from now on, or has started.
     void setStartingUp(bool starting);
+    /// The request or the timer that causes what happens now; empty for nothing.
+    QString cause() const;
     /// Shows the requests in progress, when the process is about to stop inside one or the scenario has ended.
     void showUnfinished();
 

@@ -1,10 +1,10 @@
-# What is installed, by component: library, development, simulator, qml, tools, documentation. The daemon installs its own files
+# What is installed, by component: library, development, simulator, qml, tools, desk, documentation. The daemon installs its own files
 # (service/).
 
 include(CMakePackageConfigHelpers)
 
-function(qzaudio_install_manual program)
-    qzaudio_install_filled(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 tools COMPRESSED)
+function(qzaudio_install_manual program component)
+    qzaudio_install_filled(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${component} COMPRESSED)
 endfunction()
 
 # qzaudio_find_siblings(TARGET FOLDER): TARGET, which is installed to FOLDER, finds the libraries that are installed with it.
@@ -115,12 +115,28 @@ if(QZAUDIO_WITH_QML)
         RENAME qzaudio-bench
         COMPONENT tools
     )
-    qzaudio_install_manual(qzaudio-bench)
-    qzaudio_install_manual(qzaudio-with-flash)
+    qzaudio_install_manual(qzaudio-bench tools)
+    qzaudio_install_manual(qzaudio-with-flash tools)
+endif()
+if(TARGET qzaudio-desk)
+    # The window looks for the car beside itself.
+    foreach(program qzaudio-desk qzaudio-desk-car)
+        qzaudio_find_siblings(${program} ${CMAKE_INSTALL_BINDIR})
+        install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT desk)
+    endforeach()
+    install(FILES packaging/qzaudio-desk.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desk)
+    install(FILES packaging/qzaudio-desk.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT desk)
+    install(FILES packaging/qzaudio-desk.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT desk)
+    install(FILES packaging/qzaudio-desk.bash-completion
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME qzaudio-desk
+        COMPONENT desk
+    )
+    qzaudio_install_manual(qzaudio-desk desk)
 endif()
 if(QZAUDIO_WITH_SERVICE)
     qzaudio_find_siblings(qzaudio-focusd ${CMAKE_INSTALL_BINDIR})
-    qzaudio_install_manual(qzaudio-focusd)
+    qzaudio_install_manual(qzaudio-focusd tools)
 endif()
 
 # The documents in the shape of the sources, so that their links lead to the same ones. Only the scenarios stand elsewhere, if at all.
@@ -137,5 +153,5 @@ install(FILES ${PROJECT_BINARY_DIR}/documents/README.md CHANGELOG.md CONTRIBUTIN
     DESTINATION ${CMAKE_INSTALL_DOCDIR}
     COMPONENT documentation
 )
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(FILES tests/consumer/main.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/tests/consumer COMPONENT documentation)

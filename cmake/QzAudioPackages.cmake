@@ -24,6 +24,9 @@ endif()
 if(QZAUDIO_WITH_QML)
     list(APPEND CPACK_COMPONENTS_ALL qml)
 endif()
+if(TARGET qzaudio-desk)
+    list(APPEND CPACK_COMPONENTS_ALL desk)
+endif()
 if(QZAUDIO_WITH_QML OR QZAUDIO_WITH_SERVICE)
     list(APPEND CPACK_COMPONENTS_ALL tools)
 endif()
@@ -116,6 +119,20 @@ gives a program a unit's flash, qzaudio-focusd serves audio focus on the bus."
     "${runtime}, ${core}, ${bus}${qml}${tools}, ${library}${simulator}"
 )
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "libqzaudio-doc, bash-completion, ffmpeg, espeak-ng, default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too
+# The bench brings the scenarios, and what a car gets its flash by.
+set(window "libqt5gui5 (>= 5.15), libqt5widgets5 (>= 5.15), libqt5quick5 (>= 5.15), libqt5quickcontrols2-5 (>= 5.15), libqt5multimedia5 (>= 5.15)")
+foreach(module qtquick2 qtquick-window2 qtquick-controls2 qtquick-templates2 qtquick-layouts qtquick-shapes qt-labs-platform)
+    string(APPEND window ", qml-module-${module}")
+endforeach()
+qzaudio_package(desk qzaudio-desk sound
+    "audio library of a car's head unit - simulated car in a window"
+    "Drive, loudspeakers, equalizer, audio focus, platform, settings and
+microphone of a simulated car, with a clock that goes back, and recordings that
+qzaudio-bench plays."
+    "${runtime}, ${core}, ${bus}${qml}, ${window}, qzaudio-tools ${same}, ${library}${simulator}"
+)
+set(CPACK_DEBIAN_DESK_PACKAGE_RECOMMENDS "libqt5multimedia5-plugins, ffmpeg, espeak-ng") # listening
+set(CPACK_DEBIAN_DESK_PACKAGE_SUGGESTS "libqzaudio-doc")
 qzaudio_package(documentation libqzaudio-doc doc
     "audio library of a car's head unit - documents"
     "How to use, integrate and understand the library, in Markdown; begin with

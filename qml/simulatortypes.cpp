@@ -1,6 +1,8 @@
 #include "simulatortypes.h"
 
+#include "focusstack.h"
 #include "responsecurve.h"
+#include "situations.h"
 
 #include <QtQml/qqml.h>
 
@@ -23,6 +25,8 @@ const QVector<Type> &all()
 {
     static const QVector<Type> types = {
         element<ResponseCurve>("ResponseCurve", 1),
+        element<Situations>("Situations", 1),
+        element<FocusStack>("FocusStack", 1),
     };
     return types;
 }

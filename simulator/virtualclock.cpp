@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QSocketNotifier>
+#include <QtCore/QThread>
 #include <QtCore/QVector>
 
 #include <algorithm>
@@ -60,7 +61,8 @@ short pollEvents(QSocketNotifier::Type type)
 
 struct VirtualClockPrivate
 {
-    static VirtualClock *installed;
+    /// The clock of this thread as long as it has no application object, which makes it the thread's dispatcher.
+    static thread_local VirtualClock *early;
 
     qint64 now = 0;
     VirtualClock::Idle idle = VirtualClock::Idle::Advance;
@@ -121,21 +123,31 @@ struct VirtualClockPrivate
     }
 };
 
-VirtualClock *VirtualClockPrivate::installed = nullptr;
+thread_local VirtualClock *VirtualClockPrivate::early = nullptr;
 
 VirtualClock *VirtualClock::install()
 {
     Q_ASSERT_X(QCoreApplication::instance() == nullptr, "VirtualClock::install", "call it before making the application object");
     Q_ASSERT_X(installed() == nullptr, "VirtualClock::install", "there is one already");
     auto *const clock = new VirtualClock;
-    VirtualClockPrivate::installed = clock;
+    VirtualClockPrivate::early = clock;
     QCoreApplication::setEventDispatcher(clock);
+    return clock;
+}
+
+VirtualClock *VirtualClock::install(QThread &thread)
+{
+    Q_ASSERT_X(!thread.isRunning(), "VirtualClock::install", "call it before starting the thread");
+    auto *const clock = new VirtualClock;
+    thread.setEventDispatcher(clock);
     return clock;
 }
 
 VirtualClock *VirtualClock::installed()
 {
-    return VirtualClockPrivate::installed;
+    if (VirtualClockPrivate::early)
+        return VirtualClockPrivate::early;
+    return dynamic_cast<VirtualClock *>(QAbstractEventDispatcher::instance());
 }
 
 VirtualClock::VirtualClock()
@@ -147,13 +159,21 @@ VirtualClock::VirtualClock()
 
 VirtualClock::~VirtualClock()
 {
-    VirtualClockPrivate::installed = nullptr;
+    if (VirtualClockPrivate::early == this)
+        VirtualClockPrivate::early = nullptr;
     close(d->wakeUpDescriptor);
 }
 
 qint64 VirtualClock::now() const
 {
     return d->now;
+}
+
+qint64 VirtualClock::nextDeadline() const
+{
+    const auto next
+        = std::min_element(d->timers.cbegin(), d->timers.cend(), [](const Timer &one, const Timer &other) { return one.deadline < other.deadline; });
+    return next == d->timers.cend() ? -1 : std::max(next->deadline, d->now);
 }
 
 void VirtualClock::advance(qint64 milliseconds)

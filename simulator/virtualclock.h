@@ -5,13 +5,15 @@
 
 #include <memory>
 
+class QThread;
+
 namespace simulator
 {
 
 struct VirtualClockPrivate;
 
 /**
- * The main thread's event dispatcher on virtual time: no timer ever waits, time stands still until it is advanced.
+ * A thread's event dispatcher on virtual time: no timer ever waits, time stands still until it is advanced.
  *
  *     int main(int argc, char **argv)
  *     {
@@ -29,7 +31,13 @@ struct VirtualClockPrivate;
  * Real time stays real for everything that does not go through QTimer: QElapsedTimer, QDeadlineTimer, QTest::qWait, the time-out
  * of a blocking D-Bus call. File descriptors (QProcess, D-Bus) are polled for real.
  *
- * Threads: lives in the thread that installed it; wakeUp() and interrupt() may be called from any thread.
+ * Each thread has its own time: that of a thread with a clock is virtual, that of the others stays real.
+ *
+ *     QThread thread;
+ *     simulator::VirtualClock::install(thread); // before it starts
+ *     thread.start();
+ *
+ * Threads: use a clock from the thread that it was installed for; wakeUp() and interrupt() may be called from any thread.
  */
 class VirtualClock : public QAbstractEventDispatcher
 {
@@ -44,7 +52,9 @@ public:
 
     /// Makes the clock and installs it for the calling thread, which must not have made its application object yet.
     static VirtualClock *install();
-    /// The installed clock, or null when time is real.
+    /// Makes the clock and installs it for a thread that has not been started yet, and goes with its end.
+    static VirtualClock *install(QThread &thread);
+    /// The clock of the calling thread, or null when its time is real.
     static VirtualClock *installed();
 
     ~VirtualClock() override;
@@ -59,6 +69,9 @@ public:
      * counts as 0. May be called from a timer's slot; the timer being delivered does not run again meanwhile.
      */
     void advance(qint64 milliseconds);
+
+    /// Virtual ms since the installation at which the next timer is due; -1 where none runs.
+    qint64 nextDeadline() const;
 
     /// Time passes without anything being delivered, as in a call that blocks. Timers passed over are late.
     void block(qint64 milliseconds);

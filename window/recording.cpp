@@ -17,21 +17,25 @@ Recording::Recording(QObject *parent)
 
 void Recording::add(const Step &step)
 {
-    const bool isExpected = m_doneCount < m_steps.size() && m_steps.at(m_doneCount).line == step.line;
-    if (isExpected) {
-        m_steps[m_doneCount] = step;
-    } else {
-        if (m_doneCount < m_steps.size()) {
-            beginRemoveRows({}, m_doneCount, m_steps.size() - 1);
-            m_steps.resize(m_doneCount);
-            endRemoveRows();
-        }
-        beginInsertRows({}, m_doneCount, m_doneCount);
-        m_steps.append(step);
-        endInsertRows();
-        Q_EMIT countChanged();
-        setUnsaved(true);
+    if (m_doneCount < m_steps.size()) {
+        beginRemoveRows({}, m_doneCount, m_steps.size() - 1);
+        m_steps.resize(m_doneCount);
+        endRemoveRows();
     }
+    beginInsertRows({}, m_doneCount, m_doneCount);
+    m_steps.append(step);
+    ++m_doneCount;
+    endInsertRows();
+    Q_EMIT countChanged();
+    Q_EMIT doneCountChanged();
+    setUnsaved(true);
+}
+
+void Recording::done(const Step &step)
+{
+    if (m_doneCount == m_steps.size())
+        return;
+    m_steps[m_doneCount] = step;
     ++m_doneCount;
     Q_EMIT dataChanged(index(m_doneCount - 1), index(m_doneCount - 1));
     Q_EMIT doneCountChanged();

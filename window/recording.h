@@ -39,6 +39,7 @@ public:
         OutcomeRole,
         FailedRole,
     };
+    Q_ENUM(Role)
 
     explicit Recording(QObject *parent = nullptr);
 
@@ -49,8 +50,10 @@ public:
     bool isUnsaved() const { return m_unsaved; }
     const QVector<Step> &steps() const { return m_steps; }
 
-    /// A step that was just done: that which was to come next, where it is the same, else a new one in place of all that were to come.
+    /// A new step that was just done, in place of all that were to come.
     void add(const Step &step);
+    /// The step that was to come next was just done.
+    void done(const Step &step);
     /// So many steps are done.
     void setDoneCount(int count);
     void replace(const QVector<Step> &steps, int doneCount);

@@ -4,7 +4,9 @@
 #include "desk.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
+#include "windowsettings.h"
 
+#include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
 
 /// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
@@ -24,6 +26,9 @@ void registerWindowTypes(Desk &desk)
 {
     registerResources();
     qmlRegisterSingletonInstance(module, 1, 0, "Desk", &desk);
+    qmlRegisterSingletonType<WindowSettings>(module, 1, 0, "WindowSettings", [](QQmlEngine *engine, QJSEngine *) -> QObject * {
+        return new WindowSettings(engine); // the engine's own
+    });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
     qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
     qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");

@@ -77,6 +77,11 @@ constexpr const char *furtherMediaSources[] = {"S+Mic", "S+IPod", "S+WebLink"};
 constexpr int unnamedStatuses[] = {3, 4, 7, 9, 13, 17};
 constexpr int duckStatuses[] = {AudioStatusCarPlayDuck, AudioStatusAndroidAutoDuck, AudioStatusCarLifeDuck};
 
+constexpr int hiCarChannel = 18;
+
+/// In these the keys work on the volume of what sounds, in the others on that of the channel.
+constexpr int keyStatuses[] = {1, 2, 3, 5, 6, 10, 14, 18};
+
 /// Null for a number that is no status.
 const Status *find(int status)
 {
@@ -112,6 +117,16 @@ bool PolicyRules::isNamed(int status)
 bool PolicyRules::isOfDuck(int status)
 {
     return std::find(std::begin(duckStatuses), std::end(duckStatuses), status) != std::end(duckStatuses);
+}
+
+int PolicyRules::typeOfKeys(int status, int channel)
+{
+    const bool areOfStatus = std::find(std::begin(keyStatuses), std::end(keyStatuses), status) != std::end(keyStatuses);
+    if (!areOfStatus && typeOfChannel(channel) != ZelAudioTypeMedia)
+        return none;
+    if (channel == hiCarChannel)
+        return ZelAudioTypeHiCarCall;
+    return areOfStatus ? typeOfStatus(status) : ZelAudioTypeMedia;
 }
 
 int PolicyRules::typeOfChannel(int channel)

@@ -36,6 +36,9 @@ QString sourceOfChannel(int channel);
 /// The platform's name of the source that a status without one of its own applies to.
 QString sourceInChannel(int channel);
 
+/// The volume type that the volume keys work on; none where they do nothing.
+int typeOfKeys(int status, int channel);
+
 /// The volume type that a source starts with; none for one that the policy does not know.
 int typeOfSource(const QString &source);
 

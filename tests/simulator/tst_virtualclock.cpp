@@ -47,6 +47,8 @@ private Q_SLOTS:
     void longDrive();
     void journalTime();
     void slowPlatform();
+    void nextDeadline();
+    void ofAThread();
 
 private:
     qint64 elapsed() const { return m_clock->now() - m_start; }
@@ -434,6 +436,57 @@ void VirtualClockTest::slowPlatform()
     QCoreApplication::processEvents();
     QCOMPARE(late, qint64(200));
     platform->reset();
+}
+
+void VirtualClockTest::nextDeadline()
+{
+    QCOMPARE(m_clock->nextDeadline(), qint64(-1));
+    QTimer late;
+    late.start(300);
+    QTimer early;
+    early.start(200);
+    QCOMPARE(m_clock->nextDeadline(), m_start + 200);
+    m_clock->block(250);
+    QCOMPARE(m_clock->nextDeadline(), m_start + 250);
+    early.stop();
+    QCOMPARE(m_clock->nextDeadline(), m_start + 300);
+}
+
+void VirtualClockTest::ofAThread()
+{
+    m_clock->advance(70);
+    VirtualClock *found = nullptr;
+    QVector<qint64> times;
+    const std::unique_ptr<QThread> thread(QThread::create([&found, &times] {
+        VirtualClock *const clock = VirtualClock::installed();
+        found = clock;
+        if (!clock)
+            return;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &timer, [clock, &times] { times.append(clock->now()); });
+        timer.start(500);
+        clock->advance(1600);
+        times.append(clock->now());
+        // An event loop jumps to the deadline, too.
+        QEventLoop loop;
+        QTimer::singleShot(250, &loop, &QEventLoop::quit);
+        loop.exec();
+        times.append(clock->now());
+    }));
+    VirtualClock *const installed = VirtualClock::install(*thread);
+    thread->start();
+    QVERIFY(thread->wait());
+    QCOMPARE(found, installed);
+    QCOMPARE(times, QVector<qint64>({500, 1000, 1500, 1600, 1850}));
+    // Neither time is that of the other.
+    QCOMPARE(VirtualClock::installed(), m_clock);
+    QCOMPARE(elapsed(), qint64(70));
+
+    bool isReal = false;
+    const std::unique_ptr<QThread> other(QThread::create([&isReal] { isReal = VirtualClock::installed() == nullptr; }));
+    other->start();
+    QVERIFY(other->wait());
+    QVERIFY(isReal);
 }
 
 namespace

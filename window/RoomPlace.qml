@@ -1,0 +1,34 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "."
+
+/// Where a room stands. It is made when it is first looked at, in the time that frames leave, and kept.
+Loader {
+    id: place
+
+    property string name
+    property bool shown: false
+    /// A unit's log that the timeline is to show.
+    property url log
+    property bool wasShown: false
+
+    objectName: "place" + name
+    active: wasShown
+    asynchronous: true
+    source: "rooms/" + name + "Room.qml"
+    onShownChanged: wasShown = wasShown || shown
+    Component.onCompleted: wasShown = shown
+
+    Binding {
+        target: place.item
+        property: "active"
+        value: place.shown
+        when: place.item !== null
+    }
+    Binding {
+        target: place.item
+        property: "log"
+        value: place.log
+        when: place.item !== null && place.item.log !== undefined && String(place.log) !== ""
+    }
+}
