@@ -1,7 +1,9 @@
 #include "simulatortypes.h"
 
+#include "focusstack.h"
 #include "journalmodel.h"
 #include "responsecurve.h"
+#include "situations.h"
 
 #include <QtQml/qqml.h>
 
@@ -25,6 +27,8 @@ const QVector<Type> &all()
     static const QVector<Type> types = {
         element<JournalModel>("JournalModel", 1),
         element<ResponseCurve>("ResponseCurve", 1),
+        element<Situations>("Situations", 1),
+        element<FocusStack>("FocusStack", 1),
     };
     return types;
 }

@@ -1,9 +1,12 @@
 #include "windowtypes.h"
 
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
 #include "microphonemodel.h"
 #include "platformmodel.h"
 #include "settingsmodel.h"
+#include "timelinemodel.h"
 #include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
@@ -33,7 +36,12 @@ void registerWindowTypes(Desk &desk)
     qmlRegisterType<MicrophoneModel>(module, 1, 0, "MicrophoneModel");
     qmlRegisterType<PlatformModel>(module, 1, 0, "PlatformModel");
     qmlRegisterType<SettingsModel>(module, 1, 0, "SettingsModel");
-    // Models of theirs.
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
+    qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
+    // What these have.
     qmlRegisterAnonymousType<JournalModel>(module, 1);
     qmlRegisterAnonymousType<RowListModel>(module, 1);
+    qmlRegisterAnonymousType<SpanList>(module, 1);
+    qmlRegisterAnonymousType<WhyQuestion>(module, 1);
 }

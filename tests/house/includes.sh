@@ -11,7 +11,7 @@ checked=0
 
 # Where each header of the project stands; some names stand in several folders.
 declare -A folders_of
-for header in {include/qzaudio,platform,src,simulator,qml,service,bench,tests,benchmarks}/**/*.h; do
+for header in {include/qzaudio,platform,src,simulator,qml,service,bench,window,tests,benchmarks}/**/*.h; do
     [[ $header != src/settingsfile/* ]] || continue # a header for all
     folders_of[${header##*/}]+=" ${header%%/*}"
 done
@@ -45,6 +45,7 @@ includes_of()
 
 for file in src/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in service/**/*.{h,cpp}; do check "$file" include; done
+for file in window/**/*.{h,cpp}; do check "$file" '@(bench|qml|simulator|include)'; done
 for file in bench/**/*.{h,cpp}; do check "$file" '@(qml|simulator|include)'; done
 
 # Of the library the simulator knows the records only that the platform's declarations mention.
@@ -57,7 +58,8 @@ done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
 simulator_module=(
-    equalizercurves equalizerresponse journalmodel nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
+    equalizercurves equalizerresponse focusinspector focusstack journalmodel nearestname platformarguments qmlplatform responsecurve
+    simulatorplugin simulatortypes situations
 )
 of_simulator_module()
 {
