@@ -66,9 +66,17 @@ void BenchQuery::cancel()
         process->deleteLater();
         return;
     }
-    // It is asked to end, and taken away when it has. A process that this object takes along would be waited for.
+    // It is asked to end, and taken away when it has: one that is deleted is waited for.
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process, &QObject::deleteLater);
-    process->terminate();
+    connect(process, &QProcess::errorOccurred, process, [process](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            process->deleteLater();
+    });
+    // Before it is the bench it is a copy of this program, whose handlers of signals it has.
+    if (process->state() == QProcess::Starting)
+        connect(process, &QProcess::started, process, &QProcess::terminate);
+    else
+        process->terminate();
 }
 
 void BenchQuery::take()
