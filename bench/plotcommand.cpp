@@ -1,6 +1,7 @@
 #include "plotcommand.h"
 
 #include "console.h"
+#include "equalizercurves.h"
 #include "exitstatus.h"
 #include "jsonview.h"
 #include "plot/drivelog.h"
@@ -13,7 +14,6 @@
 #include "plot/timelineplot.h"
 #include "scenariofiles.h"
 #include "settingsreader.h"
-#include "sound/equalizercurves.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QLoggingCategory>

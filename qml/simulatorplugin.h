@@ -3,7 +3,7 @@
 
 #include <QtQml/QQmlExtensionPlugin>
 
-/// The QML module QzAudio.Simulator: the simulated platform as Platform.
+/// The QML module QzAudio.Simulator: the simulated platform as Platform, and SimulatorTypes.
 class SimulatorPlugin : public QQmlExtensionPlugin
 {
     Q_OBJECT

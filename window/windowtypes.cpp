@@ -1,7 +1,15 @@
 #include "windowtypes.h"
 
+#include "carmodel.h"
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
+#include "microphonemodel.h"
+#include "platformmodel.h"
+#include "settingsmodel.h"
 #include "timelinemodel.h"
+#include "responsecurve.h"
+#include "tonemodel.h"
 #include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
@@ -28,6 +36,17 @@ void registerWindowTypes(Desk &desk)
         return new WindowSettings(engine); // the engine's own
     });
     qmlRegisterUncreatableType<Recording>(module, 1, 0, "Recording", QStringLiteral("the desk has one"));
+    qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
+    qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");
+    qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
+    qmlRegisterType<MicrophoneModel>(module, 1, 0, "MicrophoneModel");
+    qmlRegisterType<PlatformModel>(module, 1, 0, "PlatformModel");
+    qmlRegisterType<SettingsModel>(module, 1, 0, "SettingsModel");
+    // Models of theirs.
+    qmlRegisterAnonymousType<JournalModel>(module, 1);
+    qmlRegisterAnonymousType<RowListModel>(module, 1);
     qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
     qmlRegisterAnonymousType<SpanList>(module, 1);
     qmlRegisterAnonymousType<WhyQuestion>(module, 1);

@@ -1,6 +1,6 @@
 #include "equalizerplot.h"
 
-#include "sound/equalizercurves.h"
+#include "equalizercurves.h"
 
 #include <algorithm>
 #include <cmath>

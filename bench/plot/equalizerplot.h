@@ -3,7 +3,7 @@
 
 #include "figure.h"
 
-#include "sound/equalizerresponse.h"
+#include "equalizerresponse.h"
 
 #include <QtCore/QString>
 #include <QtCore/QVector>

@@ -1,8 +1,7 @@
 #include "filtergraph.h"
 
+#include "equalizercurves.h"
 #include "sourcesound.h"
-
-#include "sound/equalizercurves.h"
 
 #include <algorithm>
 
@@ -167,9 +166,10 @@ void FilterGraph::addVoice(int voice)
     }
     QString shared = label(QStringLiteral("v%1all").arg(voice)) + (m_equalizesEach ? QString() : equalizer(voice, common, first));
     if (m_hasLoudness)
-        shared += QStringLiteral("lowshelf@v%1=f=%2:width_type=q:width=0.707:g=%3,")
+        shared += QStringLiteral("lowshelf@v%1=f=%2:width_type=q:width=%3:g=%4,")
                       .arg(voice)
                       .arg(number(EqualizerCurves::loudnessFrequency))
+                      .arg(number(EqualizerCurves::loudnessQ))
                       .arg(number(first.isLoudnessOn ? EqualizerCurves::loudnessRise : 0));
     shared += QStringLiteral("asplit=%1").arg(SoundTrack::loudspeakerCount);
     for (int i = 0; i < SoundTrack::loudspeakerCount; ++i)

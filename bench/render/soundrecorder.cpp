@@ -1,8 +1,8 @@
 #include "soundrecorder.h"
 
+#include "equalizercurves.h"
 #include "explain/policyrules.h"
 #include "policytext.h"
-#include "sound/equalizercurves.h"
 #include "timeline.h"
 
 #include "platform.h"

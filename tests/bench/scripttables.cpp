@@ -4,7 +4,9 @@
 #include "qmlaudiopolicy.h"
 #include "qmlaudiosettings.h"
 #include "qmlplatform.h"
+#include "simulatortypes.h"
 
+#include <QtCore/QAbstractListModel>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QMetaMethod>
@@ -52,10 +54,10 @@ QString parameters(const QByteArrayList &names, const QByteArrayList &types)
     return text;
 }
 
-QStringList enumLines(const QMetaObject &type)
+QStringList enumLines(const QMetaObject &type, const QMetaObject &base = QObject::staticMetaObject)
 {
     QStringList lines;
-    for (int i = type.enumeratorOffset(); i < type.enumeratorCount(); ++i) {
+    for (int i = base.enumeratorCount(); i < type.enumeratorCount(); ++i) {
         const QMetaEnum enumeration = type.enumerator(i);
         lines += QStringLiteral("        Enum {");
         lines += QStringLiteral("            name: ") + quoted(QLatin1String(enumeration.name()));
@@ -70,10 +72,11 @@ QStringList enumLines(const QMetaObject &type)
 }
 
 /// @param selfTyped the name of a property that is the object itself, so that tools complete what is behind it
-QStringList propertyLines(const QMetaObject &type, const QString &className, const char *selfTyped = nullptr)
+QStringList
+propertyLines(const QMetaObject &type, const QString &className, const char *selfTyped = nullptr, const QMetaObject &base = QObject::staticMetaObject)
 {
     QStringList lines;
-    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
+    for (int i = base.propertyCount(); i < type.propertyCount(); ++i) {
         const QMetaProperty property = type.property(i);
         const bool isSelf = qstrcmp(property.name(), selfTyped) == 0;
         lines += QStringLiteral("        Property { name: %1; type: %2%3%4 }")
@@ -86,10 +89,10 @@ QStringList propertyLines(const QMetaObject &type, const QString &className, con
 }
 
 /// Signals, and functions that the class declares by itself.
-QStringList methodLines(const QMetaObject &type)
+QStringList methodLines(const QMetaObject &type, const QMetaObject &base = QObject::staticMetaObject)
 {
     QStringList lines;
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+    for (int i = base.methodCount(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
         const bool isSignal = method.methodType() == QMetaMethod::Signal;
         const QString result
@@ -120,15 +123,18 @@ QStringList operationLines(const ScriptType &type)
     return lines;
 }
 
-QStringList component(const QString &className, const QString &exported, bool isSingleton, const QStringList &members)
+/// @param exported with its version: "QzAudio/AudioFocus 1.0"; empty for a class that others are built on
+QStringList component(const QString &className, const QString &exported, bool isSingleton, const QStringList &members, const char *base = "QObject")
 {
     QStringList lines = {QStringLiteral("    Component {"),
                          QStringLiteral("        name: ") + quoted(className),
-                         QStringLiteral("        prototype: \"QObject\""),
-                         QStringLiteral("        exports: [\"%1 1.0\"]").arg(exported)};
+                         QStringLiteral("        prototype: ") + quoted(QLatin1String(base))};
+    if (!exported.isEmpty())
+        lines += QStringLiteral("        exports: [\"%1\"]").arg(exported);
     if (isSingleton)
         lines += QStringList{QStringLiteral("        isCreatable: false"), QStringLiteral("        isSingleton: true")};
-    lines += QStringLiteral("        exportMetaObjectRevisions: [0]");
+    if (!exported.isEmpty())
+        lines += QStringLiteral("        exportMetaObjectRevisions: [0]");
     return lines + members + QStringList{QStringLiteral("    }")};
 }
 
@@ -139,7 +145,25 @@ QStringList singleton(const QString &module, const ScriptType &type, const QMeta
     QStringList members = enumLines(extended);
     if (&base != &QObject::staticMetaObject)
         members += propertyLines(base, className, selfTyped) + methodLines(base);
-    return component(className, module + QLatin1Char('/') + type.name(), true, members + operationLines(type));
+    return component(className, QStringLiteral("%1/%2 1.0").arg(module, type.name()), true, members + operationLines(type));
+}
+
+/// @param exported with its version
+QStringList element(const QString &exported, const QMetaObject &type)
+{
+    const QMetaObject &base = *type.superClass();
+    return component(QString::fromLatin1(type.className()),
+                     exported,
+                     false,
+                     enumLines(type, base) + propertyLines(type, QString(), nullptr, base) + methodLines(type, base),
+                     base.className());
+}
+
+/// What lists have in common: no type file of Qt's tells of it.
+QStringList listModel()
+{
+    const QMetaObject &type = QAbstractListModel::staticMetaObject;
+    return component(QString::fromLatin1(type.className()), QString(), false, enumLines(type) + propertyLines(type, QString()) + methodLines(type));
 }
 
 QStringList types(const QStringList &components)
@@ -174,16 +198,15 @@ int main(int argc, char **argv)
                         {settings.name(), operationList(settings)},
                         {platform.name(), operationList(platform)}});
     const QString module = QStringLiteral("QzAudio");
-    const QMetaObject &focus = QmlAudioFocus::staticMetaObject;
     tables.renewFile(arguments.at(1),
                      types(singleton(module, control, QmlAudioControl::staticMetaObject, QObject::staticMetaObject)
                            + singleton(module, policy, QmlAudioPolicy::staticMetaObject, AudioPolicyState::staticMetaObject)
                            + singleton(module, settings, QmlAudioSettings::staticMetaObject, QObject::staticMetaObject)
-                           + component(QString::fromLatin1(focus.className()),
-                                       module + QStringLiteral("/AudioFocus"),
-                                       false,
-                                       enumLines(focus) + propertyLines(focus, QString()) + methodLines(focus))));
-    tables.renewFile(arguments.at(2),
-                     types(singleton(QStringLiteral("QzAudio.Simulator"), platform, QmlPlatform::staticMetaObject, PlatformState::staticMetaObject, "live")));
+                           + element(module + QStringLiteral("/AudioFocus 1.0"), QmlAudioFocus::staticMetaObject)));
+    const QString simulatorModule = QStringLiteral("QzAudio.Simulator");
+    QStringList components = singleton(simulatorModule, platform, QmlPlatform::staticMetaObject, PlatformState::staticMetaObject, "live") + listModel();
+    for (const SimulatorTypes::Type &type : SimulatorTypes::all())
+        components += element(QStringLiteral("%1/%2 1.%3").arg(simulatorModule, QLatin1String(type.name)).arg(type.minor), *type.metaObject);
+    tables.renewFile(arguments.at(2), types(components));
     return tables.exitStatus();
 }

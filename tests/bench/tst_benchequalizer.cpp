@@ -1,6 +1,5 @@
 #include "benchprocess.h"
-
-#include <sound/equalizercurves.h>
+#include "equalizercurves.h"
 
 #include <qzaudio/audiodatabase.h>
 

@@ -132,6 +132,15 @@ void BenchPlayTest::results_data()
     row("a wait that is none", "wait(-1);", 1, "FILE:1: RangeError: wait() takes whole milliseconds");
     row("a band that would stop the process", "AudioPolicy.adjustCustomEq(1, 16);", 1, "FILE:1: RangeError: band must be a whole number from 0 to 15, not 16");
     row("erasing the settings of a running unit", "powerOn();\neraseSettings();", 1, "FILE:2: Error: switch the unit off before erasing its settings");
+    row("writing the settings of a running unit", "powerOn();\nwriteSettings('');", 1, "FILE:2: Error: switch the unit off before writing its settings");
+    row("settings that are written",
+        "powerOff();\nwriteSettings('[Volume]\\n0=7\\n');\npowerOn();\nexpect(AudioPolicy.getVolume(0)).toBe(7);\n",
+        0,
+        "1 expectation held in 0.000 s.");
+    row("settings that are cut",
+        "writeSettings('[Volume]\\n0=7');\nexpect(AudioPolicy.getVolume(0)).toBe(20);\n",
+        0,
+        "1 expectation held in 0.000 s.");
     row("an error stops the scenario",
         "expect(1).toBe(1);\nthrow new Error('enough');\nexpect(1).toBe(2);",
         1,

@@ -1,6 +1,5 @@
+#include "equalizercurves.h"
 #include "measuredfilter.h"
-
-#include <sound/equalizercurves.h>
 
 #include <platform.h>
 #include <qzaudio/audiocontrol.h>

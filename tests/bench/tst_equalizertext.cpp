@@ -1,6 +1,6 @@
+#include "equalizercurves.h"
 #include "measuredfilter.h"
 
-#include <sound/equalizercurves.h>
 #include <sound/equalizertext.h>
 
 #include <QtCore/QStandardPaths>

@@ -1,9 +1,10 @@
+#include "equalizercurves.h"
+
 #include <plot/equalizerplot.h>
 #include <plot/fadeplot.h>
 #include <plot/policyplot.h>
 #include <plot/svgplot.h>
 #include <plot/terminalplot.h>
-#include <sound/equalizercurves.h>
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QXmlStreamReader>

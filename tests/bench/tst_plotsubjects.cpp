@@ -1,9 +1,10 @@
+#include "equalizercurves.h"
+
 #include <plot/equalizerplot.h>
 #include <plot/fadeplot.h>
 #include <plot/plotcurves.h>
 #include <plot/policyplot.h>
 #include <situationexpectations.h>
-#include <sound/equalizercurves.h>
 
 #include <platform.h>
 

@@ -1,4 +1,5 @@
 #include "benchprocess.h"
+#include "explain/policyrules.h"
 #include "policynames.h"
 #include "policytext.h"
 #include "qmlaudiopolicy.h"
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void timeline_data();
     void timeline();
     void scriptsNeedNoNumbers();
+    void keysWorkOn();
 
 private:
     static void tables();
@@ -222,6 +224,29 @@ void PolicyNamesTest::scriptsNeedNoNumbers()
                                   "expect(AudioPolicy.ChannelHiCar).toBe(18);\n"
                                   "expect(AudioPolicy.Telephony).toBe(2);\n");
     QVERIFY2(output.contains(QLatin1String("5 expectations held")), qPrintable(output));
+}
+
+void PolicyNamesTest::keysWorkOn()
+{
+    QStringList expected;
+    for (int status = 0; status <= PolicyRules::highestStatus + 1; ++status) {
+        for (int channel = 0; channel <= int(std::size(policynames::channels)); ++channel)
+            expected.append(QString::number(PolicyRules::typeOfKeys(status, channel)));
+    }
+    const QString output = played("powerOn();\n"
+                                  "const types = [];\n"
+                                  "for (let status = 0; status <= 20; ++status) {\n"
+                                  "    for (let channel = 0; channel <= 20; ++channel) {\n"
+                                  "        for (let type = 0; type < 6; ++type)\n"
+                                  "            AudioPolicy.setVolume(type, 10, true);\n"
+                                  "        AudioPolicy.updateAudioChannel(channel);\n"
+                                  "        AudioPolicy.updateAudioStatus(status);\n"
+                                  "        AudioPolicy.updateCurrentAudioVolume(true);\n"
+                                  "        types.push(AudioPolicy.volumes.indexOf(11));\n"
+                                  "    }\n"
+                                  "}\n"
+                                  "console.log('types:' + types.join(','));\n");
+    QVERIFY2(output.contains(QStringLiteral("types:") + expected.join(QLatin1Char(','))), qPrintable(output.right(2000)));
 }
 
 QTEST_GUILESS_MAIN(PolicyNamesTest)

@@ -2,9 +2,12 @@
 
 #include <program.h>
 
+#include <QtCore/QRegularExpression>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtTest/QtTest>
+
+#include <cmath>
 
 using simulator::Platform;
 
@@ -21,7 +24,13 @@ private Q_SLOTS:
     void policyBindings();
     void platformBindings();
     void bindingsAfterReset();
-    void exampleOfBindings();
+    void examplesOfManual_data();
+    void examplesOfManual();
+    void elements_data();
+    void elements();
+    void platformOfLaterVersion();
+    void responseCurve();
+    void refusedBands();
     void unsavedSettings();
 
 private:
@@ -175,13 +184,16 @@ void QmlModuleTest::bindingsAfterReset()
 namespace
 {
 
+QString manualText()
+{
+    QFile manual(QStringLiteral(QML_DOCUMENT));
+    return manual.open(QIODevice::ReadOnly) ? QString::fromUtf8(manual.readAll()) : QString();
+}
+
 /// The first block of code in a language behind a text of the manual.
 QString codeOfManual(const QString &language, const QString &behind)
 {
-    QFile manual(QStringLiteral(QML_DOCUMENT));
-    if (!manual.open(QIODevice::ReadOnly))
-        return {};
-    const QString text = QString::fromUtf8(manual.readAll());
+    const QString text = manualText();
     const QString fence = QStringLiteral("\n```") + language + QLatin1Char('\n');
     const int begin = text.indexOf(fence, text.indexOf(behind)) + fence.size();
     return text.mid(begin, text.indexOf(QStringLiteral("\n```\n"), begin) + 1 - begin);
@@ -197,11 +209,24 @@ void collect(QtMsgType type, const QMessageLogContext &context, const QString &m
 
 } // namespace
 
-void QmlModuleTest::exampleOfBindings()
+void QmlModuleTest::examplesOfManual_data()
 {
-    const QString chapter = QStringLiteral("A function in a binding is called once.");
+    QTest::addColumn<QString>("chapter");
+    QTest::addColumn<QString>("uses");
+    QTest::newRow("bindings") << QStringLiteral("A function in a binding is called once.") << QStringLiteral("Platform.live.");
+    QTest::newRow("journal model") << QStringLiteral("### `JournalModel`") << QStringLiteral("journal.refusedOnly");
+    QTest::newRow("response curve") << QStringLiteral("### `ResponseCurve`") << QStringLiteral("curve.points");
+    QTest::newRow("situations") << QStringLiteral("### `Situations`") << QStringLiteral("situations.perform");
+    QTest::newRow("focus stack") << QStringLiteral("### `FocusStack`") << QStringLiteral("stack.next");
+}
+
+void QmlModuleTest::examplesOfManual()
+{
+    QFETCH(const QString, chapter);
+    QFETCH(const QString, uses);
     const QString example = codeOfManual(QStringLiteral("qml"), chapter);
-    QVERIFY(example.contains(QLatin1String("Platform.live.")));
+    QVERIFY(example.contains(uses));
+    printed->clear();
     QQmlComponent component(&engine);
     component.setData(example.toUtf8(), QUrl());
     const QtMessageHandler previous = qInstallMessageHandler(&collect);
@@ -211,6 +236,118 @@ void QmlModuleTest::exampleOfBindings()
     qSetMessagePattern(QStringLiteral("%{message}"));
     QVERIFY2(object, qPrintable(component.errorString()));
     QCOMPARE(printed->join(QLatin1Char('\n')) + QLatin1Char('\n'), codeOfManual(QStringLiteral("text"), chapter));
+}
+
+void QmlModuleTest::elements_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("minor");
+    // What the type file tells of is what there has to be.
+    QFile types(qEnvironmentVariable("QML2_IMPORT_PATH") + QStringLiteral("/QzAudio/Simulator/plugins.qmltypes"));
+    QVERIFY(types.open(QIODevice::ReadOnly));
+    static const QRegularExpression exported(QStringLiteral(R"(exports: ..QzAudio\.Simulator/(\w+) 1\.([1-9]\d*))"));
+    QRegularExpressionMatchIterator found = exported.globalMatch(QString::fromUtf8(types.readAll()));
+    QVERIFY(found.hasNext());
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        QTest::newRow(qPrintable(match.captured(1))) << match.captured(1) << match.captured(2).toInt();
+    }
+}
+
+void QmlModuleTest::elements()
+{
+    QFETCH(const QString, name);
+    QFETCH(const int, minor);
+    const auto make = [this, name](int version) {
+        QQmlComponent component(&engine);
+        component.setData(QStringLiteral("import QzAudio.Simulator 1.%1\n%2 {}\n").arg(version).arg(name).toUtf8(), QUrl());
+        return component.create();
+    };
+    const QScopedPointer<QObject> object(make(minor));
+    QVERIFY(object);
+    const QScopedPointer<QObject> earlier(make(minor - 1));
+    QVERIFY(!earlier);
+
+    // All that it has of its own stands in its chapter of the manual; change signals do together.
+    const QString manual = manualText();
+    const int begin = manual.indexOf(QStringLiteral("\n### `%1`").arg(name));
+    QVERIFY(begin >= 0);
+    const QString chapter = manual.mid(begin, manual.indexOf(QStringLiteral("\n##"), begin + 1) - begin);
+    const QMetaObject &type = *object->metaObject();
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i)
+        QVERIFY2(chapter.contains(QStringLiteral("`%1`").arg(QLatin1String(type.property(i).name()))), type.property(i).name());
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        if (method.methodType() != QMetaMethod::Signal)
+            QVERIFY2(chapter.contains(QStringLiteral("`%1(").arg(QLatin1String(method.name()))), method.name().constData());
+    }
+    QCOMPARE(Platform::instance()->journal()->count(), 0);
+}
+
+void QmlModuleTest::platformOfLaterVersion()
+{
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\nimport QzAudio.Simulator 1.1\nQtObject { property int gain: Platform.live.duckingGain() }", QUrl());
+    const QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(object->property("gain").toInt(), Platform::instance()->chip()->duckingGain());
+}
+
+void QmlModuleTest::responseCurve()
+{
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\n"
+                      "import QzAudio.Simulator 1.1\n"
+                      "QtObject {\n"
+                      "    property real gain: 6\n"
+                      "    property ResponseCurve curve: ResponseCurve {\n"
+                      "        pointCount: 5\n"
+                      "        bands: [{ frequency: 1000, q: 2, gain: gain }]\n"
+                      "    }\n"
+                      "    property real highest: curve.highestLevel\n"
+                      "    property var ends: [curve.points[0].x, curve.points[4].x]\n"
+                      "    property int count: curve.points.length\n"
+                      "    property string refused\n"
+                      "    property var named: []\n"
+                      "    function work() {\n"
+                      "        try { curve.load('present3') } catch (error) { refused = error.name + ': ' + error.message }\n"
+                      "        curve.names().forEach(name => { curve.load(name); named.push(curve.bands.length) })\n"
+                      "    }\n"
+                      "}\n",
+                      QUrl());
+    const QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(object->property("highest").toDouble(), 6.0);
+    QCOMPARE(object->property("ends").value<QJSValue>().toVariant().toList(), QVariantList({0, 1}));
+    QCOMPARE(object->property("count").toInt(), 5);
+    object->setProperty("gain", -4.5);
+    QVERIFY(std::abs(object->property("highest").toDouble()) < 0.1);
+    QVERIFY(QMetaObject::invokeMethod(object.data(), "work"));
+    QCOMPARE(object->property("refused").toString(), QStringLiteral("RangeError: there is no curve \"present3\"; the nearest is \"preset3\""));
+    QCOMPARE(object->property("named").value<QJSValue>().toVariant().toList(), QVariantList({16, 16, 16, 16, 16, 16, 16, 8, 8, 8, 8, 8, 8, 8}));
+}
+
+void QmlModuleTest::refusedBands()
+{
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\n"
+                      "import QzAudio.Simulator 1.1\n"
+                      "ResponseCurve {\n"
+                      "    function work() {\n"
+                      "        bands = [{ frequency: 80, q: 1, gain: 3 }]\n"
+                      "        bands = [{ frequency: 80, q: 1, gain: 6 }, { frequency: 100, q: 1 }]\n"
+                      "        pointCount = 1\n"
+                      "    }\n"
+                      "}\n",
+                      QUrl());
+    const QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("bands are objects \\{frequency, q, gain\\} of numbers; number 1 is none$")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("pointCount must be from 2 to 2000, not 1$")));
+    QVERIFY(QMetaObject::invokeMethod(object.data(), "work"));
+    QCOMPARE(object->property("bands").toList().size(), 1);
+    QCOMPARE(object->property("highestLevel").toDouble(), 3.0);
+    QCOMPARE(object->property("pointCount").toInt(), 241);
 }
 
 void QmlModuleTest::unsavedSettings()

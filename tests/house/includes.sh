@@ -11,7 +11,7 @@ checked=0
 
 # Where each header of the project stands; some names stand in several folders.
 declare -A folders_of
-for header in {include/qzaudio,platform,src,simulator,qml,service,bench,tests,benchmarks}/**/*.h; do
+for header in {include/qzaudio,platform,src,simulator,qml,service,bench,window,tests,benchmarks}/**/*.h; do
     [[ $header != src/settingsfile/* ]] || continue # a header for all
     folders_of[${header##*/}]+=" ${header%%/*}"
 done
@@ -45,6 +45,7 @@ includes_of()
 
 for file in src/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in service/**/*.{h,cpp}; do check "$file" include; done
+for file in window/**/*.{h,cpp}; do check "$file" '@(bench|qml|simulator|include)'; done
 for file in bench/**/*.{h,cpp}; do check "$file" '@(qml|simulator|include)'; done
 
 # Of the library the simulator knows the records only that the platform's declarations mention.
@@ -56,18 +57,30 @@ for file in simulator/**/*.{h,cpp}; do
 done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
+simulator_module=(
+    equalizercurves equalizerresponse focusinspector focusstack journalmodel nearestname platformarguments qmlplatform responsecurve
+    simulatorplugin simulatortypes situations
+)
+of_simulator_module()
+{
+    local name
+    for name in "${simulator_module[@]}"; do
+        [[ ${1%.*} != "$name" ]] || return 0
+    done
+    return 1
+}
 for file in qml/**/*.{h,cpp}; do
-    case ${file#qml/} in
-    nearestname.* | platformarguments.* | qmlplatform.* | simulatorplugin.*) check "$file" '@(simulator|include)' ;;
-    *)
-        check "$file" include
-        for target in $(includes_of "$file"); do
-            case $target in
-            nearestname.h | platformarguments.h | qmlplatform.h | simulatorplugin.h) complain "$file" "$target" ;;
-            esac
-        done
-        ;;
-    esac
+    if of_simulator_module "${file#qml/}"; then
+        check "$file" '@(simulator|include)'
+        continue
+    fi
+    check "$file" include
+    for target in $(includes_of "$file"); do
+        ! of_simulator_module "$target" || complain "$file" "$target"
+    done
+done
+for name in "${simulator_module[@]}"; do
+    [[ -e qml/$name.h ]] || { echo "there is no qml/$name.h" && failed=1; }
 done
 
 # What is installed includes what is installed, Qt and the standard library; the platform's headers know the records only.

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void takesOver();
     void stopsEndlessLoop();
     void slowPlatform();
+    void focusStack();
     void losesNothingWithFullDisk();
     void recovers();
     void damagedRecording();
@@ -287,6 +288,22 @@ void DeskTest::slowPlatform()
     m_desk->goTo(then);
     QTRY_VERIFY(!m_desk->isReplaying());
     QTRY_COMPARE(m_desk->now(), then);
+}
+
+void DeskTest::focusStack()
+{
+    m_desk->perform(QStringLiteral("var music = new AudioFocus({clientId: \"music\", durationHint: AudioFocus.Gain});"));
+    m_desk->perform(QStringLiteral("var prompt = new AudioFocus({clientId: \"navigation\", durationHint: AudioFocus.GainTransientMayDuck});"));
+    m_desk->perform(QStringLiteral("music.request();"));
+    m_desk->perform(QStringLiteral("prompt.request();"));
+    QTRY_COMPARE(value("focus", "stack").toList().size(), 2);
+    const QVariantMap bottom = value("focus", "stack").toList().first().toMap();
+    QCOMPARE(bottom.value(QStringLiteral("clientId")).toString(), QStringLiteral("music"));
+    QCOMPARE(bottom.value(QStringLiteral("loss")).toInt(), -3);
+    const QVariantMap client = value("focus", "clients").toList().first().toMap();
+    QCOMPARE(client.value(QStringLiteral("variable")).toString(), QStringLiteral("music"));
+    QCOMPARE(client.value(QStringLiteral("changes")).toList(), QVariantList({-3}));
+    QVERIFY(!client.value(QStringLiteral("held")).toBool());
 }
 
 void DeskTest::losesNothingWithFullDisk()

@@ -1,19 +1,21 @@
 #include "carsnapshot.h"
 
 #include "audiopolicyinspector.h"
+#include "equalizercurves.h"
 #include "explain/policyrules.h"
+#include "focusinspector.h"
 #include "heard.h"
 #include "policytext.h"
 #include "qmlaudiofocus.h"
 #include "scenarioengine.h"
 #include "settingsfile.h"
-#include "sound/equalizercurves.h"
 #include "timelineevent.h"
 
 #include "platform.h"
 #include "virtualclock.h"
 
 #include <qzaudio/audiocontrol.h>
+#include <qzaudio/audiomanager.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
@@ -256,7 +258,17 @@ QVariantMap CarSnapshot::focus() const
             {QStringLiteral("variable"), each.variable},
         });
     }
-    return {{QStringLiteral("clients"), clients}};
+    QVariantList stack;
+    const FocusInspector::Stack entries = FocusInspector::stackOf(*AudioManager::instance());
+    for (const FocusRequester &entry : entries) {
+        stack.append(QVariantMap{
+            {QStringLiteral("clientId"), entry.clientId},
+            {QStringLiteral("streamType"), entry.streamType},
+            {QStringLiteral("hint"), entry.durationHint},
+            {QStringLiteral("loss"), entry.focusLossReceived},
+        });
+    }
+    return {{QStringLiteral("clients"), clients}, {QStringLiteral("stack"), stack}};
 }
 
 QVariantMap CarSnapshot::platform() const

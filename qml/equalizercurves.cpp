@@ -94,6 +94,11 @@ double qOfNearest(double frequency)
 
 } // namespace
 
+double loudnessLevel(double frequency)
+{
+    return EqualizerResponse::level(EqualizerResponse::Shelf::Low, {loudnessFrequency, loudnessQ, loudnessRise}, frequency);
+}
+
 Bands ofGains(const Gains &gains)
 {
     Bands bands;

@@ -37,6 +37,10 @@ constexpr int customPreset = 7;
 // The chip's loudness says 800 and nothing more: it is taken for a shelf, at any volume.
 constexpr double loudnessRise = 12; ///< dB, of all far below
 constexpr double loudnessFrequency = 100; ///< Hz, where half of it is left
+constexpr double loudnessQ = 0.707;
+
+/// What loudness adds at a frequency in Hz, in dB.
+double loudnessLevel(double frequency);
 
 using Gains = std::array<double, bandCount>; ///< dB, as setEqGain() takes them
 

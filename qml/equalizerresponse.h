@@ -3,6 +3,8 @@
 
 #include <QtCore/QVector>
 
+#include <functional>
+
 /**
  * What bands of an equalizer do to a sound, in dB by frequency.
  *
@@ -49,6 +51,8 @@ struct Point
 
 /// The highest point of all bands together, from 20 Hz to 20 kHz: a signal needs so much headroom where it is above 0 dB.
 Point highestPoint(const Bands &bands);
+/// The same of any level by frequency, in which the bands may make narrow peaks.
+Point highestPoint(const Bands &bands, const std::function<double(double)> &level);
 
 /// Frequencies from 20 Hz to 20 kHz, both among them, each the same ratio above the one before. At least two.
 QVector<double> spacedFrequencies(int count);

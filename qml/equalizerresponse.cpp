@@ -40,7 +40,7 @@ Squares squaresOf(const Band &band, double frequency)
 }
 
 /// Where between two frequencies the level is highest, if it has one highest point there.
-Point highestBetween(const Bands &bands, double low, double high)
+Point highestBetween(const std::function<double(double)> &level, double low, double high)
 {
     constexpr int steps = 60; // each leaves 0.62 of the interval
     const double ratio = (std::sqrt(5.0) - 1) / 2;
@@ -49,13 +49,13 @@ Point highestBetween(const Bands &bands, double low, double high)
     for (int step = 0; step < steps; ++step) {
         const double left = end - ratio * (end - begin);
         const double right = begin + ratio * (end - begin);
-        if (level(bands, std::exp(left)) < level(bands, std::exp(right)))
+        if (level(std::exp(left)) < level(std::exp(right)))
             begin = left;
         else
             end = right;
     }
     const double found = std::clamp(std::exp((begin + end) / 2), low, high);
-    return {found, level(bands, found)};
+    return {found, level(found)};
 }
 
 } // namespace
@@ -95,6 +95,11 @@ double level(Shelf shelf, const Band &band, double frequency)
 
 Point highestPoint(const Bands &bands)
 {
+    return highestPoint(bands, [&bands](double frequency) { return level(bands, frequency); });
+}
+
+Point highestPoint(const Bands &bands, const std::function<double(double)> &level)
+{
     // Narrow bands could stand between the points of a grid: their centres are points of it, too.
     constexpr int gridSize = 400;
     QVector<double> grid = spacedFrequencies(gridSize);
@@ -104,16 +109,16 @@ Point highestPoint(const Bands &bands)
     }
     std::sort(grid.begin(), grid.end());
     int highest = 0;
-    double highestLevel = level(bands, grid.first());
+    double highestLevel = level(grid.first());
     for (int place = 1; place < grid.size(); ++place) {
-        const double levelHere = level(bands, grid.at(place));
+        const double levelHere = level(grid.at(place));
         if (levelHere > highestLevel) {
             highest = place;
             highestLevel = levelHere;
         }
     }
     const Point onGrid = {grid.at(highest), highestLevel};
-    const Point between = highestBetween(bands, grid.at(std::max(highest - 1, 0)), grid.at(std::min(highest + 1, grid.size() - 1)));
+    const Point between = highestBetween(level, grid.at(std::max(highest - 1, 0)), grid.at(std::min(highest + 1, grid.size() - 1)));
     return between.level > onGrid.level ? between : onGrid;
 }
 
