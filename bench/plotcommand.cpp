@@ -3,8 +3,10 @@
 #include "console.h"
 #include "equalizercurves.h"
 #include "exitstatus.h"
+#include "jsonview.h"
 #include "plot/drivelog.h"
 #include "plot/fadeplot.h"
+#include "plot/figurejson.h"
 #include "plot/picturefile.h"
 #include "plot/plotcurves.h"
 #include "plot/policyplot.h"
@@ -32,6 +34,9 @@ QStringList subjects()
 {
     return {equalizer, fade, timeline, policy};
 }
+
+/// Of a drive: programs can show a part of it at a time.
+constexpr int mostChangesForPrograms = 50000;
 
 /// Which subject an option belongs to; what is not here goes with all of them.
 struct OptionOf
@@ -112,6 +117,7 @@ QVector<Command::Option> PlotCommand::options() const
          QStringLiteral("FILE"),
          QStringLiteral("draw into this file, .svg or .png, instead of on the terminal; - is SVG on the standard output"),
          QLatin1Char('o')},
+        {QStringLiteral("json"), {}, QStringLiteral("for programs: what would be drawn, as one JSON object")},
         {QStringLiteral("gains"),
          QStringLiteral("LIST"),
          QStringLiteral("equalizer: the curve of sixteen gains in dB, with commas; may be given several times")},
@@ -204,6 +210,9 @@ int PlotCommand::run(const QCommandLineParser &parsed)
                            : color == QLatin1String("never") ? Console::Colors::Never
                                                              : Console::Colors::Auto);
     const QString file = parsed.value(QStringLiteral("output"));
+    const bool isJson = parsed.isSet(QStringLiteral("json"));
+    if (isJson && parsed.isSet(QStringLiteral("output")))
+        return complain(QStringLiteral("--json and --output do not go together"));
     if (parsed.isSet(QStringLiteral("output"))) {
         const QString problem = PictureFile::problemOfName(file);
         if (!problem.isEmpty())
@@ -214,6 +223,10 @@ int PlotCommand::run(const QCommandLineParser &parsed)
     const Drawn drawn = drawSubject(parsed.positionalArguments().mid(1), parsed);
     if (!drawn.figure)
         return drawn.status;
+    if (isJson) {
+        Console::out(QString::fromUtf8(JsonView::line(FigureJson::of(*drawn.figure))));
+        return drawn.status;
+    }
     if (file.isEmpty()) {
         Console::out(TerminalPlot(Console::width(), TerminalPlot::charactersOfLocale()).draw(*drawn.figure));
         return drawn.status;
@@ -309,6 +322,8 @@ PlotCommand::Drawn PlotCommand::drawTimeline(const QString &word, const QCommand
             return wrong(QStringLiteral("--squeeze is a number of seconds, 5s, not %1").arg(Console::printable(parsed.value(QStringLiteral("squeeze")))));
         settings.longestStill = *duration;
     }
+    if (parsed.isSet(QStringLiteral("json")))
+        settings.mostChanges = mostChangesForPrograms;
     DriveLog drive;
     const int opened = drive.open(word);
     if (opened != Success)

@@ -92,12 +92,16 @@ qzaudio_package(development libqzaudio-dev libdevel
 libqzaudio.so.${PROJECT_VERSION_MAJOR}."
     "${library}, qtbase5-dev (>= 5.15)"
 )
-install(FILES packaging/libqzaudio-dev.lintian-overrides
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
-    RENAME libqzaudio-dev
-    COMPONENT development
-    EXCLUDE_FROM_ALL
-)
+# qzaudio_lintian_overrides(COMPONENT NAME): what lintian complains of and is meant
+function(qzaudio_lintian_overrides component name)
+    install(FILES packaging/${name}.lintian-overrides
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+        RENAME ${name}
+        COMPONENT ${component}
+        EXCLUDE_FROM_ALL
+    )
+endfunction()
+qzaudio_lintian_overrides(development libqzaudio-dev)
 qzaudio_package(simulator libqzaudio-simulator${PROJECT_VERSION_MAJOR} libs
     "audio library of a car's head unit - simulated platform"
     "Stands in for the platform's audio-setting library on a desk. Nothing
@@ -131,6 +135,9 @@ microphone of a simulated car, with a clock that goes back, and recordings that
 qzaudio-bench plays."
     "${runtime}, ${core}, ${bus}${qml}, ${window}, qzaudio-tools ${same}, ${library}${simulator}"
 )
+if(TARGET qzaudio-desk)
+    qzaudio_lintian_overrides(desk qzaudio-desk)
+endif()
 set(CPACK_DEBIAN_DESK_PACKAGE_RECOMMENDS "libqt5multimedia5-plugins, ffmpeg, espeak-ng") # listening
 set(CPACK_DEBIAN_DESK_PACKAGE_SUGGESTS "libqzaudio-doc")
 qzaudio_package(documentation libqzaudio-doc doc

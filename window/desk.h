@@ -58,7 +58,7 @@ public:
     QString leftBehind() const;
 
     /// The car as it was last told to be: one map for each room, see docs/window.md. Empty until the car has answered once.
-    QVariantMap snapshot() const;
+    Q_INVOKABLE QVariantMap snapshot() const;
     /// Everything that happened since the car's start, in order: maps of {time, kind, text, result, cause, calls}.
     QVariantList happenings() const;
     /// Rows of the platform's journal since the car's start: maps of {time, object, operation, call, cause, note, refused}.

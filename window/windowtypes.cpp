@@ -2,6 +2,12 @@
 
 #include "carmodel.h"
 #include "desk.h"
+#include "drivemodel.h"
+#include "focusmodel.h"
+#include "microphonemodel.h"
+#include "platformmodel.h"
+#include "settingsmodel.h"
+#include "timelinemodel.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
 #include "windowsettings.h"
@@ -33,4 +39,15 @@ void registerWindowTypes(Desk &desk)
     qmlRegisterType<CarModel>(module, 1, 0, "CarModel");
     qmlRegisterType<ToneModel>(module, 1, 0, "ToneModel");
     qmlRegisterType<ResponseCurve>(module, 1, 0, "ResponseCurve");
+    qmlRegisterType<DriveModel>(module, 1, 0, "DriveModel");
+    qmlRegisterType<FocusModel>(module, 1, 0, "FocusModel");
+    qmlRegisterType<MicrophoneModel>(module, 1, 0, "MicrophoneModel");
+    qmlRegisterType<PlatformModel>(module, 1, 0, "PlatformModel");
+    qmlRegisterType<SettingsModel>(module, 1, 0, "SettingsModel");
+    // Models of theirs.
+    qmlRegisterAnonymousType<JournalModel>(module, 1);
+    qmlRegisterAnonymousType<RowListModel>(module, 1);
+    qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
+    qmlRegisterAnonymousType<SpanList>(module, 1);
+    qmlRegisterAnonymousType<WhyQuestion>(module, 1);
 }

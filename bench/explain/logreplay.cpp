@@ -1,14 +1,34 @@
 #include "logreplay.h"
 
 #include "interruption.h"
+#include "logfile.h"
 #include "requesttext.h"
 #include "scenariorun.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 
 using LogLines::Id;
+
+namespace
+{
+
+/// ms of the scenario at which the log begins.
+qint64 beginningIn(QIODevice &told)
+{
+    while (!told.atEnd()) {
+        const QJsonObject event = QJsonDocument::fromJson(told.readLine()).object();
+        if (event.value(QLatin1String("text")) == ScenarioWriter::beginning())
+            return qint64(event.value(QLatin1String("time")).toDouble());
+    }
+    return 0;
+}
+
+} // namespace
 
 LogReplay::LogReplay(const QString &log, const std::optional<StoredSettings> &stored)
     : m_log(log)
@@ -34,7 +54,7 @@ void LogReplay::request(const LoggedRequest &request)
     if (m_parts == 0)
         m_sum.beginsInTheMiddle = request.first().id() != Id::ManagerStarts;
     if (!m_writer || isOther)
-        beginPart();
+        beginPart(request.time());
     if (isKnown)
         m_process = request.process;
     m_hasOtherThread = isOfOtherThread(request) || m_hasOtherThread;
@@ -63,9 +83,10 @@ QString LogReplay::partFile(int part, const char *ending) const
     return m_folder.filePath(QStringLiteral("%1.%2").arg(part).arg(QLatin1String(ending)));
 }
 
-void LogReplay::beginPart()
+void LogReplay::beginPart(qint64 time)
 {
     endPart();
+    m_begins.append(time);
     m_script.setFileName(partFile(m_parts, "js"));
     m_calls.setFileName(partFile(m_parts, "calls"));
     for (QFile *const file : {&m_script, &m_calls}) {
@@ -118,41 +139,76 @@ LogReplay::Outcome LogReplay::play()
     endPart();
     Outcome outcome = m_sum;
     outcome.problem = m_problem;
+    LogFile kept(m_keptLog);
+    if (!m_keptLog.isEmpty() && outcome.problem.isEmpty())
+        outcome.problem = kept.open();
     for (int part = 0; part < m_parts && outcome.problem.isEmpty(); ++part) {
-        if (!playPart(part, outcome))
+        if (!playPart(part, kept, outcome))
             break;
     }
+    const QString problem = kept.close();
+    if (outcome.problem.isEmpty())
+        outcome.problem = problem;
     return outcome;
 }
 
 /// False where nothing is to be played after it.
-bool LogReplay::playPart(int part, Outcome &outcome) const
+bool LogReplay::playPart(int part, LogFile &kept, Outcome &outcome) const
 {
     QFile told(partFile(part, "json"));
     if (!told.open(QIODevice::ReadWrite)) {
         outcome.problem = told.errorString();
         return false;
     }
+    const bool isKept = !m_keptLog.isEmpty();
     Interruption interruption;
-    const QStringList options{QStringLiteral("--json"), QStringLiteral("--timeout"), QStringLiteral("0"), QStringLiteral("--memory"), QStringLiteral("0")};
+    QStringList options{QStringLiteral("--json"), QStringLiteral("--timeout"), QStringLiteral("0"), QStringLiteral("--memory"), QStringLiteral("0")};
+    if (isKept)
+        options += {QStringLiteral("--log-to"), partFile(part, "log")};
     ScenarioRun run({options, m_folder.filePath(QStringLiteral("flash")), 0, false, told.handle()}, interruption);
     const ScenarioRun::Outcome played = run.play(partFile(part, "js"), {});
     outcome.problem = played.problem;
-    if (played.isInterrupted || !played.problem.isEmpty())
+    if (outcome.problem.isEmpty() && isKept)
+        outcome.problem = keepPart(part, told, kept);
+    if (played.isInterrupted || !outcome.problem.isEmpty())
         return false;
+    if (!outcome.difference)
+        comparePart(part, told, outcome);
+    if (!played.result.error.isEmpty() && !outcome.difference)
+        outcome.problem = QStringLiteral("the replay ended early: %1").arg(played.result.error);
+    return outcome.problem.isEmpty() && (isKept || !outcome.difference);
+}
 
+void LogReplay::comparePart(int part, QIODevice &told, Outcome &outcome) const
+{
     QFile calls(partFile(part, "calls"));
     told.seek(0);
     if (!calls.open(QIODevice::ReadOnly)) {
         outcome.problem = calls.errorString();
-        return false;
+        return;
     }
     ReplayComparison comparison(calls, told);
     outcome.difference = comparison.find();
     if (outcome.difference)
         outcome.difference->number += outcome.compared;
     outcome.compared += comparison.count();
-    if (!played.result.error.isEmpty() && !outcome.difference)
-        outcome.problem = QStringLiteral("the replay ended early: %1").arg(played.result.error);
-    return !outcome.difference && outcome.problem.isEmpty();
+}
+
+/// @return what is the matter; empty for nothing
+QString LogReplay::keepPart(int part, QIODevice &told, LogFile &kept) const
+{
+    QFile log(partFile(part, "log"));
+    if (!log.open(QIODevice::ReadOnly))
+        return log.errorString();
+    told.seek(0);
+    const qint64 beginning = beginningIn(told);
+    static const QRegularExpression form(QStringLiteral(R"(^\[ *(\d+\.\d+)\] (.*)\n$)"));
+    while (!log.atEnd()) {
+        const QRegularExpressionMatch line = form.match(QString::fromUtf8(log.readLine()));
+        constexpr double millisecondsPerSecond = 1000;
+        const qint64 time = qRound64(line.captured(1).toDouble() * millisecondsPerSecond) - beginning;
+        if (line.hasMatch())
+            kept.add(std::max(m_begins.at(part), time), line.captured(2));
+    }
+    return {};
 }

@@ -9,9 +9,12 @@
 #include <QtCore/QFile>
 #include <QtCore/QString>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QVector>
 
 #include <memory>
 #include <optional>
+
+class LogFile;
 
 /**
  * Plays a log's requests on the simulated unit and compares the platform calls that they cause with those of the log.
@@ -31,6 +34,14 @@ public:
     void heading(qint64 /*time*/, quint64 /*line*/, const QString & /*text*/) override { }
     void reboot() override;
 
+    /**
+     * Play all of it, also behind a difference, and keep the library's log of that, at the times of the log that is replayed. What leads to
+     * where that begins stands at its beginning.
+     *
+     * @param file replaces what was there
+     */
+    void keepLog(const QString &file) { m_keptLog = file; }
+
     struct Outcome
     {
         std::optional<ReplayDifference> difference;
@@ -48,16 +59,20 @@ public:
 private:
     Q_DISABLE_COPY(LogReplay)
 
-    void beginPart();
+    void beginPart(qint64 time);
     void endPart();
     void addCalls(const LoggedRequest &request);
     bool isOfOtherThread(const LoggedRequest &request);
     QString partFile(int part, const char *ending) const;
-    bool playPart(int part, Outcome &outcome) const;
+    bool playPart(int part, LogFile &kept, Outcome &outcome) const;
+    void comparePart(int part, QIODevice &told, Outcome &outcome) const;
+    QString keepPart(int part, QIODevice &told, LogFile &kept) const;
 
     QString m_log;
     std::optional<StoredSettings> m_stored;
     QTemporaryDir m_folder;
+    QString m_keptLog; // empty for none
+    QVector<qint64> m_begins; // of each part, ms of the log's timeline
     int m_parts = 0;
     std::unique_ptr<ScenarioWriter> m_writer; // of the last part
     QFile m_script;

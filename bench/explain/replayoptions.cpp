@@ -26,6 +26,12 @@ int fail(const QString &file, const QString &problem)
     return UsageError;
 }
 
+bool isSameFile(const QString &one, const QString &other)
+{
+    const QString written = QFileInfo(one).canonicalFilePath();
+    return !written.isEmpty() && written == QFileInfo(other).canonicalFilePath();
+}
+
 QString countText(quint64 count, const char *one, const char *many)
 {
     return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
@@ -69,6 +75,8 @@ ReplayOptions::ReplayOptions(const QCommandLineParser &parsed)
     : m_isReplayed(parsed.isSet(QStringLiteral("replay")))
     , m_writesScenario(parsed.isSet(QStringLiteral("scenario")))
     , m_scenario(parsed.value(QStringLiteral("scenario")))
+    , m_keepsLog(parsed.isSet(QStringLiteral("log-to")))
+    , m_keptLog(parsed.value(QStringLiteral("log-to")))
 {
 }
 
@@ -79,6 +87,7 @@ QVector<Command::Option> ReplayOptions::rows()
          QStringLiteral("FILE"),
          QStringLiteral("write a scenario that makes the same requests at the same times; - is the standard output")},
         {QStringLiteral("replay"), {}, QStringLiteral("play that at once, and tell the first platform call that is another one than in the log")},
+        {QStringLiteral("log-to"), QStringLiteral("FILE"), QStringLiteral("with --replay: keep the log of what was played, at this log's times, in this file")},
     };
 }
 
@@ -86,6 +95,10 @@ QString ReplayOptions::problem(const QCommandLineParser &parsed) const
 {
     if (m_isReplayed && m_writesScenario)
         return QStringLiteral("--scenario and --replay do not go together");
+    if (m_keepsLog && !m_isReplayed)
+        return QStringLiteral("--log-to goes with --replay");
+    if (m_keepsLog && m_keptLog.isEmpty())
+        return QStringLiteral("--log-to needs a name");
     if (m_writesScenario && m_scenario.isEmpty())
         return QStringLiteral("--scenario needs a name");
     if (!isWanted())
@@ -105,8 +118,7 @@ int ReplayOptions::run(LogFrames &frames, const QString &log, const SettingsRead
 
 int ReplayOptions::writeScenario(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored) const
 {
-    const QString written = QFileInfo(m_scenario).canonicalFilePath();
-    if (!written.isEmpty() && written == QFileInfo(log).canonicalFilePath())
+    if (isSameFile(m_scenario, log))
         return fail(m_scenario, QStringLiteral("this is the log itself"));
     LogReading reading(frames, log);
     if (!reading.open())
@@ -134,12 +146,16 @@ int ReplayOptions::writeScenario(LogFrames &frames, const QString &log, const st
     return status;
 }
 
-int ReplayOptions::replay(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored)
+int ReplayOptions::replay(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored) const
 {
+    if (m_keepsLog && isSameFile(m_keptLog, log))
+        return fail(m_keptLog, QStringLiteral("this is the log itself"));
     LogReading reading(frames, log);
     if (!reading.open())
         return UsageError;
     LogReplay listener(log, stored);
+    if (m_keepsLog)
+        listener.keepLog(m_keptLog);
     reading.read(listener);
     const int status = reading.status();
     if (!reading.hasToldAnything())

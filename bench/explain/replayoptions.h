@@ -32,11 +32,13 @@ public:
 
 private:
     int writeScenario(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored) const;
-    static int replay(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored);
+    int replay(LogFrames &frames, const QString &log, const std::optional<StoredSettings> &stored) const;
 
     bool m_isReplayed;
     bool m_writesScenario;
     QString m_scenario;
+    bool m_keepsLog;
+    QString m_keptLog;
 };
 
 #endif

@@ -62,6 +62,7 @@ struct Figure
     {
         QStringList legend;
         QVector<Chart> charts;
+        QStringList sources = {}; ///< the platform's name of each in the legend, where it is one of its sources
     };
 
     struct Span
@@ -75,6 +76,7 @@ struct Figure
     {
         QString name;
         QVector<Span> spans;
+        QString atEnd = {}; ///< what holds where they end; empty for nothing
     };
 
     /// What held when.

@@ -72,7 +72,7 @@ std::optional<qint64> TimelinePlot::shownTime(qint64 time)
     const auto limit = [this](const std::optional<LogLimit> &given) { return given ? given->in(m_clock) : std::nullopt; };
     const auto from = limit(m_settings.wanted.from);
     const auto to = limit(m_settings.wanted.to);
-    if (m_changes > mostChanges)
+    if (m_changes > m_settings.mostChanges)
         return {};
     m_begin = from.value_or(0);
     m_end = std::max({m_end, std::min(time, to.value_or(time)), m_begin});
@@ -294,6 +294,7 @@ Figure::Charts TimelinePlot::levels(const Figure::Axis &axis) const
         const QString track = key.first == QLatin1String("main") ? QString() : QStringLiteral(" (track %1)").arg(key.first);
         Figure::Series series{charts.legend.size(), {}, true};
         charts.legend.append(Console::printable(sourceText(key.second)) + track);
+        charts.sources.append(key.second);
         const auto levels = m_levels.value(key);
         for (const Level &level : levels) {
             series.points.append({placeOf(level.time), level.level});
@@ -317,7 +318,7 @@ Figure::Lanes TimelinePlot::lanes(const Figure::Axis &axis) const
     if (!m_headings.isEmpty())
         drawn.lanes.append(parts());
     for (int lane = 0; lane < laneCount; ++lane) {
-        Figure::Lane one{QLatin1String(laneNames[lane]), {}};
+        Figure::Lane one{QLatin1String(laneNames[lane]), {}, Console::printable(m_states[lane].label)};
         for (const Figure::Span &span : m_spans[lane])
             one.spans.append({placeOf(qint64(span.from)), placeOf(qint64(span.to)), Console::printable(span.label)});
         drawn.lanes.append(one);
@@ -363,8 +364,8 @@ Figure TimelinePlot::finish()
     if (!axis.breaks.isEmpty())
         figure.remarks.append(QStringLiteral("Time is not to scale at the breaks: of %1 s or more in which nothing changes that much is drawn.")
                                   .arg(double(m_settings.longestStill) / millisecondsPerSecond));
-    if (m_changes > mostChanges)
-        figure.remarks.append(QStringLiteral("The drive goes on: a picture holds %1 changes. --from and --to choose others.").arg(mostChanges));
+    if (m_changes > m_settings.mostChanges)
+        figure.remarks.append(QStringLiteral("The drive goes on: a picture holds %1 changes. --from and --to choose others.").arg(m_settings.mostChanges));
     if (m_hasMoreSources)
         figure.remarks.append(QStringLiteral("More sources were heard: a picture holds %1.").arg(mostSources));
     return figure;

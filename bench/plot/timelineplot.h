@@ -22,12 +22,16 @@
 class TimelinePlot : public LogStoryListener
 {
 public:
+    /// Changes that a picture can hold.
+    static constexpr int mostChanges = 5000;
+
     struct Settings
     {
         QString title;
         LogFilter::Wanted wanted; ///< of which only the limits count
         QVector<DriveHeading> headings; ///< of its parts; where there are none, what the log's reader says of them
         qint64 longestStill = 5000; ///< ms in which nothing changes that are drawn to scale: more is left out; 0 for all
+        int mostChanges = TimelinePlot::mostChanges; ///< what comes after them is left out, and the picture says so
     };
 
     /// @param clock outlives this
@@ -42,8 +46,6 @@ public:
     /// The log has ended.
     Figure finish();
 
-    /// Changes that a picture can hold; what comes after them is left out, and the picture says so.
-    static constexpr int mostChanges = 5000;
     /// Headings that a picture lists.
     static constexpr int mostHeadings = 30;
     /// Sources of which a picture can hold the levels.

@@ -1,6 +1,9 @@
 #include "benchprocess.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QXmlStreamReader>
@@ -38,6 +41,9 @@ private Q_SLOTS:
     void pngIsMade();
     void aMissingConverterIsNamed();
     void aFullDiskIsNoSuccess();
+    void programsGetTheFigure_data();
+    void programsGetTheFigure();
+    void programsGetADrive();
     void aFailedScenarioIsDrawn();
     void aScenariosCurveIsTheRecord();
     void logsAreDrawn();
@@ -120,6 +126,8 @@ void BenchPlotTest::mistakesAreSaid_data()
                                              << "ends in .svg or .png" << 2;
     QTest::newRow("a folder that there is not") << "policy -o none/picture.svg"
                                                 << "none/picture.svg: No such file" << 2;
+    QTest::newRow("a picture for programs and people") << "policy --json -o picture.svg"
+                                                       << "--json and --output do not go together" << 2;
     QTest::newRow("another subject's option") << "policy --fade 3"
                                               << "--fade goes with fade, not with policy" << 2;
     QTest::newRow("beyond the range") << "fade --fade 16"
@@ -239,6 +247,64 @@ void BenchPlotTest::aFullDiskIsNoSuccess()
     const BenchProcess bench = plot("policy -o full.svg");
     QCOMPARE(bench.exitCode, 2);
     QVERIFY2(bench.errors.contains(QStringLiteral("full.svg: No space left on device")), qPrintable(bench.errors));
+}
+
+void BenchPlotTest::programsGetTheFigure_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("kinds");
+    QTest::addColumn<QByteArray>("part");
+    QTest::newRow("equalizer") << "equalizer mode1"
+                               << "charts table" << QByteArray(R"("logarithmic":true)");
+    QTest::newRow("fade") << "fade --fade 4 --balance -9"
+                          << "car maps" << QByteArray(R"("chosen":[24,11])");
+    QTest::newRow("policy") << "policy"
+                            << "graph" << QByteArray(R"("edges":[[0,0],[1,3])");
+}
+
+void BenchPlotTest::programsGetTheFigure()
+{
+    QFETCH(const QString, arguments);
+    QFETCH(const QString, kinds);
+    QFETCH(const QByteArray, part);
+    const BenchProcess bench = plot(qPrintable(arguments + QStringLiteral(" --json")));
+    QCOMPARE(bench.errors, QString());
+    QCOMPARE(bench.exitCode, 0);
+    QCOMPARE(bench.output.count(QLatin1Char('\n')), 1);
+    const QJsonObject figure = QJsonDocument::fromJson(bench.output.toUtf8()).object();
+    QStringList found;
+    const QJsonArray panels = figure.value(QLatin1String("panels")).toArray();
+    for (const QJsonValue &panel : panels)
+        found.append(panel.toObject().value(QLatin1String("kind")).toString());
+    QCOMPARE(found.join(QLatin1Char(' ')), kinds);
+    QVERIFY2(bench.output.toUtf8().contains(part), qPrintable(bench.output));
+    QVERIFY(!figure.value(QLatin1String("title")).toString().isEmpty());
+}
+
+void BenchPlotTest::programsGetADrive()
+{
+    if (!BenchProcess::canSupervise())
+        QSKIP("no process that plays can be started here");
+    const BenchProcess bench = plot("timeline commute --squeeze 0 --json");
+    QCOMPARE(bench.exitCode, 0);
+    const QJsonObject figure = QJsonDocument::fromJson(bench.output.toUtf8()).object();
+    const QJsonArray panels = figure.value(QLatin1String("panels")).toArray();
+    const QJsonObject status = panels.at(0).toObject().value(QLatin1String("lanes")).toArray().at(1).toObject();
+    QCOMPARE(status.value(QLatin1String("name")).toString(), QStringLiteral("status"));
+    const QJsonObject ringing{{QStringLiteral("from"), 189}, {QStringLiteral("to"), 193}, {QStringLiteral("label"), QStringLiteral("BtRing")}};
+    QCOMPARE(status.value(QLatin1String("spans")).toArray().at(1).toObject(), ringing);
+    // What comes in the last moment has no span any more.
+    QCOMPARE(status.value(QLatin1String("spans")).toArray().last().toObject().value(QLatin1String("label")).toString(), QStringLiteral("CarPlayDuck"));
+    QCOMPARE(status.value(QLatin1String("atEnd")).toString(), QStringLiteral("CarPlayRestore"));
+    const QJsonObject charts = panels.at(1).toObject();
+    const QJsonArray names{QStringLiteral("S+FilePlayer"), QStringLiteral("S+BtRingtone"), QStringLiteral("S+BtPcmPhone")};
+    QCOMPARE(charts.value(QLatin1String("sources")).toArray(), names);
+    const QJsonObject ringtone = charts.value(QLatin1String("charts")).toArray().at(0).toObject().value(QLatin1String("series")).toArray().at(1).toObject();
+    QVERIFY(ringtone.value(QLatin1String("stepped")).toBool());
+    const QJsonArray points = ringtone.value(QLatin1String("points")).toArray();
+    QCOMPARE(points.at(0).toArray().at(0).toDouble(), 189.0);
+    // Silence has no number.
+    QCOMPARE(points.at(points.size() - 1).toArray(), QJsonArray({502.5, QJsonValue()}));
 }
 
 void BenchPlotTest::aFailedScenarioIsDrawn()

@@ -85,6 +85,8 @@ private Q_SLOTS:
     void initTestCase();
     void aReplayIsCompared_data();
     void aReplayIsCompared();
+    void aReplaysLogIsKept_data();
+    void aReplaysLogIsKept();
     void anyDriveIsReplayed_data();
     void anyDriveIsReplayed();
     void aScenarioIsWrittenAndPlays();
@@ -251,6 +253,49 @@ void BenchReplayTest::aReplayIsCompared()
     QCOMPARE(bench.exitCode, status);
 }
 
+void BenchReplayTest::aReplaysLogIsKept_data()
+{
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("untold");
+    QTest::newRow("a drive") << m_log << 0 << QString();
+    QTest::newRow("it goes on behind a difference") << play("Platform.failOnce('Volume.setTrackVolume', 7, 45);" + m_commute) << 1 << QString();
+    QTest::newRow("it begins in the middle") << m_log.mid(m_log.lastIndexOf('\n', m_log.indexOf("updateCurrentAudioVolume")) + 1) << 1
+                                             << QStringLiteral("channel");
+    const QStringList flash{QStringLiteral("--flash"), m_folder.filePath(QStringLiteral("kept"))};
+    const QByteArray first = play("Platform.failOnce('Volume.setTrackVolume', 7, 45);" + m_commute, flash);
+    constexpr int oneHour = 3600;
+    QTest::newRow("two processes") << ofProcess(first, 812, 0) + ofProcess(play(m_commute, flash), 813, oneHour) << 1 << QString();
+}
+
+/// What held when is the same as in the log, to the millisecond.
+void BenchReplayTest::aReplaysLogIsKept()
+{
+    QFETCH(const QByteArray, log);
+    QFETCH(const int, status);
+    QFETCH(const QString, untold);
+    const QString unit = write("unit.log", log);
+    const QString kept = write("kept.log", "what was there before");
+    const BenchProcess bench({QStringLiteral("explain"), QStringLiteral("--replay"), QStringLiteral("--log-to"), kept, unit});
+    QCOMPARE(bench.errors, QString());
+    QCOMPARE(bench.exitCode, status);
+    const auto lanesOf = [&untold](const QString &file) {
+        const BenchProcess plot({QStringLiteral("plot"), QStringLiteral("timeline"), QStringLiteral("--squeeze=0"), QStringLiteral("--json"), file});
+        QStringList texts;
+        const QJsonArray panels = QJsonDocument::fromJson(plot.output.toUtf8()).object().value(QLatin1String("panels")).toArray();
+        const QJsonArray lanes = panels.at(0).toObject().value(QLatin1String("lanes")).toArray();
+        for (const QJsonValue &lane : lanes) {
+            const QString name = lane.toObject().value(QLatin1String("name")).toString();
+            if (name != QLatin1String("part") && name != untold)
+                texts.append(QString::fromUtf8(QJsonDocument(lane.toObject()).toJson(QJsonDocument::Compact)));
+        }
+        return texts.join(QLatin1Char('\n'));
+    };
+    const QString lanes = lanesOf(unit);
+    QVERIFY2(lanes.contains(QStringLiteral("CarPlayDuck")), qPrintable(lanes));
+    QVERIFY2(lanesOf(kept) == lanes, qPrintable(lanesOf(kept) + QLatin1Char('\n') + lanes));
+}
+
 void BenchReplayTest::anyDriveIsReplayed_data()
 {
     QTest::addColumn<uint>("seed");
@@ -364,6 +409,11 @@ void BenchReplayTest::mistakesAreSaid_data()
     row({QStringLiteral("--replay"), QStringLiteral("--settings=/no/such.ini"), log}, "there is no file /no/such.ini");
     row({QStringLiteral("--replay"), QStringLiteral("--settings=/"), log}, "/ is a folder, not a settings file");
     row({QStringLiteral("--scenario"), log, log}, "this is the log itself");
+    row({QStringLiteral("--log-to"), write("kept.log", {}), log}, "--log-to goes with --replay");
+    row({QStringLiteral("--replay"), QStringLiteral("--log-to="), log}, "--log-to needs a name");
+    row({QStringLiteral("--replay"), QStringLiteral("--log-to=/no/such.log"), log}, "No such file or directory");
+    QTest::newRow("--replay --log-to the log") << QStringList{QStringLiteral("--replay"), QStringLiteral("--log-to"), log, log}
+                                               << QStringLiteral("this is the log itself");
 }
 
 void BenchReplayTest::mistakesAreSaid()

@@ -214,6 +214,7 @@ void QmlModuleTest::examplesOfManual_data()
     QTest::addColumn<QString>("chapter");
     QTest::addColumn<QString>("uses");
     QTest::newRow("bindings") << QStringLiteral("A function in a binding is called once.") << QStringLiteral("Platform.live.");
+    QTest::newRow("journal model") << QStringLiteral("### `JournalModel`") << QStringLiteral("journal.refusedOnly");
     QTest::newRow("response curve") << QStringLiteral("### `ResponseCurve`") << QStringLiteral("curve.points");
     QTest::newRow("situations") << QStringLiteral("### `Situations`") << QStringLiteral("situations.perform");
     QTest::newRow("focus stack") << QStringLiteral("### `FocusStack`") << QStringLiteral("stack.next");

@@ -69,10 +69,17 @@ Car::~Car()
     m_log.close();
 }
 
-void Car::interrupt()
+void Car::interrupt(quint64 upTo)
 {
-    m_isInterrupted = true;
+    const std::lock_guard<std::mutex> lock(m_interrupting);
+    m_interruptedUpTo = upTo;
     m_scripts.engine().setInterrupted(true);
+}
+
+void Car::allowScript()
+{
+    const std::lock_guard<std::mutex> lock(m_interrupting);
+    m_scripts.engine().setInterrupted(isInterrupted());
 }
 
 void Car::run()
@@ -104,10 +111,11 @@ void Car::setSpeed(double speed)
 
 void Car::takeRequests(std::chrono::milliseconds patience)
 {
-    std::optional<QVariantMap> request = m_requests.take(patience);
-    while (request) {
-        doRequest(*request);
-        request = m_requests.take(0ms);
+    const quint64 outer = m_request;
+    for (std::optional<Mailbox::Request> request = m_requests.take(patience); request; request = m_requests.take(0ms)) {
+        // What comes while a script waits does not make that a younger one.
+        m_request = m_isInLine ? outer : request->number;
+        doRequest(request->content);
     }
 }
 
@@ -135,6 +143,9 @@ void Car::doRequest(const QVariantMap &request)
         m_fastUntil = next < 0 ? (m_upcoming.empty() ? -1 : step) : std::min(next - offset, step);
     } else if (what == QLatin1String("redo")) {
         redo();
+    } else if (what == QLatin1String("takeOver") && !m_isInLine) {
+        // Nothing ran that was to end. Handlers of signals may run later.
+        m_scripts.engine().setInterrupted(false);
     }
     m_isChanged = true;
 }
@@ -148,10 +159,10 @@ void Car::start(const QVariantMap &request)
         m_upcoming.push_back({step.value(QStringLiteral("time")).toLongLong(), text(step, "line")});
     }
     m_isFast = true;
-    for (int done = request.value(QStringLiteral("done")).toInt(); done > 0 && !m_upcoming.empty() && !m_isInterrupted; --done)
+    for (int done = request.value(QStringLiteral("done")).toInt(); done > 0 && !m_upcoming.empty() && !isInterrupted(); --done)
         redo();
     const qint64 time = request.value(QStringLiteral("time")).toLongLong();
-    while (now() < time && !m_isInterrupted) {
+    while (now() < time && !isInterrupted()) {
         VirtualClock::installed()->advance(std::min(time - now(), longestPart));
         publish();
     }
@@ -183,8 +194,7 @@ void Car::redo()
 void Car::perform(const QString &line, bool isExpected)
 {
     static const QRegularExpression variable(QStringLiteral(R"(^\s*(?:var|const|let)\s+(\w+)\s*=\s*new AudioFocus\()"));
-    m_isInterrupted = false;
-    m_scripts.engine().setInterrupted(false);
+    allowScript();
     const qint64 time = now();
     const int clients = m_scripts.host().focusClients().size();
     m_requestsOfLine = 0;
@@ -192,6 +202,7 @@ void Car::perform(const QString &line, bool isExpected)
     m_scripts.host().setProgramLines({line});
     const QJSValue outcome = m_scripts.perform(line);
     m_isInLine = false;
+    m_scripts.engine().setInterrupted(false);
     const QRegularExpressionMatch made = variable.match(line);
     if (made.hasMatch() && m_scripts.host().focusClients().size() > clients)
         m_scripts.host().nameLastClient(made.captured(1));
@@ -207,7 +218,6 @@ void Car::perform(const QString &line, bool isExpected)
             {QStringLiteral("line"), line},
             {QStringLiteral("result"), result},
             {QStringLiteral("error"), error}});
-    m_isInterrupted = false;
     m_isChanged = true;
 }
 
@@ -225,9 +235,8 @@ void Car::play(const QVariantMap &request)
 {
     const ScenarioSource source(text(request, "text"));
     const QString file = text(request, "file");
-    m_isInterrupted = false;
     QJSEngine &engine = m_scripts.engine();
-    engine.setInterrupted(false);
+    allowScript();
     m_scripts.host().setProgramLines(source.lines());
     m_fastUntil = request.value(QStringLiteral("time")).toLongLong();
     m_speed = request.value(QStringLiteral("speed")).toDouble();
@@ -241,11 +250,12 @@ void Car::play(const QVariantMap &request)
     const QJSValue scenario = engine.evaluate(QStringLiteral("(function(){") + source.text() + QStringLiteral("\n})"), file);
     const QJSValue thrown = scenario.isError() ? scenario : m_scripts.run(scenario);
     m_isInLine = false;
+    engine.setInterrupted(false);
     m_scenario.clear();
 
     if (thrown.isError()) {
-        told.insert(QStringLiteral("error"), m_isInterrupted ? QString() : thrown.toString());
-        told.insert(QStringLiteral("line"), m_isInterrupted ? 0 : thrown.property(QStringLiteral("lineNumber")).toInt());
+        told.insert(QStringLiteral("error"), isInterrupted() ? QString() : thrown.toString());
+        told.insert(QStringLiteral("line"), isInterrupted() ? 0 : thrown.property(QStringLiteral("lineNumber")).toInt());
     } else if (!thrown.isNull()) {
         told.insert(QStringLiteral("error"), thrown.property(QStringLiteral("text")).toString());
         told.insert(QStringLiteral("line"), ScenarioStack::line(ScenarioStack::fromError(thrown.property(QStringLiteral("stack")).toString())));
@@ -253,8 +263,6 @@ void Car::play(const QVariantMap &request)
     told.insert(QStringLiteral("ended"), true);
     told.insert(QStringLiteral("failed"), m_result.failures());
     told.insert(QStringLiteral("passed"), m_result.checks.size() - m_result.failures());
-    m_isInterrupted = false;
-    engine.setInterrupted(false);
     publish(true);
     m_tell(told);
     if (m_fastUntil > now()) {
@@ -285,7 +293,7 @@ void Car::pass(qint64 milliseconds)
     bool isFirst = true;
     for (;;) {
         takeRequests(0ms);
-        if (m_isInterrupted || m_requests.isAtEnd())
+        if (isInterrupted() || m_requests.isAtEnd())
             return;
         const qint64 target = std::min({end, reachable(), now() + longestPart});
         const bool wasOnTheWay = m_fastUntil > now();

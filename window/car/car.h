@@ -17,6 +17,7 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <mutex>
 #include <optional>
 
 /**
@@ -43,8 +44,8 @@ public:
 
     /// Does what it is asked for until the mailbox is closed.
     void run();
-    /// Ends the script that runs now, if one does; what is asked for next is done then. May be called from any thread.
-    void interrupt();
+    /// Ends the scripts of requests up to this number, one that runs now among them. May be called from any thread.
+    void interrupt(quint64 upTo);
 
 private:
     Q_DISABLE_COPY(Car)
@@ -70,6 +71,9 @@ private:
     /// Lets time pass for a script that waits.
     void pass(qint64 milliseconds);
     void arrive();
+    bool isInterrupted() const { return m_request <= m_interruptedUpTo; }
+    /// Before a script: lets it run, unless that is over already.
+    void allowScript();
 
     void recordStep(qint64 time, const QString &line, const QString &outcome, bool isFailed, bool isExpected);
     void publish(bool isUrgent = false);
@@ -93,7 +97,10 @@ private:
     qint64 m_fastUntil = -1; // until there time does not count
     bool m_isInLine = false; // a line or scenario runs
     int m_requestsOfLine = 0;
-    std::atomic_bool m_isInterrupted{false};
+
+    std::mutex m_interrupting;
+    std::atomic<quint64> m_interruptedUpTo{0};
+    quint64 m_request = 0; // number of the one that is done now
 
     double m_speed = 0;
     QElapsedTimer m_real; // since the speed was set

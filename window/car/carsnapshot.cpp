@@ -1,6 +1,7 @@
 #include "carsnapshot.h"
 
 #include "audiopolicyinspector.h"
+#include "equalizercurves.h"
 #include "explain/policyrules.h"
 #include "focusinspector.h"
 #include "heard.h"
@@ -8,7 +9,6 @@
 #include "qmlaudiofocus.h"
 #include "scenarioengine.h"
 #include "settingsfile.h"
-#include "equalizercurves.h"
 #include "timelineevent.h"
 
 #include "platform.h"

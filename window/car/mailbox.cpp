@@ -1,12 +1,15 @@
 #include "mailbox.h"
 
-void Mailbox::put(const QVariantMap &request)
+quint64 Mailbox::put(const QVariantMap &request)
 {
+    quint64 number = 0;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_requests.push_back(request);
+        number = ++m_count;
+        m_requests.push_back({number, request});
     }
     m_changed.notify_one();
+    return number;
 }
 
 void Mailbox::close()
@@ -18,13 +21,13 @@ void Mailbox::close()
     m_changed.notify_one();
 }
 
-std::optional<QVariantMap> Mailbox::take(std::chrono::milliseconds patience)
+std::optional<Mailbox::Request> Mailbox::take(std::chrono::milliseconds patience)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait_for(lock, patience, [this] { return m_closed || !m_requests.empty(); });
     if (m_requests.empty())
         return {};
-    const QVariantMap request = m_requests.front();
+    const Request request = m_requests.front();
     m_requests.pop_front();
     return request;
 }

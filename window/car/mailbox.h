@@ -13,19 +13,26 @@
 class Mailbox
 {
 public:
-    void put(const QVariantMap &request);
+    /// @return its number, from 1
+    quint64 put(const QVariantMap &request);
     /// Nothing more comes.
     void close();
 
+    struct Request
+    {
+        quint64 number;
+        QVariantMap content;
+    };
     /// The next request; waits for one at most @p patience of real time, which no virtual clock changes. Empty where none came.
-    std::optional<QVariantMap> take(std::chrono::milliseconds patience);
+    std::optional<Request> take(std::chrono::milliseconds patience);
     /// Whether it is closed and empty.
     bool isAtEnd();
 
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::deque<QVariantMap> m_requests;
+    std::deque<Request> m_requests;
+    quint64 m_count = 0;
     bool m_closed = false;
 };
 

@@ -68,6 +68,7 @@ int main(int argc, char **argv)
     // Reads block, so that the car is stopped also where it is busy.
     QDataStream stream(&input);
     stream.setVersion(QDataStream::Qt_5_15);
+    quint64 last = 0; // number of the last request
     for (;;) {
         QVariantMap request;
         stream >> request;
@@ -76,17 +77,16 @@ int main(int argc, char **argv)
         if (request.value(QStringLiteral("do")).toString() == QLatin1String("takeOver")) {
             const std::lock_guard<std::mutex> lock(driven.mutex);
             if (driven.car)
-                driven.car->interrupt();
-            continue;
+                driven.car->interrupt(last);
         }
-        mailbox.put(request);
+        last = mailbox.put(request);
     }
     // The window is gone, or wants another car.
     mailbox.close();
     {
         const std::lock_guard<std::mutex> lock(driven.mutex);
         if (driven.car)
-            driven.car->interrupt();
+            driven.car->interrupt(last);
     }
     thread->wait();
     // The library's objects belong to the thread that made them; nothing of them has to outlive it.

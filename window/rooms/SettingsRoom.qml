@@ -8,6 +8,64 @@ Item {
     id: room
 
     property bool active: false
+    readonly property bool isWide: width >= 760
 
     objectName: "settingsRoom"
+
+    SettingsModel {
+        id: settings
+
+        desk: Desk
+        active: room.active
+    }
+
+    // In a wide room the table stays where it is, and what can be done scrolls beside it; in a narrow one all of it scrolls.
+    Flickable {
+        id: flickable
+
+        anchors.fill: parent
+        anchors.margins: Theme.gap
+        contentHeight: room.isWide ? height : table.height + Theme.gap + column.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: !room.isWide
+        clip: true
+        ScrollBar.vertical: ScrollBar {}
+
+        SettingsTable {
+            id: table
+
+            model: settings
+            width: room.isWide ? Math.floor((flickable.width - Theme.gap) / 2) : flickable.width - Theme.gap
+            height: room.isWide ? flickable.height : 420
+        }
+        Flickable {
+            id: actions
+
+            x: room.isWide ? table.width + Theme.gap : 0
+            y: room.isWide ? 0 : table.height + Theme.gap
+            width: table.width
+            height: room.isWide ? flickable.height : contentHeight
+            contentHeight: column.implicitHeight
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: room.isWide
+            clip: true
+            ScrollBar.vertical: ScrollBar {}
+
+            ColumnLayout {
+                id: column
+
+                width: actions.width - Theme.gap
+                spacing: Theme.gap
+
+                SettingsFile {
+                    model: settings
+                    Layout.fillWidth: true
+                }
+                SettingsDamage {
+                    model: settings
+                    Layout.fillWidth: true
+                }
+            }
+        }
+    }
 }
