@@ -26,12 +26,12 @@ ComboBox {
         contentItem: Column {
             Label {
                 text: modelData.name
-                color: highlighted ? Theme.onAccent : Theme.text
+                color: highlighted ? Theme.accentText : Theme.text
                 font.pixelSize: Theme.plainText
             }
             Label {
                 text: modelData.meaning
-                color: highlighted ? Theme.onAccent : Theme.faint
+                color: highlighted ? Theme.accentText : Theme.faint
                 font.pixelSize: Theme.smallText
             }
         }

@@ -57,12 +57,12 @@ ColumnLayout {
                 contentItem: Column {
                     Label {
                         text: modelData.text
-                        color: highlighted ? Theme.onAccent : Theme.text
+                        color: highlighted ? Theme.accentText : Theme.text
                         font.pixelSize: Theme.plainText
                     }
                     Label {
                         text: modelData.meaning
-                        color: highlighted ? Theme.onAccent : Theme.faint
+                        color: highlighted ? Theme.accentText : Theme.faint
                         font.pixelSize: Theme.smallText
                     }
                 }
