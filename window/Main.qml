@@ -62,7 +62,7 @@ ApplicationWindow {
         buttonText: Theme.text
         brightText: Theme.bad
         highlight: Theme.accent
-        highlightedText: Theme.onAccent
+        highlightedText: Theme.accentText
         toolTipBase: Theme.panel
         toolTipText: Theme.text
         light: Theme.line

@@ -13,7 +13,8 @@ QtObject {
     /// Second in importance, still 4.5 to 1 against panel.
     readonly property color faint: dark ? "#a9b2ba" : "#59636c"
     readonly property color accent: dark ? "#5aa9e6" : "#1766a6"
-    readonly property color onAccent: dark ? "#10151a" : "#ffffff"
+    /// On accent. A name that begins with "on" would be a signal handler's, and the colour black.
+    readonly property color accentText: dark ? "#10151a" : "#ffffff"
     readonly property color good: dark ? "#6cc486" : "#1f7a3a"
     readonly property color warning: dark ? "#e5b454" : "#8a5a00"
     readonly property color bad: dark ? "#f0827a" : "#b3261e"

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import ".."
 
@@ -25,12 +26,12 @@ ComboBox {
         contentItem: Column {
             Label {
                 text: modelData.name
-                color: highlighted ? Theme.onAccent : Theme.text
+                color: highlighted ? Theme.accentText : Theme.text
                 font.pixelSize: Theme.plainText
             }
             Label {
                 text: modelData.meaning
-                color: highlighted ? Theme.onAccent : Theme.faint
+                color: highlighted ? Theme.accentText : Theme.faint
                 font.pixelSize: Theme.smallText
             }
         }

@@ -44,20 +44,20 @@ Panel {
                         Layout.preferredWidth: 80
                         horizontalAlignment: Text.AlignRight
                         text: qsTr("%1 dB").arg(modelData.stage)
-                        color: modelData.current ? Theme.onAccent : Theme.text
+                        color: modelData.current ? Theme.accentText : Theme.text
                         font.family: Theme.numbers
                         font.pixelSize: Theme.smallText
                     }
                     Label {
                         Layout.fillWidth: true
                         text: qsTr("gains %1 dB").arg(modelData.gains)
-                        color: modelData.current ? Theme.onAccent : Theme.faint
+                        color: modelData.current ? Theme.accentText : Theme.faint
                         font.pixelSize: Theme.smallText
                     }
                     Label {
                         visible: modelData.current
                         text: qsTr("in use")
-                        color: Theme.onAccent
+                        color: Theme.accentText
                         font.pixelSize: Theme.smallText
                     }
                 }

@@ -1,5 +1,5 @@
-import QtQml 2.15
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import ".."
@@ -57,12 +57,12 @@ ColumnLayout {
                 contentItem: Column {
                     Label {
                         text: modelData.text
-                        color: highlighted ? Theme.onAccent : Theme.text
+                        color: highlighted ? Theme.accentText : Theme.text
                         font.pixelSize: Theme.plainText
                     }
                     Label {
                         text: modelData.meaning
-                        color: highlighted ? Theme.onAccent : Theme.faint
+                        color: highlighted ? Theme.accentText : Theme.faint
                         font.pixelSize: Theme.smallText
                     }
                 }

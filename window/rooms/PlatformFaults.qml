@@ -111,14 +111,14 @@ Flickable {
                                 Layout.fillWidth: true
                                 text: entry.operation
                                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-                                color: entry.highlighted ? Theme.onAccent : Theme.text
+                                color: entry.highlighted ? Theme.accentText : Theme.text
                                 font.pixelSize: Theme.smallText
                             }
                             Label {
                                 Layout.preferredWidth: 56
                                 horizontalAlignment: Text.AlignRight
                                 text: entry.calls
-                                color: entry.highlighted ? Theme.onAccent : Theme.text
+                                color: entry.highlighted ? Theme.accentText : Theme.text
                                 font.family: Theme.numbers
                                 font.pixelSize: Theme.smallText
                             }
@@ -126,7 +126,7 @@ Flickable {
                                 Layout.preferredWidth: 56
                                 horizontalAlignment: Text.AlignRight
                                 text: entry.refused
-                                color: entry.highlighted ? Theme.onAccent : entry.refused > 0 ? Theme.bad : Theme.faint
+                                color: entry.highlighted ? Theme.accentText : entry.refused > 0 ? Theme.bad : Theme.faint
                                 font.family: Theme.numbers
                                 font.pixelSize: Theme.smallText
                             }
@@ -136,7 +136,7 @@ Flickable {
                             visible: entry.fault !== ""
                             text: qsTr("fails: %1").arg(entry.fault)
                             wrapMode: Text.Wrap
-                            color: entry.highlighted ? Theme.onAccent : Theme.warning
+                            color: entry.highlighted ? Theme.accentText : Theme.warning
                             font.pixelSize: Theme.smallText
                         }
                     }

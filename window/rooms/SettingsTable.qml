@@ -70,8 +70,8 @@ Panel {
             required property string inEffect
             required property string problem
             required property bool known
-            readonly property color textColor: highlighted ? Theme.onAccent : Theme.text
-            readonly property color faintColor: highlighted ? Theme.onAccent : Theme.faint
+            readonly property color textColor: highlighted ? Theme.accentText : Theme.text
+            readonly property color faintColor: highlighted ? Theme.accentText : Theme.faint
 
             function take() {
                 panel.key = key;
@@ -131,7 +131,7 @@ Panel {
                     visible: entry.problem !== ""
                     text: entry.problem
                     wrapMode: Text.Wrap
-                    color: entry.highlighted ? Theme.onAccent : Theme.bad
+                    color: entry.highlighted ? Theme.accentText : Theme.bad
                     font.pixelSize: Theme.smallText
                 }
             }
