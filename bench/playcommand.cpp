@@ -177,6 +177,7 @@ QString PlayCommand::details() const
                           "  Platform                                   the simulated platform and the car round it\n"
                           "  powerOn(), powerOff(), eraseSettings()     the unit; AudioPolicy switches it on when used\n"
                           "  writeSettings(text)                        what its settings file is to say, while it is off\n"
+                          "  cutPowerWhileSaving(byte, line)            a unit that loses its power in the middle of a save\n"
                           "  say(text), wait(ms), now()                 the story and its time\n"
                           "  expect(actual).toBe(x), .toEqual(x), .toBeCloseTo(x, within), .toContain(x),\n      .toBeGreaterThan(x), .toBeLessThan(x), .not\n"
                           "  Sound.above(source, other)                 how far one was above the other, in LU\n"

@@ -353,6 +353,8 @@
         powerOn: counted("powerOn", [], () => request("powerOn()", () => host.powerOn())),
         powerOff: counted("powerOff", [], () => request("powerOff()", () => host.powerOff())),
         eraseSettings: counted("eraseSettings", [], () => request("eraseSettings()", () => host.eraseSettings())),
+        cutPowerWhileSaving: counted("cutPowerWhileSaving", ["byte", "line"], (byte, line) => request(
+            "cutPowerWhileSaving(" + show(byte) + ", " + show(line) + ")", () => host.cutPowerWhileSaving(byte, String(line)))),
         writeSettings: counted("writeSettings", ["text"], text => {
             const count = String(text).length;
             return request("writeSettings(" + count + " characters)", () => host.writeSettings(String(text)), "writeSettings(" + show(String(text)) + ");");

@@ -1,6 +1,7 @@
 #include "scenariohost.h"
 
 #include "headunit.h"
+#include "powercut.h"
 #include "qmlaudiofocus.h"
 #include "scenariostack.h"
 #include "scriptcall.h"
@@ -212,6 +213,24 @@ void ScenarioHost::writeSettings(const QString &text)
     const QByteArray bytes = text.toUtf8();
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size() || !file.flush())
         throwScriptError(this, QJSValue::GenericError, QStringLiteral("%1 cannot be written: %2").arg(file.fileName(), file.errorString()));
+}
+
+QString ScenarioHost::cutPowerWhileSaving(double byte, const QString &line)
+{
+    constexpr double most = 1e9;
+    if (!(byte >= 0 && byte <= most) || std::trunc(byte) != byte) {
+        throwScriptError(this, QJSValue::RangeError, QStringLiteral("cutPowerWhileSaving() takes a byte from 0, not %1").arg(byte));
+        return {};
+    }
+    if (!requireOff(QStringLiteral("taking the power from one that saves")))
+        return {};
+    QString problem;
+    const auto outcome = PowerCut::whileSaving(qint64(byte), line, problem);
+    if (!outcome) {
+        throwScriptError(this, QJSValue::GenericError, problem);
+        return {};
+    }
+    return outcome->toText(qint64(byte));
 }
 
 bool ScenarioHost::isOn()

@@ -73,6 +73,9 @@ public:
     /// Puts this text into the settings file, byte for byte as UTF-8. The unit must be off.
     Q_INVOKABLE void writeSettings(const QString &text);
 
+    /// Takes the power from a unit in the middle of a save, see PowerCut. This unit must be off. @return what is left on the flash, in words
+    Q_INVOKABLE QString cutPowerWhileSaving(double byte, const QString &line);
+
     /// A focus client that lives as long as the scenario.
     Q_INVOKABLE QObject *makeFocusClient();
     /// A variable for the client that was made last, which no other has.

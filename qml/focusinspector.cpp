@@ -114,4 +114,10 @@ QString changeName(int focusChange)
     return key ? QString::fromLatin1(key) : QString::number(focusChange);
 }
 
+QString changeScript(int focusChange)
+{
+    const bool isNamed = focusChange >= AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK && focusChange <= AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE;
+    return isNamed ? QStringLiteral("AudioFocus.") + changeName(focusChange) : QString::number(focusChange);
+}
+
 } // namespace FocusInspector

@@ -50,6 +50,8 @@ Outcome afterRelease(const Stack &stack, const QString &clientId);
 
 /// "GainTransient", as scripts have it, without their AudioFocus; the number where it has no name.
 QString changeName(int focusChange);
+/// The same as scripts write it: "AudioFocus.GainTransient".
+QString changeScript(int focusChange);
 
 } // namespace FocusInspector
 

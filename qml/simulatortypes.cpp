@@ -25,10 +25,10 @@ Type element(const char *name, int minor)
 const QVector<Type> &all()
 {
     static const QVector<Type> types = {
+        element<FocusStack>("FocusStack", 1),
         element<JournalModel>("JournalModel", 1),
         element<ResponseCurve>("ResponseCurve", 1),
         element<Situations>("Situations", 1),
-        element<FocusStack>("FocusStack", 1),
     };
     return types;
 }

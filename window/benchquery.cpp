@@ -2,19 +2,12 @@
 
 #include "boundprocess.h"
 #include "exitstatus.h"
-
-#include <QtCore/QCoreApplication>
+#include "programs.h"
 
 #include <utility>
 
 namespace
 {
-
-QString &program()
-{
-    static QString file;
-    return file;
-}
 
 /// The last line of what a program says, without its name.
 QString lastLine(const QByteArray &messages)
@@ -37,11 +30,6 @@ BenchQuery::~BenchQuery()
     cancel();
 }
 
-void BenchQuery::setProgram(const QString &file)
-{
-    program() = file;
-}
-
 void BenchQuery::ask(const QStringList &arguments)
 {
     cancel();
@@ -53,7 +41,7 @@ void BenchQuery::ask(const QStringList &arguments)
             fail();
     });
     m_process->setStandardInputFile(QProcess::nullDevice());
-    m_process->start(program().isEmpty() ? QCoreApplication::applicationDirPath() + QStringLiteral("/qzaudio-bench") : program(), arguments);
+    m_process->start(programPath(QStringLiteral("qzaudio-bench")), arguments);
 }
 
 void BenchQuery::cancel()
@@ -66,9 +54,17 @@ void BenchQuery::cancel()
         process->deleteLater();
         return;
     }
-    // It is asked to end, and taken away when it has. A process that this object takes along would be waited for.
+    // It is asked to end, and taken away when it has: one that is deleted is waited for.
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process, &QObject::deleteLater);
-    process->terminate();
+    connect(process, &QProcess::errorOccurred, process, [process](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            process->deleteLater();
+    });
+    // Before it is the bench it is a copy of this program, whose handlers of signals it has.
+    if (process->state() == QProcess::Starting)
+        connect(process, &QProcess::started, process, &QProcess::terminate);
+    else
+        process->terminate();
 }
 
 void BenchQuery::take()

@@ -26,9 +26,6 @@ public:
     void cancel();
     bool isOpen() const { return m_process != nullptr; }
 
-    /// Where the bench is; beside this program unless somebody says otherwise.
-    static void setProgram(const QString &file);
-
 Q_SIGNALS:
     /// @param status one of ExitStatus @param said what is the matter, for people; empty for nothing
     void answered(int status, const QByteArray &output, const QString &said);

@@ -21,6 +21,23 @@ QString storyOf(const QVector<int> &changes)
     return names.join(QStringLiteral(", "));
 }
 
+QString expectedHeld(const ClientList::Client &client)
+{
+    if (client.variable.isEmpty())
+        return {};
+    return QStringLiteral("expect(%1.held).toBe(%2);").arg(client.variable, client.isHeld ? QLatin1String("true") : QLatin1String("false"));
+}
+
+QString expectedChanges(const ClientList::Client &client)
+{
+    if (client.variable.isEmpty())
+        return {};
+    QStringList names;
+    for (const int change : client.changes)
+        names.append(FocusInspector::changeScript(change));
+    return QStringLiteral("expect(%1.changes).toEqual([%2]);").arg(client.variable, names.join(QStringLiteral(", ")));
+}
+
 ClientList::Client clientOf(const QVariantMap &map)
 {
     ClientList::Client client;
@@ -93,6 +110,10 @@ QVariant ClientList::data(const QModelIndex &index, int role) const
         return client.changes.size();
     case VariableRole:
         return client.variable;
+    case ExpectedHeldRole:
+        return expectedHeld(client);
+    case ExpectedChangesRole:
+        return expectedChanges(client);
     default:
         return {};
     }
@@ -108,5 +129,7 @@ QHash<int, QByteArray> ClientList::roleNames() const
         {ToldRole, "told"},
         {ToldCountRole, "toldCount"},
         {VariableRole, "variable"},
+        {ExpectedHeldRole, "expectedHeld"},
+        {ExpectedChangesRole, "expectedChanges"},
     };
 }

@@ -21,6 +21,8 @@ public:
         ToldRole, ///< what it was told so far, the last at the end: "Loss, Gain"
         ToldCountRole,
         VariableRole, ///< its name in scenarios; empty where it is not known
+        ExpectedHeldRole, ///< a line that states what is shown; empty without a variable
+        ExpectedChangesRole,
     };
 
     struct Client

@@ -44,11 +44,6 @@ QString quoted(const QString &text)
     return list.mid(1, list.size() - 2);
 }
 
-QString hintScript(int hint)
-{
-    return QStringLiteral("AudioFocus.") + FocusInspector::changeName(hint);
-}
-
 /// "music is told LossTransient, radio is told Loss", or that nobody is.
 QString toldText(const QVector<FocusInspector::Told> &told)
 {
@@ -116,8 +111,6 @@ bool FocusModel::isNextGranted() const
 
 QString FocusModel::nextText() const
 {
-    if (m_nextClient.isEmpty())
-        return QStringLiteral("Name a client.");
     const FocusInspector::Outcome outcome = next();
     if (!outcome.granted)
         return QStringLiteral("Denied: nobody can take focus from voice communication.");
@@ -199,7 +192,7 @@ QStringList FocusModel::addClient(const QString &clientId, int hint, int streamT
     QStringList properties = {QStringLiteral("clientId: ") + quoted(clientId)};
     if (streamType != usualStreamType)
         properties.append(QStringLiteral("streamType: %1").arg(streamType));
-    properties.append(QStringLiteral("durationHint: ") + hintScript(hint));
+    properties.append(QStringLiteral("durationHint: ") + FocusInspector::changeScript(hint));
     return performed(QStringLiteral("var %1 = new AudioFocus({%2});").arg(variable, properties.join(QStringLiteral(", "))));
 }
 
@@ -218,26 +211,7 @@ QStringList FocusModel::release(int row)
 QStringList FocusModel::setHint(int row, int hint)
 {
     const QString variable = variableOf(row);
-    return variable.isEmpty() ? QStringList() : performed(QStringLiteral("%1.durationHint = %2;").arg(variable, hintScript(hint)));
-}
-
-QString FocusModel::expectedHeld(int row) const
-{
-    const QString variable = variableOf(row);
-    if (variable.isEmpty())
-        return {};
-    return QStringLiteral("expect(%1.held).toBe(%2);").arg(variable, m_clients.clients().at(row).isHeld ? QLatin1String("true") : QLatin1String("false"));
-}
-
-QString FocusModel::expectedChanges(int row) const
-{
-    const QString variable = variableOf(row);
-    if (variable.isEmpty())
-        return {};
-    QStringList names;
-    for (const int change : m_clients.clients().at(row).changes)
-        names.append(hintScript(change));
-    return QStringLiteral("expect(%1.changes).toEqual([%2]);").arg(variable, names.join(QStringLiteral(", ")));
+    return variable.isEmpty() ? QStringList() : performed(QStringLiteral("%1.durationHint = %2;").arg(variable, FocusInspector::changeScript(hint)));
 }
 
 void FocusModel::update(const QVariantMap &snapshot)
@@ -247,6 +221,8 @@ void FocusModel::update(const QVariantMap &snapshot)
     const QVariantList stackBefore = m_stack.entries();
     m_stack.setEntries(focus.value(QStringLiteral("stack")).toList());
     m_clients.update(focus.value(QStringLiteral("clients")).toList());
-    if (clientIds() != idsBefore || m_stack.entries() != stackBefore)
+    if (clientIds() != idsBefore)
+        Q_EMIT clientIdsChanged();
+    if (m_stack.entries() != stackBefore)
         Q_EMIT forecastChanged();
 }

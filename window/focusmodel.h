@@ -23,8 +23,8 @@ class FocusModel : public RoomModel
     Q_PROPERTY(QVariantList hints READ hints CONSTANT)
 
     /// Ids of all clients that are known, those in the stack first.
-    Q_PROPERTY(QStringList clientIds READ clientIds NOTIFY forecastChanged)
-    /// Who would request next, and how.
+    Q_PROPERTY(QStringList clientIds READ clientIds NOTIFY clientIdsChanged)
+    /// Who would request next, and how. An empty id is a client that there is not yet.
     Q_PROPERTY(QString nextClient READ nextClient WRITE setNextClient NOTIFY forecastChanged)
     Q_PROPERTY(int nextHint READ nextHint WRITE setNextHint NOTIFY forecastChanged)
     Q_PROPERTY(bool nextGranted READ isNextGranted NOTIFY forecastChanged)
@@ -58,11 +58,8 @@ public:
     Q_INVOKABLE QStringList release(int row);
     Q_INVOKABLE QStringList setHint(int row, int hint);
 
-    /// A line that states whether a client holds focus; empty where its variable is not known.
-    Q_INVOKABLE QString expectedHeld(int row) const;
-    Q_INVOKABLE QString expectedChanges(int row) const;
-
 Q_SIGNALS:
+    void clientIdsChanged();
     void forecastChanged();
 
 protected:

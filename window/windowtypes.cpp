@@ -8,9 +8,9 @@
 #include "platformmodel.h"
 #include "settingsmodel.h"
 #include "timelinemodel.h"
-#include "windowsettings.h"
 #include "responsecurve.h"
 #include "tonemodel.h"
+#include "windowsettings.h"
 
 #include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>

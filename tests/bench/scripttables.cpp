@@ -58,13 +58,6 @@ QStringList enumLines(const QMetaObject &type, const QMetaObject &base = QObject
 {
     QStringList lines;
     for (int i = base.enumeratorCount(); i < type.enumeratorCount(); ++i) {
-/// What tools know already of a class: a model's part that all models have is long, and nothing for QML.
-const QMetaObject &knownBase(const QMetaObject &type)
-    return type.inherits(&QAbstractListModel::staticMetaObject) ? QAbstractListModel::staticMetaObject : QObject::staticMetaObject;
-}
-
-QStringList enumLines(const QMetaObject &type)
-    for (int i = knownBase(type).enumeratorCount(); i < type.enumeratorCount(); ++i) {
         const QMetaEnum enumeration = type.enumerator(i);
         lines += QStringLiteral("        Enum {");
         lines += QStringLiteral("            name: ") + quoted(QLatin1String(enumeration.name()));
@@ -84,7 +77,6 @@ propertyLines(const QMetaObject &type, const QString &className, const char *sel
 {
     QStringList lines;
     for (int i = base.propertyCount(); i < type.propertyCount(); ++i) {
-    for (int i = knownBase(type).propertyCount(); i < type.propertyCount(); ++i) {
         const QMetaProperty property = type.property(i);
         const bool isSelf = qstrcmp(property.name(), selfTyped) == 0;
         lines += QStringLiteral("        Property { name: %1; type: %2%3%4 }")
@@ -101,7 +93,6 @@ QStringList methodLines(const QMetaObject &type, const QMetaObject &base = QObje
 {
     QStringList lines;
     for (int i = base.methodCount(); i < type.methodCount(); ++i) {
-    for (int i = knownBase(type).methodCount(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
         const bool isSignal = method.methodType() == QMetaMethod::Signal;
         const QString result

@@ -58,9 +58,8 @@ done
 
 # The module QzAudio.Simulator, for which the other one works without the simulator.
 simulator_module=(
-    equalizercurves equalizerresponse focusinspector focusstack nearestname platformarguments qmlplatform responsecurve simulatorplugin
-    simulatortypes situations
-    equalizercurves equalizerresponse journalmodel nearestname platformarguments qmlplatform responsecurve simulatorplugin simulatortypes
+    equalizercurves equalizerresponse focusinspector focusstack journalmodel nearestname platformarguments qmlplatform responsecurve
+    simulatorplugin simulatortypes situations
 )
 of_simulator_module()
 {

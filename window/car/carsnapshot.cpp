@@ -9,7 +9,6 @@
 #include "qmlaudiofocus.h"
 #include "scenarioengine.h"
 #include "settingsfile.h"
-#include "equalizercurves.h"
 #include "timelineevent.h"
 
 #include "platform.h"

@@ -11,8 +11,8 @@ ColumnLayout {
     property var focusModel
 
     function add() {
-        focusClients.focusModel.addClient(clientId.text.trim(), newHint.hint, streamType.value);
-        clientId.clear();
+        focusClients.focusModel.addClient(newId.text.trim(), newHint.hint, streamType.value);
+        newId.clear();
     }
 
     spacing: Theme.gap
@@ -22,7 +22,7 @@ ColumnLayout {
         Layout.fillWidth: true
 
         TextField {
-            id: clientId
+            id: newId
 
             objectName: "newClientId"
             width: 180
@@ -68,7 +68,7 @@ ColumnLayout {
 
             objectName: "addClient"
             text: qsTr("Add")
-            enabled: clientId.text.trim() !== ""
+            enabled: newId.text.trim() !== ""
             font.pixelSize: Theme.plainText
             Accessible.name: qsTr("Add a client")
             Keys.onReturnPressed: clicked()
@@ -82,7 +82,17 @@ ColumnLayout {
         ColumnLayout {
             id: client
 
-            readonly property bool known: model.variable !== ""
+            // Not by the context: there the boxes within put theirs over it.
+            required property int index
+            required property string clientId
+            required property int hint
+            required property bool held
+            required property string told
+            required property int toldCount
+            required property string variable
+            required property string expectedHeld
+            required property string expectedChanges
+            readonly property bool known: variable !== ""
             readonly property string unknownTip: qsTr("The scenario has no name for this client that steps could use.")
 
             spacing: Theme.smallGap
@@ -99,51 +109,51 @@ ColumnLayout {
                 Layout.fillWidth: true
 
                 Label {
-                    objectName: "client" + index
-                    text: model.held ? qsTr("%1 holds focus").arg(model.clientId) : model.clientId
-                    color: model.held ? Theme.good : Theme.text
+                    objectName: "client" + client.index
+                    text: client.held ? qsTr("%1 holds focus").arg(client.clientId) : client.clientId
+                    color: client.held ? Theme.good : Theme.text
                     font.pixelSize: Theme.plainText
-                    font.bold: model.held
+                    font.bold: client.held
                     wrapMode: Text.WrapAnywhere
                     Layout.fillWidth: true
                     Layout.minimumWidth: 60
                 }
 
                 ExpectButton {
-                    objectName: "heldExpect" + index
-                    line: (model.held, focusClients.focusModel.expectedHeld(index))
+                    objectName: "heldExpect" + client.index
+                    line: client.expectedHeld
                 }
 
                 HintBox {
-                    objectName: "clientHint" + index
+                    objectName: "clientHint" + client.index
                     hints: focusClients.focusModel.hints
-                    hint: model.hint
+                    hint: client.hint
                     enabled: client.known
                     Layout.preferredWidth: 190
-                    Accessible.name: qsTr("How %1 requests").arg(model.clientId)
-                    onChosen: focusClients.focusModel.setHint(index, hint)
+                    Accessible.name: qsTr("How %1 requests").arg(client.clientId)
+                    onChosen: focusClients.focusModel.setHint(client.index, hint)
                 }
 
                 Button {
-                    objectName: "request" + index
+                    objectName: "request" + client.index
                     text: qsTr("Request")
                     enabled: client.known
                     font.pixelSize: Theme.plainText
-                    Accessible.name: qsTr("%1 requests focus").arg(model.clientId)
+                    Accessible.name: qsTr("%1 requests focus").arg(client.clientId)
                     Accessible.description: client.known ? "" : client.unknownTip
                     Keys.onReturnPressed: clicked()
-                    onClicked: focusClients.focusModel.request(index)
+                    onClicked: focusClients.focusModel.request(client.index)
                 }
 
                 Button {
-                    objectName: "release" + index
+                    objectName: "release" + client.index
                     text: qsTr("Release")
                     enabled: client.known
                     font.pixelSize: Theme.plainText
-                    Accessible.name: qsTr("%1 releases focus").arg(model.clientId)
+                    Accessible.name: qsTr("%1 releases focus").arg(client.clientId)
                     Accessible.description: client.known ? "" : client.unknownTip
                     Keys.onReturnPressed: clicked()
-                    onClicked: focusClients.focusModel.release(index)
+                    onClicked: focusClients.focusModel.release(client.index)
                 }
             }
 
@@ -152,9 +162,9 @@ ColumnLayout {
                 Layout.fillWidth: true
 
                 Label {
-                    objectName: "told" + index
+                    objectName: "told" + client.index
                     text: {
-                        const told = model.toldCount === 0 ? qsTr("was told nothing yet") : qsTr("was told %1").arg(model.told);
+                        const told = client.toldCount === 0 ? qsTr("was told nothing yet") : qsTr("was told %1").arg(client.told);
                         return client.known ? told : told + ". " + client.unknownTip;
                     }
                     color: Theme.faint
@@ -164,8 +174,8 @@ ColumnLayout {
                 }
 
                 ExpectButton {
-                    objectName: "toldExpect" + index
-                    line: (model.toldCount, focusClients.focusModel.expectedChanges(index))
+                    objectName: "toldExpect" + client.index
+                    line: client.expectedChanges
                 }
             }
         }

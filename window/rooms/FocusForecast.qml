@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import ".."
@@ -27,17 +28,25 @@ ColumnLayout {
         ComboBox {
             id: client
 
+            readonly property var ids: focusForecast.focusModel.clientIds
+
             objectName: "nextClient"
-            editable: true
-            model: focusForecast.focusModel.clientIds
+            model: ids.concat([qsTr("a new client")])
             font.pixelSize: Theme.plainText
             Layout.fillWidth: true
             Layout.minimumWidth: 100
             Accessible.name: qsTr("The client that would request")
-            ToolTip.text: qsTr("A client that there is, or the id of a new one.")
-            ToolTip.visible: hovered && !down
-            ToolTip.delay: 500
-            onEditTextChanged: focusForecast.focusModel.nextClient = editText
+            onActivated: focusForecast.focusModel.nextClient = index < ids.length ? ids[index] : ""
+
+            Binding {
+                target: client
+                property: "currentIndex"
+                value: {
+                    const place = client.ids.indexOf(focusForecast.focusModel.nextClient);
+                    return place < 0 ? client.ids.length : place;
+                }
+                restoreMode: Binding.RestoreNone
+            }
         }
 
         Label {
@@ -59,14 +68,14 @@ ColumnLayout {
     Label {
         objectName: "nextText"
         text: focusForecast.focusModel.nextText
-        color: focusForecast.focusModel.nextClient === "" ? Theme.faint : focusForecast.focusModel.nextGranted ? Theme.text : Theme.bad
+        color: focusForecast.focusModel.nextGranted ? Theme.text : Theme.bad
         font.pixelSize: Theme.plainText
         wrapMode: Text.Wrap
         Layout.fillWidth: true
     }
 
     Repeater {
-        model: focusForecast.focusModel.nextClient === "" ? [] : focusForecast.focusModel.nextLosses
+        model: focusForecast.focusModel.nextLosses
 
         RowLayout {
             spacing: Theme.gap

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import ".."
@@ -95,6 +96,7 @@ ColumnLayout {
     ProgressBar {
         objectName: "muteShare"
         value: muteControls.drive.muteShare
+        Layout.preferredHeight: 14
         Layout.fillWidth: true
         Accessible.name: qsTr("Time left of the timed mute")
     }

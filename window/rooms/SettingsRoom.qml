@@ -25,7 +25,7 @@ Item {
 
         anchors.fill: parent
         anchors.margins: Theme.gap
-        contentHeight: room.isWide ? height : table.height + Theme.gap + actions.height
+        contentHeight: room.isWide ? height : table.height + Theme.gap + column.implicitHeight
         boundsBehavior: Flickable.StopAtBounds
         interactive: !room.isWide
         clip: true

@@ -50,6 +50,7 @@ ColumnLayout {
 
             ProgressBar {
                 value: model.share
+                Layout.preferredHeight: 14
                 Layout.fillWidth: true
                 Accessible.name: qsTr("Time left: %1").arg(model.purpose)
             }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import ".."
@@ -55,14 +56,6 @@ ColumnLayout {
             WheelHandler {
                 onWheel: volumeKnob.drive.step(event.angleDelta.y > 0)
             }
-
-            Label {
-                objectName: "keyVolume"
-                anchors.centerIn: parent
-                text: volumeKnob.works ? volumeKnob.drive.keyVolume : "\u2013"
-                color: Theme.text
-                font.pixelSize: Theme.largeText
-            }
         }
 
         Button {
@@ -75,14 +68,27 @@ ColumnLayout {
             onClicked: volumeKnob.drive.step(true)
         }
 
-        Label {
-            objectName: "keyType"
-            text: volumeKnob.works ? qsTr("They work on %1.").arg(volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType].meaning) : qsTr("They work on nothing.")
-            color: Theme.text
-            font.pixelSize: Theme.plainText
-            wrapMode: Text.Wrap
+        ColumnLayout {
+            spacing: 0
             Layout.fillWidth: true
-            Layout.minimumWidth: 60
+
+            Label {
+                objectName: "keyVolume"
+                text: volumeKnob.works ? volumeKnob.drive.keyVolume : "\u2013"
+                color: Theme.text
+                font.family: Theme.numbers
+                font.pixelSize: 2 * Theme.plainText
+            }
+
+            Label {
+                objectName: "keyType"
+                text: volumeKnob.works ? qsTr("of %1").arg(volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType].meaning) : qsTr("they work on nothing")
+                color: Theme.text
+                font.pixelSize: Theme.plainText
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+                Layout.minimumWidth: 60
+            }
         }
     }
 

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import ".."
@@ -97,6 +98,8 @@ GridLayout {
         model: volumeSliders.drive.volumeTypes
 
         ExpectButton {
+            required property int index
+
             objectName: "volumeExpect" + index
             line: index < volumeSliders.drive.volumes.length ? volumeSliders.drive.expectedVolume(index) : ""
             Layout.row: index
