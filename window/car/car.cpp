@@ -318,6 +318,12 @@ void Car::pass(qint64 milliseconds)
     }
 }
 
+void Car::tellList(const char *what, const char *name, const QVariantList &list)
+{
+    for (int i = 0; i < list.size(); i += Messages::mostRows)
+        m_tell({{QStringLiteral("tell"), QString::fromLatin1(what)}, {QString::fromLatin1(name), list.mid(i, Messages::mostRows)}});
+}
+
 void Car::publish(bool isUrgent)
 {
     if (!isUrgent && m_published.elapsed() < publishPeriod)
@@ -325,12 +331,8 @@ void Car::publish(bool isUrgent)
     m_published.restart();
     m_log.flush();
     if (!m_news.isEmpty()) {
-        const QVariantList rows = m_news.takeRows();
-        const QVariantList entries = m_news.takeEntries();
-        if (!rows.isEmpty())
-            m_tell({{QStringLiteral("tell"), QStringLiteral("journal")}, {QStringLiteral("rows"), rows}});
-        if (!entries.isEmpty())
-            m_tell({{QStringLiteral("tell"), QStringLiteral("happened")}, {QStringLiteral("entries"), entries}});
+        tellList("journal", "rows", m_news.takeRows());
+        tellList("happened", "entries", m_news.takeEntries());
         m_isChanged = true;
     }
     if (!m_isChanged)
