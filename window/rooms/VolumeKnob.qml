@@ -87,7 +87,10 @@ ColumnLayout {
 
             Label {
                 objectName: "keyType"
-                text: volumeKnob.works ? qsTr("of %1").arg(volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType].meaning) : qsTr("they work on nothing")
+                text: {
+                    const type = volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType];
+                    return type ? qsTr("of %1").arg(type.meaning) : qsTr("they work on nothing");
+                }
                 color: Theme.text
                 font.pixelSize: Theme.plainText
                 wrapMode: Text.Wrap
