@@ -209,7 +209,7 @@ WindowTest {
         keyClick(Qt.Key_Down);
         keyClick(Qt.Key_Down);
         tryVerify(function () { return Desk.message.indexOf("take over first") > 0; });
-        compare(knob.value, volume);
+        tryCompare(knob, "value", volume);
         item("channelBox").forceActiveFocus();
         keyClick(Qt.Key_Down);
         compare(item("channelBox").currentIndex, 3);
