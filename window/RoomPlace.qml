@@ -18,17 +18,18 @@ Loader {
     source: "rooms/" + name + "Room.qml"
     onShownChanged: wasShown = wasShown || shown
     Component.onCompleted: wasShown = shown
+    onLogChanged: passLog()
+    onLoaded: passLog()
+
+    function passLog() {
+        if (item && item.log !== undefined && String(log) !== "")
+            item.log = log;
+    }
 
     Binding {
         target: place.item
         property: "active"
         value: place.shown
         when: place.item !== null
-    }
-    Binding {
-        target: place.item
-        property: "log"
-        value: place.log
-        when: place.item !== null && place.item.log !== undefined && String(place.log) !== ""
     }
 }

@@ -4,12 +4,23 @@
 #include "programs.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
+
+namespace
+{
+
+constexpr int breather = 2; // ms that are left to whatever else the thread has to do
+
+} // namespace
 
 CarProcess::CarProcess(const Files &used, QObject *parent)
     : QObject(parent)
     , m_files(used)
 {
+    m_nextRead.setSingleShot(true);
+    m_nextRead.setInterval(breather);
+    connect(&m_nextRead, &QTimer::timeout, this, &CarProcess::readMessages);
 }
 
 CarProcess::~CarProcess()
@@ -72,19 +83,35 @@ void CarProcess::send(const QVariantMap &message)
 
 void CarProcess::readMessages()
 {
-    while (m_process && !m_isWanted) {
-        const std::optional<QVariantMap> message = Messages::read(*m_process);
-        if (!message)
-            return;
-        Q_EMIT told(*message);
+    // A replay tells more at once than a frame has time for.
+    constexpr int mostTime = 3; // ms
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (readMessage()) {
+        if (elapsed.elapsed() < mostTime)
+            continue;
+        m_nextRead.start();
+        return;
     }
+}
+
+bool CarProcess::readMessage()
+{
+    if (!m_process || m_isWanted)
+        return false;
+    const std::optional<QVariantMap> message = Messages::read(*m_process);
+    if (!message)
+        return false;
+    Q_EMIT told(*message);
+    return true;
 }
 
 void CarProcess::finished()
 {
     if (!m_process)
         return;
-    readMessages();
+    while (readMessage())
+        continue;
     const QString why = m_process->error() == QProcess::FailedToStart ? m_process->errorString()
         : m_process->exitStatus() == QProcess::CrashExit              ? tr("it was ended by signal %1").arg(m_process->exitCode())
                                                                       : tr("it ended with exit status %1").arg(m_process->exitCode());

@@ -6,6 +6,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QString>
+#include <QtCore/QTimer>
 #include <QtCore/QVariantMap>
 #include <QtCore/QVector>
 
@@ -46,11 +47,13 @@ private:
     void start();
     void end();
     void readMessages();
+    bool readMessage();
     void finished();
 
     const Files m_files;
     QPointer<BoundProcess> m_process;
     QVector<QVariantMap> m_waiting; // messages to a car that does not run yet
+    QTimer m_nextRead; // of what the car told already
     bool m_isMeasured = false;
     bool m_isWanted = false; // a car is to be started when the last one is gone
 };

@@ -38,6 +38,6 @@ var prompt = new AudioFocus({clientId: "navigation", durationHint: AudioFocus.Ga
 prompt.request();
 AudioPolicy.aaDuckAudio(0, 0);
 expect(Platform.isDucked()).toBe(true);
-Platform.failOnce("Volume.muteTrack", 5, 1);
 AudioPolicy.setAudioMute(true, 2);
+Platform.failOnce("Volume.setTrackVolume", 5, 1);
 wait(400);

@@ -54,6 +54,32 @@ WindowTest {
         tryVerify(function () { return snapshot("drive").ducked === data.ducked; });
     }
 
+    function test_call_during_a_prompt_with_reverse_gear() {
+        perform("AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);");
+        click("carPlayPromptBegins");
+        tryVerify(function () { return snapshot("drive").ducked; });
+        click("stepButton");
+        click("stepButton");
+        tryVerify(function () { return snapshot("drive").status === 10; }, 5000, "the prompts' volume is applied after 1000 ms");
+        compare(Desk.now, 1000);
+        click("reverseIn");
+        tryVerify(function () { return snapshot("drive").reverseGear; });
+        click("callComes");
+        tryVerify(function () { return snapshot("drive").status === 1 && snapshot("drive").channel === 11; });
+        tryVerify(function () { return item("keyType").text.indexOf("ring") >= 0; });
+        verify(item("keyReason").text.indexOf("BtRing") >= 0, item("keyReason").text);
+        click("callAnswered");
+        tryVerify(function () { return snapshot("drive").status === 2; });
+        click("callEnds");
+        tryVerify(function () { return snapshot("drive").status === 0 && snapshot("drive").channel === 3; }, 5000, "what played before the call is back");
+        click("reverseOut");
+        tryVerify(function () { return !snapshot("drive").reverseGear; });
+        Desk.speed = 10;
+        tryVerify(function () { return !snapshot("drive").ducked; });
+        Desk.speed = 0;
+        verify(lines().indexOf("Platform.setReverseGear(true);") > 0, lines());
+    }
+
     function test_ignition() {
         click("ignitionOff");
         tryVerify(function () { return snapshot("drive").on === false; });
@@ -177,6 +203,8 @@ WindowTest {
         compare(lastLine(), "AudioPolicy.setAudioMute(true, 80);");
         tryCompare(item("muteLeft"), "text", "4.00 s left");
         tryCompare(item("muteShare"), "value", 1);
+        click("muteExpect");
+        tryVerify(function () { return lastLine() === "expect(AudioPolicy.muted).toBe(true);"; });
         // Until the mute's own timer, the others have run.
         while (snapshot("drive").timers.length > 1) {
             var next = Desk.nextTimer;

@@ -199,9 +199,13 @@ void Car::perform(const QString &line, bool isExpected)
     const int clients = m_scripts.host().focusClients().size();
     m_requestsOfLine = 0;
     m_isInLine = true;
+    // A line that waits would never end where time stands still.
+    const bool wasFast = m_isFast;
+    m_isFast = m_isFast || m_speed == 0;
     m_scripts.host().setProgramLines({line});
     const QJSValue outcome = m_scripts.perform(line);
     m_isInLine = false;
+    m_isFast = wasFast;
     m_scripts.engine().setInterrupted(false);
     const QRegularExpressionMatch made = variable.match(line);
     if (made.hasMatch() && m_scripts.host().focusClients().size() > clients)
@@ -314,6 +318,12 @@ void Car::pass(qint64 milliseconds)
     }
 }
 
+void Car::tellList(const char *what, const char *name, const QVariantList &list)
+{
+    for (int i = 0; i < list.size(); i += Messages::mostRows)
+        m_tell({{QStringLiteral("tell"), QString::fromLatin1(what)}, {QString::fromLatin1(name), list.mid(i, Messages::mostRows)}});
+}
+
 void Car::publish(bool isUrgent)
 {
     if (!isUrgent && m_published.elapsed() < publishPeriod)
@@ -321,12 +331,8 @@ void Car::publish(bool isUrgent)
     m_published.restart();
     m_log.flush();
     if (!m_news.isEmpty()) {
-        const QVariantList rows = m_news.takeRows();
-        const QVariantList entries = m_news.takeEntries();
-        if (!rows.isEmpty())
-            m_tell({{QStringLiteral("tell"), QStringLiteral("journal")}, {QStringLiteral("rows"), rows}});
-        if (!entries.isEmpty())
-            m_tell({{QStringLiteral("tell"), QStringLiteral("happened")}, {QStringLiteral("entries"), entries}});
+        tellList("journal", "rows", m_news.takeRows());
+        tellList("happened", "entries", m_news.takeEntries());
         m_isChanged = true;
     }
     if (!m_isChanged)

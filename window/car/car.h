@@ -77,6 +77,7 @@ private:
 
     void recordStep(qint64 time, const QString &line, const QString &outcome, bool isFailed, bool isExpected);
     void publish(bool isUrgent = false);
+    void tellList(const char *what, const char *name, const QVariantList &list);
 
     Mailbox &m_requests;
     const Teller m_tell;

@@ -67,13 +67,13 @@ int main(int argc, char **argv)
 
     // Reads block, so that the car is stopped also where it is busy.
     QDataStream stream(&input);
-    stream.setVersion(QDataStream::Qt_5_15);
     quint64 last = 0; // number of the last request
     for (;;) {
-        QVariantMap request;
-        stream >> request;
+        QByteArray bytes;
+        stream >> bytes;
         if (stream.status() != QDataStream::Ok)
             break;
+        const QVariantMap request = Messages::parse(bytes);
         if (request.value(QStringLiteral("do")).toString() == QLatin1String("takeOver")) {
             const std::lock_guard<std::mutex> lock(driven.mutex);
             if (driven.car)

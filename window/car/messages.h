@@ -26,24 +26,39 @@
 namespace Messages
 {
 
+/// So many rows go with one message at most: a window takes a message as a whole, between two frames.
+constexpr int mostRows = 100;
+
+/// Each message has its length in front, so that nothing is read twice of one that is still on its way.
 inline void write(QIODevice &device, const QVariantMap &message)
 {
+    QByteArray bytes;
+    QDataStream content(&bytes, QIODevice::WriteOnly);
+    content.setVersion(QDataStream::Qt_5_15);
+    content << message;
     QDataStream stream(&device);
-    stream.setVersion(QDataStream::Qt_5_15);
-    stream << message;
+    stream << bytes;
+}
+
+inline QVariantMap parse(const QByteArray &bytes)
+{
+    QDataStream content(bytes);
+    content.setVersion(QDataStream::Qt_5_15);
+    QVariantMap message;
+    content >> message;
+    return message;
 }
 
 /// The next whole message; empty until all of it is there.
 inline std::optional<QVariantMap> read(QIODevice &device)
 {
-    QDataStream stream(&device);
-    stream.setVersion(QDataStream::Qt_5_15);
-    stream.startTransaction();
-    QVariantMap message;
-    stream >> message;
-    if (!stream.commitTransaction())
+    quint32 size = 0;
+    const QByteArray front = device.peek(sizeof size);
+    QDataStream(front) >> size;
+    if (front.size() < int(sizeof size) || device.bytesAvailable() < qint64(sizeof size) + size)
         return {};
-    return message;
+    device.skip(sizeof size);
+    return parse(device.read(size));
 }
 
 } // namespace Messages
