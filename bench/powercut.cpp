@@ -13,8 +13,15 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QRegularExpression>
 
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace
 {
@@ -71,6 +78,50 @@ private:
     const QByteArray m_bytes;
 };
 
+/// Holds the lock of the settings file, as somebody does who saves, and tells when somebody else comes to it.
+class HeldLock
+{
+public:
+    HeldLock()
+        : m_file(open(path().constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR))
+        , m_watcher(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        m_isHeld = m_file >= 0 && flock(m_file, LOCK_EX | LOCK_NB) == 0 && inotify_add_watch(m_watcher, path().constData(), IN_OPEN) >= 0;
+    }
+    ~HeldLock()
+    {
+        if (m_file >= 0) {
+            unlink(path().constData());
+            close(m_file);
+        }
+        close(m_watcher);
+    }
+
+    bool isHeld() const { return m_isHeld; }
+    bool isWaitedFor() const
+    {
+        std::array<char, sizeof(inotify_event) + NAME_MAX + 1> events = {};
+        return read(m_watcher, events.data(), events.size()) > 0;
+    }
+
+private:
+    Q_DISABLE_COPY(HeldLock)
+
+    static QByteArray path() { return QByteArray(SettingsFile::nativePath) + ".lock"; }
+
+    const int m_file;
+    const int m_watcher;
+    bool m_isHeld = false;
+};
+
+/// Waits until the unit comes to the lock, or ends without a save.
+void waitUntilSaving(QProcess &unit, const HeldLock &lock, const QDeadlineTimer &deadline)
+{
+    constexpr int lookPeriod = 2; // ms; the unit waits a second for the lock
+    while (!lock.isWaitedFor() && !deadline.hasExpired() && unit.state() != QProcess::NotRunning)
+        unit.waitForFinished(lookPeriod);
+}
+
 /// Reads until the unit is held; false where it ends before. @param output receives what was read
 bool waitUntilHeld(QProcess &unit, const QDeadlineTimer &deadline, QByteArray &output)
 {
@@ -95,9 +146,15 @@ QString problemOf(QProcess &unit, const QByteArray &output, const QString &other
     return complaint.isEmpty() ? otherwise : complaint;
 }
 
+/// Of a save that has not put it in place.
+bool isTemporary(const QString &name)
+{
+    static const QRegularExpression form(QStringLiteral("\\AaudioData\\.db\\.new-[0-9]+\\z"));
+    return form.match(name).hasMatch();
+}
+
 QString meaningOf(const QString &name)
 {
-    static const QRegularExpression temporary(QStringLiteral("\\AaudioData\\.db\\.new-[0-9]+\\z"));
     const QString settings = QFileInfo(SettingsFile::path()).fileName();
     if (name == settings)
         return QStringLiteral("the settings");
@@ -107,7 +164,7 @@ QString meaningOf(const QString &name)
         return QStringLiteral("lock of a lock's removal");
     if (name == settings + QLatin1String(".damaged"))
         return QStringLiteral("damaged settings, kept");
-    if (temporary.match(name).hasMatch())
+    if (isTemporary(name))
         return QStringLiteral("new settings, not in place yet");
     return QStringLiteral("unknown to the library");
 }
@@ -125,7 +182,7 @@ QString PowerCut::Outcome::toText(qint64 byte) const
     QStringList texts;
     for (const File &file : files)
         texts.append(QStringLiteral("%1 (%2 bytes)").arg(shownName(file.name)).arg(file.size));
-    return (isCut ? QStringLiteral("cut at byte %1; left: ").arg(byte) : QStringLiteral("not cut, each save was done; left: "))
+    return (isCut ? QStringLiteral("cut at byte %1; left: ").arg(byte) : QStringLiteral("not cut, the save was done; left: "))
         + (texts.isEmpty() ? QStringLiteral("nothing") : texts.join(QStringLiteral(", ")));
 }
 
@@ -155,16 +212,27 @@ std::optional<PowerCut::Outcome> PowerCut::whileSaving(qint64 byte, const QStrin
         return fail(isStarted ? problemOf(unit, output, QStringLiteral("the unit does not start up"))
                               : QStringLiteral("%1: %2").arg(unit.program(), unit.errorString()));
     }
-    const rlimit limit = {static_cast<rlim_t>(byte), static_cast<rlim_t>(byte)};
-    if (!before.restore() || prlimit(pid_t(unit.processId()), RLIMIT_FSIZE, &limit, nullptr) != 0)
+    if (!before.restore())
         return fail(QStringLiteral("the flash cannot be prepared: ") + qt_error_string(errno));
-    if (!unit.waitForFinished(int(deadline.remainingTime())))
+    {
+        // Not before it is at the lock: to the kernel the memory of a script's engine is a file, too.
+        const HeldLock lock;
+        if (!lock.isHeld())
+            return fail(QStringLiteral("the lock of the settings cannot be held: ") + qt_error_string(errno));
+        waitUntilSaving(unit, lock, deadline);
+        const rlimit limit = {static_cast<rlim_t>(byte), static_cast<rlim_t>(byte)};
+        if (unit.state() != QProcess::NotRunning && prlimit(pid_t(unit.processId()), RLIMIT_FSIZE, &limit, nullptr) != 0)
+            return fail(QStringLiteral("the unit cannot be stopped: ") + qt_error_string(errno));
+    }
+    if (unit.state() != QProcess::NotRunning && !unit.waitForFinished(int(deadline.remainingTime())))
         return fail(QStringLiteral("the unit does not come to an end"));
     Outcome outcome;
-    outcome.isCut = unit.exitStatus() == QProcess::CrashExit && unit.exitCode() == SIGXFSZ;
-    if (!outcome.isCut && (unit.exitStatus() == QProcess::CrashExit || unit.exitCode() != Success))
+    // Beyond the first save it may also end for its engine's memory.
+    const bool isEndedByLimit = unit.exitStatus() == QProcess::CrashExit && unit.exitCode() == SIGXFSZ;
+    if (!isEndedByLimit && (unit.exitStatus() == QProcess::CrashExit || unit.exitCode() != Success))
         return fail(problemOf(unit, output, QStringLiteral("the unit ended by itself")));
     outcome.files = filesIn(SettingsFile::folder());
+    outcome.isCut = std::any_of(outcome.files.cbegin(), outcome.files.cend(), [](const File &file) { return isTemporary(file.name); });
     return outcome;
 }
 

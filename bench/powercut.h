@@ -24,7 +24,7 @@ struct File
 
 struct Outcome
 {
-    bool isCut = false; ///< false where each save was done before it came to that byte: the power went after them
+    bool isCut = false; ///< false where the save was done before it came to that byte, or the line saves nothing
     QVector<File> files; ///< that were left, by name
 
     /// "cut at byte 30; left: audioData.db (67 bytes), audioData.db.lock (0 bytes), audioData.db.new (30 bytes)"

@@ -72,8 +72,7 @@ void ResponseCurve::setLoudness(bool on)
     if (on == m_loudness)
         return;
     m_loudness = on;
-    Q_EMIT loudnessChanged();
-    Q_EMIT curveChanged();
+    becomeOther(&ResponseCurve::loudnessChanged);
 }
 
 void ResponseCurve::setPointCount(int count)
@@ -85,17 +84,18 @@ void ResponseCurve::setPointCount(int count)
     if (count == m_pointCount)
         return;
     m_pointCount = count;
-    Q_EMIT pointCountChanged();
-    Q_EMIT curveChanged();
+    becomeOther(&ResponseCurve::pointCountChanged);
 }
 
 QVariantList ResponseCurve::points() const
 {
-    const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(m_pointCount);
-    QVariantList list;
-    for (int i = 0; i < frequencies.size(); ++i)
-        list.append(QPointF(double(i) / (m_pointCount - 1), level(frequencies.at(i))));
-    return list;
+    if (!m_points) {
+        const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(m_pointCount);
+        m_points.emplace();
+        for (int i = 0; i < frequencies.size(); ++i)
+            m_points->append(QPointF(double(i) / (m_pointCount - 1), level(frequencies.at(i))));
+    }
+    return *m_points;
 }
 
 double ResponseCurve::highestFrequency() const
@@ -148,11 +148,20 @@ void ResponseCurve::take(const Bands &bands)
     if (isSame(bands, m_bands))
         return;
     m_bands = bands;
-    Q_EMIT bandsChanged();
+    becomeOther(&ResponseCurve::bandsChanged);
+}
+
+void ResponseCurve::becomeOther(void (ResponseCurve::*changed)())
+{
+    m_points.reset();
+    m_highest.reset();
+    Q_EMIT(this->*changed)();
     Q_EMIT curveChanged();
 }
 
-EqualizerResponse::Point ResponseCurve::highest() const
+const EqualizerResponse::Point &ResponseCurve::highest() const
 {
-    return EqualizerResponse::highestPoint(m_bands, [this](double frequency) { return level(frequency); });
+    if (!m_highest)
+        m_highest = EqualizerResponse::highestPoint(m_bands, [this](double frequency) { return level(frequency); });
+    return *m_highest;
 }

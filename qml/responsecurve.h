@@ -8,6 +8,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariantList>
 
+#include <optional>
+
 /**
  * What bands of an equalizer do to a sound, as a curve for QML: the element ResponseCurve of the module QzAudio.Simulator 1.1.
  *
@@ -73,11 +75,16 @@ private:
     Q_DISABLE_COPY(ResponseCurve)
 
     void take(const EqualizerResponse::Bands &bands);
-    EqualizerResponse::Point highest() const;
+    /// @param changed the signal of what was set
+    void becomeOther(void (ResponseCurve::*changed)());
+    const EqualizerResponse::Point &highest() const;
 
     EqualizerResponse::Bands m_bands;
     bool m_loudness = false;
     int m_pointCount = 241;
+    // Computed when first asked for: bindings ask several times.
+    mutable std::optional<QVariantList> m_points;
+    mutable std::optional<EqualizerResponse::Point> m_highest;
 };
 
 #endif

@@ -215,7 +215,7 @@ Item {
                 preventStealing: true
                 cursorShape: Qt.CrossCursor
                 onPressed: field.forceActiveFocus(Qt.MouseFocusReason)
-                onReleased: picture.choose(fade, balance)
+                onReleased: picture.choose(steps(1 - 2 * mouse.y / height), steps(1 - 2 * mouse.x / width)) // the binding is told of moves only
             }
 
             Rectangle {

@@ -9,12 +9,12 @@ GroupBox {
     default property alias contents: column.data
 
     padding: Theme.gap
-    topPadding: titleText.height + Theme.gap
+    topPadding: titleText.height + 2 + Theme.gap
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
     background: Rectangle {
-        y: titleText.height / 2
+        y: titleText.height + 2
         width: parent.width
         height: parent.height - y
         color: Theme.panel
@@ -24,9 +24,7 @@ GroupBox {
     label: Text {
         id: titleText
 
-        x: Theme.gap
         leftPadding: Theme.smallGap
-        rightPadding: Theme.smallGap
         text: panel.title
         color: Theme.faint
         font.pixelSize: Theme.smallText

@@ -23,17 +23,18 @@ Loader {
             active = false;
     }
     Component.onCompleted: wasShown = shown
+    onLogChanged: passLog()
+    onLoaded: passLog()
+
+    function passLog() {
+        if (item && item.log !== undefined && String(log) !== "")
+            item.log = log;
+    }
 
     Binding {
         target: place.item
         property: "active"
         value: place.shown
         when: place.item !== null
-    }
-    Binding {
-        target: place.item
-        property: "log"
-        value: place.log
-        when: place.item !== null && place.item.log !== undefined && String(place.log) !== ""
     }
 }

@@ -173,7 +173,8 @@ QStringList DriveModel::turnTo(int volume)
     // The keys themselves end at the limits: a step beyond them is one that changes nothing.
     for (int i = 0; i < std::abs(volume - before); ++i)
         lines.append(lineOfKey(volume > before));
-    if (desk() && !lines.isEmpty()) {
+    // While a scenario drives, nothing is on its way.
+    if (desk() && desk()->scenario().isEmpty() && !lines.isEmpty()) {
         m_stepsOnTheirWay += lines.size();
         m_wantedVolume = qBound(0, volume, highestVolume);
         if (m_wantedVolume != before)

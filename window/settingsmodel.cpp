@@ -115,8 +115,8 @@ void SettingsModel::cutPower(int byte, const QString &line)
     QString statement = line.trimmed();
     while (statement.endsWith(QLatin1Char(';')))
         statement.chop(1);
-    if (desk() && !statement.isEmpty())
-        desk()->perform(QStringLiteral("cutPowerWhileSaving(%1, %2);").arg(byte).arg(scriptText(statement)));
+    if (!statement.isEmpty())
+        changeWhileOff(QStringLiteral("cutPowerWhileSaving(%1, %2);").arg(byte).arg(scriptText(statement)));
 }
 
 void SettingsModel::start()

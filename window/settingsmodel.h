@@ -78,7 +78,7 @@ public:
     /// Writes what cut leaves, and shows the file as it is then.
     Q_INVOKABLE void cutOff();
     Q_INVOKABLE void erase();
-    /// Takes the power from the unit when a save, that a line brings, is to write this byte. The unit stays off.
+    /// Takes the power from a unit on this flash when a save, that a line brings, is to write this byte. The unit is off then.
     Q_INVOKABLE void cutPower(int byte, const QString &line);
     /// A start, after which the table tells what it made of the file. Switches the unit off before where it is on.
     Q_INVOKABLE void start();

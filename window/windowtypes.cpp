@@ -1,9 +1,11 @@
 #include "windowtypes.h"
 
+#include "audiooutput.h"
 #include "carmodel.h"
 #include "desk.h"
 #include "drivemodel.h"
 #include "focusmodel.h"
+#include "listening.h"
 #include "microphonemodel.h"
 #include "platformmodel.h"
 #include "settingsmodel.h"
@@ -14,6 +16,8 @@
 
 #include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
+
+#include <memory>
 
 /// The QML files stand in a static library, which registers no resources by itself. Qt wants this outside any namespace.
 static void registerResources()
@@ -47,6 +51,8 @@ void registerWindowTypes(Desk &desk)
     // Models of theirs.
     qmlRegisterAnonymousType<JournalModel>(module, 1);
     qmlRegisterAnonymousType<RowListModel>(module, 1);
+    Listening::setOutput([] { return std::make_unique<AudioOutput>(); });
+    qmlRegisterType<Listening>(module, 1, 0, "Listening");
     qmlRegisterType<TimelineModel>(module, 1, 0, "TimelineModel");
     qmlRegisterAnonymousType<SpanList>(module, 1);
     qmlRegisterAnonymousType<WhyQuestion>(module, 1);

@@ -74,6 +74,7 @@ private Q_SLOTS:
     static void theFirstSaveOfAll();
     static void afterTheSave();
     static void withoutASave();
+    static void busyLine();
     static void nextSaveCleansUp();
     static void problems_data();
     static void problems();
@@ -139,7 +140,7 @@ void PowerCutTest::afterTheSave()
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(!outcome->isCut);
     QCOMPARE(content(settingsFile()), after);
-    QCOMPARE(outcome->toText(after.size()), QStringLiteral("not cut, each save was done; left: audioData.db (%1 bytes)").arg(after.size()));
+    QCOMPARE(outcome->toText(after.size()), QStringLiteral("not cut, the save was done; left: audioData.db (%1 bytes)").arg(after.size()));
 }
 
 void PowerCutTest::withoutASave()
@@ -150,6 +151,21 @@ void PowerCutTest::withoutASave()
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(!outcome->isCut);
     QCOMPARE(content(settingsFile()), before);
+}
+
+/// Whatever memory and time the line takes before it comes to the save.
+void PowerCutTest::busyLine()
+{
+    setContent(before);
+    QString problem;
+    const auto outcome = cut(30,
+                             "var texts = []; for (var i = 0; i < 50000; ++i) texts.push('text ' + i); wait(60000);"
+                             " [1, 2, 3].forEach(type => AudioPolicy.setVolume(0, 6 + type, true))",
+                             problem);
+    QVERIFY2(outcome, qPrintable(problem));
+    QVERIFY(outcome->isCut);
+    QCOMPARE(content(settingsFile()), before);
+    QCOMPARE(newSettings(), after.left(30));
 }
 
 void PowerCutTest::nextSaveCleansUp()

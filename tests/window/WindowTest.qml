@@ -27,13 +27,22 @@ TestCase {
         var clicked = item(name);
         tryVerify(function () { return clicked.enabled && clicked.visible; }, 5000, name + " can be clicked");
         // It may have come just now, and get its place with the next frame.
-        clicked.update();
-        waitForRendering(clicked, 1000);
+        var place = "";
+        tryVerify(function () {
+            var last = place;
+            var corner = clicked.mapToItem(null, 0, 0);
+            place = [corner.x, corner.y, clicked.width, clicked.height].join();
+            return clicked.width > 0 && clicked.height > 0 && place === last;
+        }, 5000, name + " has its place");
+        // Where the mouse was, a tool tip may lie over it.
+        mouseMove(clicked);
+        waitForRendering(clicked, 100);
         mouseClick(clicked);
     }
 
     function goToRoom(name) {
         click("room" + name);
+        tryVerify(function () { return window.rooms[window.room].name === name; }, 5000, "the room is " + name);
         return item(name.toLowerCase() + "Room");
     }
 

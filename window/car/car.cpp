@@ -199,9 +199,13 @@ void Car::perform(const QString &line, bool isExpected)
     const int clients = m_scripts.host().focusClients().size();
     m_requestsOfLine = 0;
     m_isInLine = true;
+    // A line that waits would never end where time stands still.
+    const bool wasFast = m_isFast;
+    m_isFast = m_isFast || m_speed == 0;
     m_scripts.host().setProgramLines({line});
     const QJSValue outcome = m_scripts.perform(line);
     m_isInLine = false;
+    m_isFast = wasFast;
     m_scripts.engine().setInterrupted(false);
     const QRegularExpressionMatch made = variable.match(line);
     if (made.hasMatch() && m_scripts.host().focusClients().size() > clients)

@@ -40,7 +40,7 @@ ColumnLayout {
             id: newHint
 
             objectName: "newHint"
-            width: 200
+            width: 210
             hints: focusClients.focusModel.hints
             Accessible.name: qsTr("How the new client requests")
             onChosen: newHint.hint = hint
@@ -129,7 +129,7 @@ ColumnLayout {
                     hints: focusClients.focusModel.hints
                     hint: client.hint
                     enabled: client.known
-                    Layout.preferredWidth: 190
+                    Layout.preferredWidth: 210
                     Accessible.name: qsTr("How %1 requests").arg(client.clientId)
                     onChosen: focusClients.focusModel.setHint(client.index, hint)
                 }

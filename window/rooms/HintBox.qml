@@ -36,7 +36,10 @@ ComboBox {
             }
         }
     }
-    onActivated: chosen(index + 1)
+    onActivated: {
+        chosen(index + 1);
+        currentIndex = hint - 1;
+    }
 
     Binding {
         target: hintBox

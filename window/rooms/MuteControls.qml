@@ -32,7 +32,10 @@ ColumnLayout {
                 toggle();
                 toggled();
             }
-            onToggled: muteControls.drive.setMuted(checked)
+            onToggled: {
+                muteControls.drive.setMuted(checked);
+                checked = muteControls.drive.muted;
+            }
 
             Binding {
                 target: muteSwitch

@@ -68,7 +68,10 @@ ColumnLayout {
                 }
             }
             popup.width: Math.max(width, 400)
-            onActivated: chooser.chosen(index)
+            onActivated: {
+                chooser.chosen(index);
+                currentIndex = chooser.current;
+            }
 
             Binding {
                 target: box

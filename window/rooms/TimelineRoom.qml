@@ -10,9 +10,15 @@ Item {
     id: room
 
     property bool active: false
+    /// A unit's log to be shown in place of the car's drive.
+    property url log
     readonly property bool wide: width >= 820
 
     objectName: "timelineRoom"
+    onLogChanged: {
+        if (String(log) !== "")
+            timelineModel.open(log);
+    }
 
     TimelineModel {
         id: timelineModel

@@ -43,7 +43,12 @@ ColumnLayout {
             ToolTip.text: qsTr("Turn it with the mouse, the wheel or the arrow keys: each step is one of the volume keys.")
             ToolTip.visible: hovered && !pressed
             ToolTip.delay: 800
-            onMoved: volumeKnob.drive.turnTo(Math.round(value))
+            onMoved: {
+                volumeKnob.drive.turnTo(Math.round(value));
+                // A car that a scenario drives does not follow.
+                if (!pressed)
+                    value = Math.max(0, volumeKnob.drive.keyVolume);
+            }
 
             Binding {
                 target: dial

@@ -1,0 +1,42 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QzAudio.Desk 1.0
+import "."
+
+/// Switches on that what the car plays now is heard, where this machine can play.
+BarButton {
+    id: button
+
+    objectName: "listenButton"
+    text: qsTr("Listen")
+    checkable: true
+    checked: listening.on
+    hint: listening.note === "" ? qsTr("Hear what the car plays now, with sounds made for its sources") : listening.note
+    Accessible.checkable: true
+    Accessible.checked: checked
+    onClicked: {
+        listening.on = checked;
+        checked = Qt.binding(() => listening.on);
+        if (listening.note !== "")
+            noteTip.open();
+    }
+
+    Listening {
+        id: listening
+
+        desk: Desk
+        onNoteChanged: {
+            if (note !== "")
+                noteTip.open();
+        }
+    }
+    ToolTip {
+        id: noteTip
+
+        objectName: "listenNote"
+        timeout: 8000
+        text: listening.note
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+}
