@@ -209,7 +209,8 @@ void Car::perform(const QString &line, bool isExpected)
     m_isFast = wasFast;
     m_scripts.engine().setInterrupted(false);
     const QRegularExpressionMatch made = variable.match(line);
-    if (made.hasMatch() && m_scripts.host().focusClients().size() > clients)
+    // A name that the host thought up exists in recordings of scenarios only.
+    if (m_scripts.host().focusClients().size() > clients)
         m_scripts.host().nameLastClient(made.captured(1));
 
     QString error = outcome.isError() ? QStringLiteral("stopped") : text(outcome.toVariant().toMap(), "text");
