@@ -180,7 +180,8 @@ void Car::arrive()
 
 void Car::redo()
 {
-    if (m_upcoming.empty())
+    // A line that waits is not over yet.
+    if (m_upcoming.empty() || m_isInLine)
         return;
     const Step step = m_upcoming.front();
     m_upcoming.pop_front();
