@@ -4,6 +4,13 @@ import QzAudio.Desk 1.0
 WindowTest {
     name: "Car"
 
+    /// The room, once all of it is there.
+    function openRoom() {
+        var room = goToRoom("Car");
+        tryCompare(item("placeCar"), "status", Loader.Ready);
+        return room;
+    }
+
     function car() {
         return snapshot("car");
     }
@@ -13,7 +20,7 @@ WindowTest {
     }
 
     function test_arrow_keys() {
-        goToRoom("Car");
+        openRoom();
         item("place").forceActiveFocus();
         keyClick(Qt.Key_Up);
         tryVerify(function () { return car().fade === 1; });
@@ -27,7 +34,7 @@ WindowTest {
     }
 
     function test_drag_is_one_step() {
-        goToRoom("Car");
+        openRoom();
         var place = item("place");
         var count = Desk.recording.count;
         mousePress(place, place.width / 2, place.height / 2);
@@ -52,7 +59,7 @@ WindowTest {
     }
 
     function test_steps_by_number() {
-        goToRoom("Car");
+        openRoom();
         item("balance").forceActiveFocus();
         keyClick(Qt.Key_Down);
         tryVerify(function () { return car().balance === -1; });
@@ -65,7 +72,7 @@ WindowTest {
     }
 
     function test_delays() {
-        goToRoom("Car");
+        openRoom();
         item("delay2").forceActiveFocus();
         keyClick(Qt.Key_Up);
         tryVerify(function () { return car().loudspeakers[2].delay === 0.1; });
@@ -83,7 +90,7 @@ WindowTest {
     }
 
     function test_filters() {
-        goToRoom("Car");
+        openRoom();
         compare(item("filter5").text, "none");
         perform("AudioControl.setFilter(AudioControl.SixthOutput, {value1: 80, flag: 1, kind: 1, value2: 2, value3: 3, value4: 4});");
         tryVerify(function () { return item("filter5").text !== "none"; });
@@ -91,7 +98,7 @@ WindowTest {
     }
 
     function test_front_only() {
-        goToRoom("Car");
+        openRoom();
         perform("AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);");
         tryCompare(item("frontOnly"), "enabled", true);
         item("frontOnly").forceActiveFocus();
@@ -107,7 +114,7 @@ WindowTest {
         window.width = 1024;
         window.height = 600;
         window.recordingShown = true;
-        var room = goToRoom("Car");
+        var room = openRoom();
         // One column, and the layout has been through it.
         tryVerify(function () { return room.width < 660 && item("delay5").mapToItem(room, 0, 0).y > room.height; });
         for (var name of ["delay5", "fade", "delay4"]) {

@@ -6,6 +6,13 @@ WindowTest {
 
     name: "Tone"
 
+    /// The room, once all of it is there.
+    function openRoom() {
+        var room = goToRoom("Tone");
+        tryCompare(item("placeTone"), "status", Loader.Ready);
+        return room;
+    }
+
     function tone() {
         return snapshot("tone");
     }
@@ -31,7 +38,7 @@ WindowTest {
     }
 
     function test_presets_and_modes() {
-        goToRoom("Tone");
+        openRoom();
         click("equalizerType3");
         tryVerify(function () { return tone().equalizerType === 3; });
         compare(lastLine(), "AudioPolicy.setEqType(3);");
@@ -48,7 +55,7 @@ WindowTest {
     }
 
     function test_drag_is_one_step() {
-        goToRoom("Tone");
+        openRoom();
         var slider = item("band4Slider");
         var count = Desk.recording.count;
         drag(slider, -40);
@@ -70,7 +77,7 @@ WindowTest {
     }
 
     function test_keys() {
-        goToRoom("Tone");
+        openRoom();
         item("band2Slider").forceActiveFocus();
         keyClick(Qt.Key_Up);
         tryVerify(function () { return tone().customCurve[2] === 2; });
@@ -85,7 +92,7 @@ WindowTest {
     }
 
     function test_repeated_gain() {
-        goToRoom("Tone");
+        openRoom();
         item("band0Slider").forceActiveFocus();
         keyClick(Qt.Key_Up);
         tryVerify(function () { return item("repeatHint").text.indexOf("For another 500 ms") === 0; });
@@ -103,7 +110,7 @@ WindowTest {
     }
 
     function test_comparison() {
-        goToRoom("Tone");
+        openRoom();
         verify(!item("legendCompared").visible);
         item("comparison").forceActiveFocus();
         for (var i = 0; i < 10; ++i)
@@ -117,7 +124,7 @@ WindowTest {
     }
 
     function test_loudness_and_expectations() {
-        goToRoom("Tone");
+        openRoom();
         item("loudness").forceActiveFocus();
         keyClick(Qt.Key_Space);
         tryVerify(function () { return tone().loudness === true; });
@@ -137,7 +144,7 @@ WindowTest {
         window.width = 1024;
         window.height = 600;
         window.recordingShown = true;
-        var room = goToRoom("Tone");
+        var room = openRoom();
         tryVerify(function () { return room.width < 660; });
         for (var name of ["sendAgain", "equalizerType0", "band15Slider"]) {
             var control = item(name);
