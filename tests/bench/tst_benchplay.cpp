@@ -137,10 +137,7 @@ void BenchPlayTest::results_data()
         "powerOff();\nwriteSettings('[Volume]\\n0=7\\n');\npowerOn();\nexpect(AudioPolicy.getVolume(0)).toBe(7);\n",
         0,
         "1 expectation held in 0.000 s.");
-    row("settings that are cut",
-        "writeSettings('[Volume]\\n0=7');\nexpect(AudioPolicy.getVolume(0)).toBe(20);\n",
-        0,
-        "1 expectation held in 0.000 s.");
+    row("settings that are cut", "writeSettings('[Volume]\\n0=7');\nexpect(AudioPolicy.getVolume(0)).toBe(20);\n", 0, "1 expectation held in 0.000 s.");
     row("a unit that loses its power while it saves",
         "powerOn();\nAudioPolicy.setVolume(0, 9, true);\npowerOff();\n"
         "expect(cutPowerWhileSaving(5, 'AudioPolicy.setVolume(0, 7, true)')).toContain('cut at byte 5; left: audioData.db (67 bytes)');\n"
