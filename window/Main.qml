@@ -28,6 +28,8 @@ ApplicationWindow {
     /// A unit's log that the timeline is to show.
     property url log
     property bool closingIsFine: false
+    /// Whether the program is about to end: a room that is still in the making is given up then.
+    property bool ends: false
 
     /// Opens a scenario; any other file is taken for a log, which the timeline shows.
     function openFile(url) {
@@ -81,6 +83,12 @@ ApplicationWindow {
         });
     }
 
+    Connections {
+        target: Qt.application
+        function onAboutToQuit() {
+            window.ends = true;
+        }
+    }
     SystemPalette {
         id: desktop
     }
@@ -221,6 +229,7 @@ ApplicationWindow {
                     RoomPlace {
                         name: modelData.name
                         shown: index === window.room
+                        givenUp: window.ends
                         log: window.log
                     }
                 }

@@ -11,12 +11,17 @@ Loader {
     /// A unit's log that the timeline is to show.
     property url log
     property bool wasShown: false
+    property bool givenUp: false
 
     objectName: "place" + name
     active: wasShown
     asynchronous: true
     source: "rooms/" + name + "Room.qml"
     onShownChanged: wasShown = wasShown || shown
+    onGivenUpChanged: {
+        if (status === Loader.Loading)
+            active = false;
+    }
     Component.onCompleted: wasShown = shown
     onLogChanged: passLog()
     onLoaded: passLog()

@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr int mostRows = 20000; // that are kept for rooms that are opened later
+constexpr int mostRows = 5000; // that are kept for rooms that are opened later
 constexpr int stopPatience = 2000; // ms until a car that does not stop is replaced
 constexpr qint64 largestFile = 16LL * 1024 * 1024; // bytes of a scenario
 

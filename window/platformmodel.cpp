@@ -166,6 +166,8 @@ void PlatformModel::follow()
         m_missed.clear();
         m_journal.clear();
     });
+    constexpr int mostCalls = 10000; // an hour's hundred thousand would take more memory than all else of the window
+    m_journal.setLimit(mostCalls);
     m_missed = desk()->journal();
     showMissed();
 }

@@ -68,7 +68,8 @@ start()
 {
     local before
     before=$(cars)
-    "$desk" "$@" 2>>"$work/errors" &
+    # In the background bash lets signals of the keyboard be ignored.
+    env --default-signal=INT "$desk" "$@" 2>>"$work/errors" &
     windows+=($!)
     for ((i = 0; i < 300; ++i)); do
         (($(cars) == before)) || return 0
@@ -78,6 +79,7 @@ start()
 }
 
 windows=()
+trap '((${#windows[@]} == 0)) || kill "${windows[@]}"' EXIT
 before=$(cars)
 : >"$work/errors"
 start
@@ -94,4 +96,4 @@ done
 for ((i = 0; i < 100 && $(cars) != before; ++i)); do sleep 0.1; done
 (($(cars) == before)) || fail "windows that ended left cars behind"
 [[ ! -s $work/errors ]] || fail "the windows say" "$(<"$work/errors")"
-find "$work/home" -path '*/unsaved/*.js' -print -quit | grep . && fail "windows that ended left a recording behind" || true
+[[ ! $(find "$work/home" -path '*/unsaved/*.js') ]] || fail "windows that ended in order left a recording behind"
