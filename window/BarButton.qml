@@ -16,8 +16,8 @@ ToolButton {
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
     Accessible.description: ToolTip.text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     ToolTip.visible: hovered && ToolTip.text.length > 0
     ToolTip.delay: 600
     ToolTip.text: keys ? qsTr("%1 (%2)").arg(hint).arg(keys) : hint

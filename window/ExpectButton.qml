@@ -18,8 +18,8 @@ ToolButton {
     enabled: line.length > 0
     focusPolicy: Qt.StrongFocus
     Accessible.name: qsTr("Expect this: %1").arg(line)
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     ToolTip.visible: hovered || visualFocus
     ToolTip.delay: 600
     ToolTip.text: qsTr("Expect this from now on: adds %1 to the recording").arg(line)

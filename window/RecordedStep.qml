@@ -25,8 +25,8 @@ ItemDelegate {
     ToolTip.visible: hovered && text.truncated
     ToolTip.delay: 600
     ToolTip.text: model.line
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     onClicked: Desk.goTo(moment)
 
     background: Rectangle {

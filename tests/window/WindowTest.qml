@@ -29,6 +29,7 @@ TestCase {
         // It may have come just now, and get its place with the next frame.
         var place = "";
         tryVerify(function () {
+            waitForRendering(clicked, 100);
             var last = place;
             var corner = clicked.mapToItem(null, 0, 0);
             place = [corner.x, corner.y, clicked.width, clicked.height].join();

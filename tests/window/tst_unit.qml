@@ -50,7 +50,8 @@ WindowTest {
         verify(item("settingsLastCause").text.indexOf("setVolume(Media, 7, true)") >= 0, item("settingsLastCause").text);
         click("settingsErase");
         tryVerify(function () { return item("settingsText").text.indexOf("0=7") < 0; });
-        verify(lines().some(function (line) { return line.indexOf("eraseSettings()") >= 0; }), lines());
+        // The file is gone before the car tells so.
+        tryVerify(function () { return lines().some(function (line) { return line.indexOf("eraseSettings()") >= 0; }); });
     }
 
     function test_calibration() {

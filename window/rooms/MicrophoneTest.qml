@@ -26,7 +26,7 @@ Panel {
         font.pixelSize: Theme.smallText
         color: isValid || text === "" ? Theme.text : Theme.bad
         Accessible.name: qsTr("Eight values that the self-test reads, 0 to 65535")
-        onAccepted: set.click()
+        onAccepted: set.clicked()
         Connections {
             target: test.model
             function onChanged() {

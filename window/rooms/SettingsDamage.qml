@@ -162,7 +162,7 @@ ColumnLayout {
             font.family: Theme.numbers
             font.pixelSize: Theme.smallText
             Accessible.name: qsTr("Line that saves a setting")
-            onAccepted: cutPower.click()
+            onAccepted: cutPower.clicked()
         }
         Button {
             id: cutPower

@@ -163,7 +163,7 @@ Panel {
             selectByMouse: true
             font.family: Theme.numbers
             Accessible.name: qsTr("Value of %1").arg(panel.key)
-            onAccepted: write.click()
+            onAccepted: write.clicked()
         }
         Button {
             id: write
