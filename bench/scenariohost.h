@@ -37,7 +37,7 @@ public:
         QVector<int> changes; ///< that it was told, in order
     };
     const QVector<FocusClient> &focusClients() const { return m_focusClients; }
-    /// The variable of the client that was made last.
+    /// The variable of the client that was made last; empty for one that has none.
     void nameLastClient(const QString &variable);
 
     Q_INVOKABLE void say(const QString &text);

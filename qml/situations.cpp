@@ -205,7 +205,7 @@ QJSValue argumentValue(const Argument &argument, int channelAfterCall)
 {
     switch (argument.form) {
     case Argument::Truth:
-        return QJSValue(argument.value != 0);
+        return {argument.value != 0};
     case Argument::ChannelAfterCall:
         return {channelAfterCall};
     default:

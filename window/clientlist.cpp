@@ -14,7 +14,8 @@ constexpr int longestStory = 12;
 QString storyOf(const QVector<int> &changes)
 {
     QStringList names;
-    for (const int change : changes.mid(qMax(0, changes.size() - longestStory)))
+    const QVector<int> latest = changes.mid(qMax(0, changes.size() - longestStory));
+    for (const int change : latest)
         names.append(FocusInspector::changeName(change));
     if (changes.size() > longestStory)
         names.prepend(QStringLiteral("…"));

@@ -47,6 +47,17 @@ int repeatLeftOf(const QVariantList &timers)
     return 0;
 }
 
+/// The centres of the sixteen bands, in Hz and from 1000 on in kHz.
+QStringList bandFrequencies(const QString &hertz, const QString &kilohertz)
+{
+    constexpr double thousand = 1000;
+    QStringList texts;
+    const Bands bands = EqualizerCurves::ofGains();
+    for (const EqualizerResponse::Band &band : bands)
+        texts.append(band.frequency < thousand ? QString::number(band.frequency) + hertz : QString::number(band.frequency / thousand) + kilohertz);
+    return texts;
+}
+
 } // namespace
 
 bool ToneModel::isCustomRefused() const
@@ -85,12 +96,12 @@ QVariantList ToneModel::namedCurves() const
 
 QStringList ToneModel::bandTexts() const
 {
-    constexpr double thousand = 1000;
-    QStringList texts;
-    const Bands bands = EqualizerCurves::ofGains();
-    for (const EqualizerResponse::Band &band : bands)
-        texts.append(band.frequency < thousand ? QString::number(band.frequency) : QString::number(band.frequency / thousand) + QLatin1Char('k'));
-    return texts;
+    return bandFrequencies(QString(), QStringLiteral("k"));
+}
+
+QStringList ToneModel::bandNames() const
+{
+    return bandFrequencies(QStringLiteral(" Hz"), QStringLiteral(" kHz"));
 }
 
 int ToneModel::highestGain() const

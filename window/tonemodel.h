@@ -33,6 +33,8 @@ class ToneModel : public RoomModel
     Q_PROPERTY(QVariantList namedCurves READ namedCurves CONSTANT)
     /// Centres of the sixteen bands, for people: "50", "3.1k".
     Q_PROPERTY(QStringList bandTexts READ bandTexts CONSTANT)
+    /// The same with their unit: "3.1 kHz".
+    Q_PROPERTY(QStringList bandNames READ bandNames CONSTANT)
     /// dB, up and down.
     Q_PROPERTY(int highestGain READ highestGain CONSTANT)
     /// dB; the policy takes halves of a gain, which are whole numbers.
@@ -53,6 +55,7 @@ public:
     QStringList modeTexts() const;
     QVariantList namedCurves() const;
     QStringList bandTexts() const;
+    QStringList bandNames() const;
     int highestGain() const;
     int gainStep() const;
 

@@ -324,7 +324,7 @@ void SituationsTest::rows()
         const QModelIndex index = situations->index(row);
         for (auto role = roles.cbegin(); role != roles.cend(); ++role)
             QVERIFY2(!situations->data(index, role.key()).toString().isEmpty() || role.key() == Situations::LinesRole, role.value().constData());
-        const QString name = names.at(row);
+        const QString &name = names.at(row);
         QCOMPARE(situations->data(index, Situations::LinesRole).toStringList(), situations->lines(name));
         QCOMPARE(situations->data(index, Situations::PerformableRole).toBool(), name != QLatin1String("ignitionOff"));
         const int phase = situations->data(index, Situations::PhaseRole).toInt();

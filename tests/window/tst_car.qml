@@ -102,4 +102,22 @@ WindowTest {
         click("expectFrontRear");
         tryVerify(function () { return lastLine() === "expect(Platform.frontRearMode()).toBe(0);"; });
     }
+
+    function test_scrolls_to_the_keyboard() {
+        window.width = 1024;
+        window.height = 600;
+        window.recordingShown = true;
+        var room = goToRoom("Car");
+        // One column, and the layout has been through it.
+        tryVerify(function () { return room.width < 660 && item("delay5").mapToItem(room, 0, 0).y > room.height; });
+        for (var name of ["delay5", "fade", "delay4"]) {
+            var control = item(name);
+            control.forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(function () {
+                var top = control.mapToItem(room, 0, 0).y;
+                return top >= 0 && top + control.height <= room.height;
+            }, 5000, name + " is in sight");
+        }
+        window.recordingShown = false;
+    }
 }

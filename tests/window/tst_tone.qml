@@ -81,7 +81,7 @@ WindowTest {
         keyClick(Qt.Key_Down);
         tryVerify(function () { return tone().customCurve[3] === -2; });
         compare(lines().slice(-3), ["AudioPolicy.adjustCustomEq(1, 2);", "AudioPolicy.adjustCustomEq(2, 2);", "AudioPolicy.adjustCustomEq(-1, 3);"]);
-        compare(item("bandText").text, "Band of 200 Hz: -2 dB");
+        compare(item("bandText").text, "Band at 200 Hz: -2 dB");
     }
 
     function test_repeated_gain() {
@@ -131,5 +131,23 @@ WindowTest {
         }
         for (var row = Desk.recording.count - 3; row < Desk.recording.count; ++row)
             verify(!Desk.recording.data(Desk.recording.index(row, 0), failedRole), lines()[row]);
+    }
+
+    function test_narrow() {
+        window.width = 1024;
+        window.height = 600;
+        window.recordingShown = true;
+        var room = goToRoom("Tone");
+        tryVerify(function () { return room.width < 660; });
+        for (var name of ["sendAgain", "equalizerType0", "band15Slider"]) {
+            var control = item(name);
+            waitForRendering(control, 500);
+            control.forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(function () {
+                var place = control.mapToItem(room, 0, 0);
+                return place.y >= 0 && place.y + control.height <= room.height && place.x >= 0 && place.x + control.width <= room.width;
+            }, 5000, name + " is in sight");
+        }
+        window.recordingShown = false;
     }
 }

@@ -180,7 +180,8 @@ void Car::arrive()
 
 void Car::redo()
 {
-    if (m_upcoming.empty())
+    // A line that waits is not over yet.
+    if (m_upcoming.empty() || m_isInLine)
         return;
     const Step step = m_upcoming.front();
     m_upcoming.pop_front();
@@ -208,7 +209,8 @@ void Car::perform(const QString &line, bool isExpected)
     m_isFast = wasFast;
     m_scripts.engine().setInterrupted(false);
     const QRegularExpressionMatch made = variable.match(line);
-    if (made.hasMatch() && m_scripts.host().focusClients().size() > clients)
+    // A name that the host thought up exists in recordings of scenarios only.
+    if (m_scripts.host().focusClients().size() > clients)
         m_scripts.host().nameLastClient(made.captured(1));
 
     QString error = outcome.isError() ? QStringLiteral("stopped") : text(outcome.toVariant().toMap(), "text");

@@ -24,33 +24,18 @@ Item {
         active: room.active
     }
 
-    Flickable {
-        id: flickable
+    RoomScroller {
+        id: scroller
 
         anchors.fill: parent
-        contentWidth: width
-        contentHeight: contents.height + 2 * Theme.gap
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        ScrollBar.vertical: ScrollBar {}
-
-        GridLayout {
-            id: contents
-
-            readonly property real needed: room.isWide ? Math.max(left.implicitHeight, right.implicitHeight)
-                                                       : left.implicitHeight + right.implicitHeight + rowSpacing
-
+        contents: GridLayout {
             x: Theme.gap
             y: Theme.gap
-            width: flickable.width - 2 * Theme.gap
-            height: Math.max(needed, flickable.height - 2 * Theme.gap)
             columns: room.isWide ? 2 : 1
             columnSpacing: Theme.gap
             rowSpacing: Theme.gap
 
             Panel {
-                id: left
-
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 Layout.preferredWidth: room.isWide ? Math.min(room.width / 3, 420) : room.width
@@ -135,8 +120,6 @@ Item {
             }
 
             ColumnLayout {
-                id: right
-
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 spacing: Theme.gap

@@ -25,22 +25,20 @@ ColumnLayout {
     Repeater {
         model: focusStackRows.stack
 
-        Rectangle {
+        Pane {
             objectName: "stackRow" + index
-            implicitHeight: lines.implicitHeight + 2 * Theme.smallGap
-            color: index === 0 ? Theme.field : "transparent"
-            border.color: index === 0 ? Theme.accent : Theme.line
-            radius: 3
+            padding: Theme.smallGap
+            leftPadding: Theme.gap
+            rightPadding: Theme.gap
             Layout.fillWidth: true
             Accessible.role: Accessible.ListItem
             Accessible.name: client.text + ", " + state.text
-
-            ColumnLayout {
-                id: lines
-
-                x: Theme.gap
-                y: Theme.smallGap
-                width: parent.width - 2 * Theme.gap
+            background: Rectangle {
+                color: index === 0 ? Theme.field : "transparent"
+                border.color: index === 0 ? Theme.accent : Theme.line
+                radius: 3
+            }
+            contentItem: ColumnLayout {
                 spacing: 0
 
                 RowLayout {

@@ -19,15 +19,12 @@ Item {
         active: room.active
     }
 
-    Flickable {
+    FocusFlickable {
         id: flickable
 
         anchors.fill: parent
         anchors.margins: Theme.gap
         contentHeight: grid.height
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        ScrollBar.vertical: ScrollBar {}
 
         GridLayout {
             id: grid

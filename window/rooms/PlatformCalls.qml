@@ -12,6 +12,16 @@ ColumnLayout {
     required property PlatformModel model
     readonly property var journal: model.journal
 
+    function showLatest() {
+        list.currentIndex = list.count - 1;
+        list.positionViewAtEnd();
+    }
+    function expectCurrent() {
+        const line = list.currentItem ? list.currentItem.expectation : "";
+        if (line !== "")
+            Desk.perform(line);
+    }
+
     spacing: Theme.gap
 
     Flow {
@@ -45,7 +55,7 @@ ColumnLayout {
             text: qsTr("Show the latest")
             checked: true
             Accessible.name: qsTr("Move to the latest call as calls come")
-            onToggled: if (checked) list.positionViewAtEnd()
+            onToggled: if (checked) calls.showLatest()
         }
         Label {
             objectName: "platformCallCount"
@@ -76,26 +86,31 @@ ColumnLayout {
             boundsBehavior: Flickable.StopAtBounds
             model: calls.journal
             Accessible.role: Accessible.List
-            Accessible.name: qsTr("Calls of the platform")
-            onCountChanged: if (follows.checked) Qt.callLater(positionViewAtEnd)
+            Accessible.name: qsTr("Calls of the platform; Enter expects the current one")
+            keyNavigationEnabled: true
+            onCountChanged: if (follows.checked) Qt.callLater(calls.showLatest)
             onMovementStarted: follows.checked = false
-            Keys.onUpPressed: { follows.checked = false; flick(0, 800); }
-            Keys.onDownPressed: flick(0, -800)
+            Keys.onUpPressed: {
+                follows.checked = false;
+                decrementCurrentIndex();
+            }
+            Keys.onReturnPressed: calls.expectCurrent()
+            Keys.onEnterPressed: calls.expectCurrent()
             Keys.onPressed: {
-                if (event.key === Qt.Key_Home || event.key === Qt.Key_PageUp) {
-                    follows.checked = false;
-                    contentY = event.key === Qt.Key_Home ? originY : Math.max(originY, contentY - height);
-                } else if (event.key === Qt.Key_PageDown) {
-                    contentY = Math.min(originY + contentHeight - height, contentY + height);
-                } else if (event.key === Qt.Key_End) {
-                    positionViewAtEnd();
-                } else {
+                const rows = Math.max(1, Math.floor(height / 30));
+                const moves = {};
+                moves[Qt.Key_Home] = -count;
+                moves[Qt.Key_End] = count;
+                moves[Qt.Key_PageUp] = -rows;
+                moves[Qt.Key_PageDown] = rows;
+                if (moves[event.key] === undefined)
                     return;
-                }
+                follows.checked = false;
+                currentIndex = Math.max(0, Math.min(count - 1, currentIndex + moves[event.key]));
                 event.accepted = true;
             }
             ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
-            delegate: RowLayout {
+            delegate: Control {
                 id: entry
 
                 required property int index
@@ -106,47 +121,58 @@ ColumnLayout {
                 required property string cause
                 required property string note
                 required property bool refused
+                readonly property string expectation: calls.model.expectationOfCall(operation, call, note)
 
                 width: ListView.view.width - Theme.gap
-                spacing: Theme.gap
+                verticalPadding: 2
                 Accessible.role: Accessible.ListItem
                 Accessible.name: qsTr("%1, caused by %2").arg(call).arg(cause)
 
-                Label {
-                    Layout.alignment: Qt.AlignTop
-                    Layout.leftMargin: Theme.smallGap
-                    Layout.preferredWidth: 72
-                    horizontalAlignment: Text.AlignRight
-                    text: CarTime.toText(entry.time)
-                    color: Theme.faint
-                    font.family: Theme.numbers
-                    font.pixelSize: Theme.smallText
+                background: Rectangle {
+                    color: "transparent"
+                    border.width: entry.ListView.isCurrentItem && list.activeFocus ? 1 : 0
+                    border.color: Theme.accent
                 }
-                ColumnLayout {
-                    Layout.fillWidth: true
-                    spacing: 0
+                contentItem: RowLayout {
+                    spacing: Theme.gap
 
                     Label {
-                        Layout.fillWidth: true
-                        text: entry.call.replace(/^\w+/, entry.object) + (entry.note === "" || entry.call.endsWith(entry.note + ")") ? "" : " (" + entry.note + ")")
-                        wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-                        color: entry.refused ? Theme.bad : Theme.text
-                        font.pixelSize: Theme.smallText
-                    }
-                    Label {
-                        Layout.fillWidth: true
-                        visible: entry.cause !== ""
-                        text: entry.cause
-                        wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                        Layout.alignment: Qt.AlignTop
+                        Layout.leftMargin: Theme.smallGap
+                        Layout.preferredWidth: 72
+                        horizontalAlignment: Text.AlignRight
+                        text: CarTime.toText(entry.time)
                         color: Theme.faint
+                        font.family: Theme.numbers
                         font.pixelSize: Theme.smallText
                     }
-                }
-                ExpectButton {
-                    objectName: "platformExpectCall" + entry.index
-                    Layout.alignment: Qt.AlignTop
-                    activeFocusOnTab: false
-                    line: calls.model.expectationOfCall(entry.operation, entry.call, entry.note)
+                    ColumnLayout {
+                        Layout.fillWidth: true
+                        spacing: 0
+
+                        Label {
+                            Layout.fillWidth: true
+                            text: entry.call.replace(/^\w+/, entry.object) + (entry.note === "" || entry.call.endsWith(entry.note + ")") ? "" : " (" + entry.note + ")")
+                            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                            color: entry.refused ? Theme.bad : Theme.text
+                            font.pixelSize: Theme.smallText
+                        }
+                        Label {
+                            Layout.fillWidth: true
+                            visible: entry.cause !== ""
+                            text: entry.cause
+                            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                            color: Theme.faint
+                            font.pixelSize: Theme.smallText
+                        }
+                    }
+                    ExpectButton {
+                        objectName: "platformExpectCall" + entry.index
+                        Layout.alignment: Qt.AlignTop
+                        visible: line !== ""
+                        focusPolicy: Qt.NoFocus
+                        line: entry.expectation
+                    }
                 }
             }
         }

@@ -5,7 +5,7 @@ import QzAudio.Desk 1.0
 import ".."
 
 /// The platform's operations, and how they are to fail.
-Flickable {
+FocusFlickable {
     id: faults
 
     required property PlatformModel model
@@ -14,9 +14,6 @@ Flickable {
     property bool writes: false
 
     contentHeight: Math.max(height, grid.implicitHeight)
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
-    ScrollBar.vertical: ScrollBar {}
 
     GridLayout {
         id: grid

@@ -5,16 +5,13 @@ import QzAudio.Desk 1.0
 import ".."
 
 /// The chip's state as a table, and the books of the platform's objects.
-Flickable {
+FocusFlickable {
     id: tables
 
     required property PlatformModel model
     readonly property bool isWide: width >= 740
 
     contentHeight: Math.max(height, grid.implicitHeight)
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
-    ScrollBar.vertical: ScrollBar {}
 
     GridLayout {
         id: grid
@@ -71,7 +68,7 @@ Flickable {
                         spacing: Theme.gap
 
                         Label {
-                            Layout.preferredWidth: 110
+                            Layout.preferredWidth: 100
                             Layout.leftMargin: Theme.smallGap
                             text: entry.group
                             wrapMode: Text.Wrap
@@ -79,7 +76,7 @@ Flickable {
                             font.pixelSize: Theme.smallText
                         }
                         Label {
-                            Layout.preferredWidth: 150
+                            Layout.preferredWidth: 200
                             text: entry.name
                             wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                             font.pixelSize: Theme.smallText

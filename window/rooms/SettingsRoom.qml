@@ -20,16 +20,13 @@ Item {
     }
 
     // In a wide room the table stays where it is, and what can be done scrolls beside it; in a narrow one all of it scrolls.
-    Flickable {
+    FocusFlickable {
         id: flickable
 
         anchors.fill: parent
         anchors.margins: Theme.gap
-        contentHeight: room.isWide ? height : table.height + Theme.gap + column.implicitHeight
-        boundsBehavior: Flickable.StopAtBounds
+        contentHeight: room.isWide ? height : table.height + Theme.gap + column.height
         interactive: !room.isWide
-        clip: true
-        ScrollBar.vertical: ScrollBar {}
 
         SettingsTable {
             id: table
@@ -38,18 +35,15 @@ Item {
             width: room.isWide ? Math.floor((flickable.width - Theme.gap) / 2) : flickable.width - Theme.gap
             height: room.isWide ? flickable.height : 420
         }
-        Flickable {
+        FocusFlickable {
             id: actions
 
             x: room.isWide ? table.width + Theme.gap : 0
             y: room.isWide ? 0 : table.height + Theme.gap
             width: table.width
             height: room.isWide ? flickable.height : contentHeight
-            contentHeight: column.implicitHeight
-            boundsBehavior: Flickable.StopAtBounds
+            contentHeight: column.height
             interactive: room.isWide
-            clip: true
-            ScrollBar.vertical: ScrollBar {}
 
             ColumnLayout {
                 id: column

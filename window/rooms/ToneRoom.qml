@@ -39,23 +39,13 @@ Item {
         id: compared
     }
 
-    Flickable {
-        id: flickable
+    RoomScroller {
+        id: scroller
 
         anchors.fill: parent
-        contentWidth: width
-        contentHeight: contents.height + 2 * Theme.gap
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        ScrollBar.vertical: ScrollBar {}
-
-        ColumnLayout {
-            id: contents
-
+        contents: ColumnLayout {
             x: Theme.gap
             y: Theme.gap
-            width: flickable.width - 2 * Theme.gap
-            height: Math.max(implicitHeight, flickable.height - 2 * Theme.gap)
             spacing: Theme.gap
 
             Flow {
@@ -231,6 +221,7 @@ Item {
                             Layout.fillHeight: true
                             Layout.preferredWidth: 1
                             frequency: modelData
+                            name: tone.bandNames[index]
                             gain: index < tone.customGains.length ? tone.customGains[index] : 0
                             range: tone.highestGain
                             step: tone.gainStep
@@ -253,8 +244,8 @@ Item {
 
                     Label {
                         objectName: "bandText"
-                        text: qsTr("Band of %1 Hz: %2 dB").arg(tone.bandTexts[room.band])
-                                                          .arg(tone.customGains.length > 0 ? room.signed(tone.customGains[room.band]) : "?")
+                        text: qsTr("Band at %1: %2 dB").arg(tone.bandNames[room.band])
+                                                       .arg(tone.customGains.length > 0 ? room.signed(tone.customGains[room.band]) : "?")
                         color: Theme.text
                     }
 

@@ -43,12 +43,7 @@ ColumnLayout {
             ToolTip.text: qsTr("Turn it with the mouse, the wheel or the arrow keys: each step is one of the volume keys.")
             ToolTip.visible: hovered && !pressed
             ToolTip.delay: 800
-            onMoved: {
-                volumeKnob.drive.turnTo(Math.round(value));
-                // A car that a scenario drives does not follow.
-                if (!pressed)
-                    value = Math.max(0, volumeKnob.drive.keyVolume);
-            }
+            onMoved: volumeKnob.drive.turnTo(Math.round(value))
 
             Binding {
                 target: dial
@@ -87,7 +82,10 @@ ColumnLayout {
 
             Label {
                 objectName: "keyType"
-                text: volumeKnob.works ? qsTr("of %1").arg(volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType].meaning) : qsTr("they work on nothing")
+                text: {
+                    const type = volumeKnob.drive.volumeTypes[volumeKnob.drive.keyType];
+                    return type ? qsTr("of %1").arg(type.meaning) : qsTr("they work on nothing");
+                }
                 color: Theme.text
                 font.pixelSize: Theme.plainText
                 wrapMode: Text.Wrap

@@ -1,14 +1,15 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
-import "."
+import ".."
 
 /// The gain of one equalizer band. A gain is chosen once a drag is over, or with each key: never at every pixel on the way.
 ColumnLayout {
     id: band
 
-    /// Of its centre, for people: "3.1k".
+    /// Of its centre, for people: "3.1k", and "3.1 kHz".
     property string frequency
+    property string name
     /// dB that the band has.
     property real gain
     property int range
@@ -58,7 +59,7 @@ ColumnLayout {
         stepSize: band.step
         snapMode: Slider.SnapAlways
         value: band.gain
-        Accessible.name: qsTr("Gain of the band of %1 Hz").arg(band.frequency)
+        Accessible.name: qsTr("Gain of the band at %1").arg(band.name)
         Keys.onLeftPressed: band.aside(-1)
         Keys.onRightPressed: band.aside(1)
         onActiveFocusChanged: {

@@ -1,5 +1,5 @@
 import QtQuick 2.15
-import "."
+import ".."
 
 /// What a line of a picture is, beside a piece of that line.
 Row {

@@ -1,5 +1,5 @@
 import QtQuick 2.15
-import "."
+import ".."
 
 /// A level as a bar, with its text on it.
 Rectangle {

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Shapes 1.15
-import "."
+import ".."
 
 /// Up to two response curves in dB, over frequencies from 20 Hz to 20 kHz.
 Item {

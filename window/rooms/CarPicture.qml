@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Shapes 1.15
-import "."
+import ".."
 
 /**
  * The car from above, front on top, with its loudspeakers, and the point that fade and balance move the sound to.
