@@ -36,7 +36,5 @@ BarButton {
         objectName: "listenNote"
         timeout: 8000
         text: listening.note
-        Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
     }
 }

@@ -28,8 +28,6 @@ ApplicationWindow {
     /// A unit's log that the timeline is to show.
     property url log
     property bool closingIsFine: false
-    /// Whether the program is about to end: a room that is still in the making is given up then.
-    property bool ends: false
 
     /// Opens a scenario; any other file is taken for a log, which the timeline shows.
     function openFile(url) {
@@ -83,12 +81,6 @@ ApplicationWindow {
         });
     }
 
-    Connections {
-        target: Qt.application
-        function onAboutToQuit() {
-            window.ends = true;
-        }
-    }
     SystemPalette {
         id: desktop
     }
@@ -229,7 +221,6 @@ ApplicationWindow {
                     RoomPlace {
                         name: modelData.name
                         shown: index === window.room
-                        givenUp: window.ends
                         log: window.log
                     }
                 }

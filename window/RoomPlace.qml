@@ -2,7 +2,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-/// Where a room stands. It is made when it is first looked at, in the time that frames leave, and kept.
+/// Where a room stands. It is made when it is first looked at, as a whole (what is still in the making when the program ends
+/// makes it crash), and kept.
 Loader {
     id: place
 
@@ -11,17 +12,11 @@ Loader {
     /// A unit's log that the timeline is to show.
     property url log
     property bool wasShown: false
-    property bool givenUp: false
 
     objectName: "place" + name
     active: wasShown
-    asynchronous: true
     source: "rooms/" + name + "Room.qml"
     onShownChanged: wasShown = wasShown || shown
-    onGivenUpChanged: {
-        if (status === Loader.Loading)
-            active = false;
-    }
     Component.onCompleted: wasShown = shown
     onLogChanged: passLog()
     onLoaded: passLog()

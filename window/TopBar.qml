@@ -171,6 +171,7 @@ Rectangle {
             keys: qsTr("Ctrl+Shift+Z")
             onClicked: Desk.redo()
         }
+        ListenButton { }
         BarButton {
             id: scenarioButton
 

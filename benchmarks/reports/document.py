@@ -135,6 +135,15 @@ resident memory of the largest of these processes.
 {rendering}
 """
 
+WINDOW = """\
+## The desk window
+
+`qzaudio-window-time`: all rooms of the window in turn, without OpenGL, while a scenario drives with 50 calls of the platform in a second of the car, ten times as
+fast; then an hour's recording. The thread's time is its own processor time between two sleeps, with events and drawing in it.
+
+{window}
+"""
+
 
 def table(heads, rows):
     texts = ["| " + " | ".join(heads) + " |", "|" + "---|" * len(heads)]
@@ -227,6 +236,11 @@ def rendering_rows(rendering):
         yield [f"**{rate:.0f} times**", f"{drive.rate} times", f"{resident:.0f} MB", f"{drive.resident} MB", f"{drive.scenario}, {seconds:.0f} s", drive.title]
 
 
+def window_rows(window):
+    for figure in goals.WINDOW:
+        yield [f"**{window[figure.key]:.0f} {figure.unit}**", f"{figure.most} {figure.unit}", figure.title]
+
+
 def text(results, edges, about):
     heads = ["Ratio", "Goal", "Work", "Takes", "Floor takes", "Allocations", "The floor is"]
     parts = {"The library": "work", "Floor": "floor"}
@@ -252,5 +266,6 @@ def text(results, edges, about):
         WAITS.format(waits=table(["The other writer", "The caller's way", "First", "Median after it", "Longest after it", "In the file"], wait_rows(edges["waits"]))),
         READING.format(reading=table(["Speed", "At least", "Resident", "At most", "Log", "Of"], reading_rows(edges["reading"]))),
         RENDERING.format(rendering=table(["Real time", "At least", "Resident", "At most", "Drive", "With"], rendering_rows(edges["rendering"]))),
+        WINDOW.format(window=table(["Measured", "At most", "What"], window_rows(edges["window"]))),
     ]
     return "\n".join(sections)
