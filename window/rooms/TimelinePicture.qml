@@ -224,6 +224,8 @@ FocusScope {
                 y: (curve.row + 1) * picture.rowHeight - Theme.gap - picture.levelHeight
                 width: area.width
                 height: picture.levelHeight
+                // Without OpenGL a shape that was scrolled out of sight would be painted beyond all borders.
+                layer.enabled: true
 
                 ShapePath {
                     strokeColor: Theme.series[curve.source % Theme.series.length]
