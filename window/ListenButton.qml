@@ -15,7 +15,8 @@ BarButton {
     Accessible.checkable: true
     Accessible.checked: checked
     onClicked: {
-        listening.on = checked;
+        // A pointer switches the button itself, a key does not.
+        listening.on = !listening.on;
         checked = Qt.binding(() => listening.on);
         if (listening.note !== "")
             noteTip.open();

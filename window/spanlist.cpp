@@ -2,9 +2,21 @@
 
 #include <algorithm>
 
-bool SpanList::Span::operator==(const Span &other) const
+/// Scrolling changes one, and only what is bound to that is computed anew.
+QVector<int> SpanList::changedRoles(const Span &before, const Span &after)
 {
-    return row == other.row && lane == other.lane && left == other.left && length == other.length && label == other.label;
+    QVector<int> roles;
+    if (before.row != after.row)
+        roles.append(RowRole);
+    if (before.lane != after.lane)
+        roles.append(LaneRole);
+    if (before.left != after.left)
+        roles.append(LeftRole);
+    if (before.length != after.length)
+        roles.append(LengthRole);
+    if (before.label != after.label)
+        roles.append(LabelRole);
+    return roles;
 }
 
 SpanList::SpanList(QObject *parent)
@@ -22,10 +34,11 @@ void SpanList::assign(const QVector<Span> &spans)
         endRemoveRows();
     }
     for (int i = 0; i < kept; ++i) {
-        if (m_spans.at(i) == spans.at(i))
+        const QVector<int> roles = changedRoles(m_spans.at(i), spans.at(i));
+        if (roles.isEmpty())
             continue;
         m_spans[i] = spans.at(i);
-        Q_EMIT dataChanged(index(i), index(i));
+        Q_EMIT dataChanged(index(i), index(i), roles);
     }
     if (spans.size() > before) {
         beginInsertRows({}, before, spans.size() - 1);

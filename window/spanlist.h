@@ -22,8 +22,6 @@ public:
         double left;
         double length;
         QString label;
-
-        bool operator==(const Span &other) const;
     };
 
     explicit SpanList(QObject *parent = nullptr);
@@ -43,6 +41,8 @@ private:
         LengthRole,
         LabelRole,
     };
+
+    static QVector<int> changedRoles(const Span &before, const Span &after);
 
     QVector<Span> m_spans;
 };

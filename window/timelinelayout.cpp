@@ -6,8 +6,9 @@
 namespace
 {
 
-constexpr double shortest = 3; // pixels of a span
+constexpr double shortest = 6; // pixels of a span that is drawn by itself where others are near
 constexpr double margin = 10; // pixels beyond the borders
+constexpr int mostTold = 12; // characters of moments that are drawn as one
 
 void append(QVector<SpanList::Span> &all, const SpanList::Span &span)
 {
@@ -18,7 +19,10 @@ void append(QVector<SpanList::Span> &all, const SpanList::Span &span)
         const bool isCrowded = span.left - last.left < shortest;
         if (isShort && isCrowded) {
             last.length = isMoment ? last.length : span.left + span.length - last.left;
-            last.label = isMoment ? last.label + span.label : QString();
+            if (!isMoment)
+                last.label.clear();
+            else if (last.label.size() < mostTold)
+                last.label += span.label;
             return;
         }
     }
@@ -142,17 +146,23 @@ double TimelineLayout::leastLevel(const DriveFigure &drive, const std::optional<
     return replay ? std::min(least, replay->levels.charts.constFirst().y.least) : least;
 }
 
-QVariantList TimelineLayout::curvesOf(const DriveFigure &figure, int row, const TimeScale &scale, double least, double height)
+QVariantList TimelineLayout::curvesOf(const DriveFigure &drive, const std::optional<DriveFigure> &replay, const TimeScale &scale, double height)
 {
+    const double least = leastLevel(drive, replay);
     QVariantList all;
-    for (const Figure::Series &series : figure.levels.charts.constFirst().series) {
-        all.append(QVariantMap{
-            {QStringLiteral("row"), row},
-            {QStringLiteral("source"), series.name},
-            {QStringLiteral("name"), figure.levels.legend.value(series.name)},
-            {QStringLiteral("paths"), pathsOf(series, scale, least, height)},
-        });
-    }
+    const auto add = [&](const DriveFigure &figure, int row) {
+        for (const Figure::Series &series : figure.levels.charts.constFirst().series) {
+            const int source = drive.levels.legend.indexOf(figure.levels.legend.value(series.name));
+            all.append(QVariantMap{
+                {QStringLiteral("row"), row},
+                {QStringLiteral("source"), source < 0 ? drive.levels.legend.size() + series.name : source},
+                {QStringLiteral("paths"), pathsOf(series, scale, least, height)},
+            });
+        }
+    };
+    add(drive, 0);
+    if (replay)
+        add(*replay, 1);
     return all;
 }
 

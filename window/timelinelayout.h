@@ -18,8 +18,8 @@ QVector<SpanList::Span> marksOf(const QVector<DriveFigure::Difference> &differen
 
 /// dB at the bottom.
 double leastLevel(const DriveFigure &drive, const std::optional<DriveFigure> &replay);
-/// Maps of {row, source, name, paths}.
-QVariantList curvesOf(const DriveFigure &figure, int row, const TimeScale &scale, double least, double height);
+/// Maps of {row, source, paths}. A source of both has one number.
+QVariantList curvesOf(const DriveFigure &drive, const std::optional<DriveFigure> &replay, const TimeScale &scale, double height);
 /// Maps of {place, label}.
 QVariantList levelTicks(double least, double height);
 

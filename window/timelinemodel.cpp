@@ -108,6 +108,7 @@ void TimelineModel::forget()
     lay();
     Q_EMIT stateChanged();
     Q_EMIT pictureChanged();
+    Q_EMIT sourcesChanged();
     Q_EMIT cursorChanged();
 }
 
@@ -158,6 +159,7 @@ void TimelineModel::takeDrive(int status, const QByteArray &output, const QStrin
         setProblem(isNothingYet ? QString() : said);
         lay();
         Q_EMIT pictureChanged();
+        Q_EMIT sourcesChanged();
         return;
     }
     const auto work = [output, log = shownLog(), isCar = m_log.isEmpty()] {
@@ -186,6 +188,7 @@ void TimelineModel::showDrive(const Read &read)
     goOn();
     lay();
     Q_EMIT pictureChanged();
+    Q_EMIT sourcesChanged();
     if (m_cursor >= 0)
         look(m_cursor);
     if (m_drive && !m_log.isEmpty())
@@ -241,6 +244,7 @@ void TimelineModel::readReplay(const QByteArray &output)
         m_differences = read.differences;
         lay();
         Q_EMIT pictureChanged();
+        Q_EMIT sourcesChanged();
         Q_EMIT cursorChanged();
     });
 }
@@ -274,6 +278,7 @@ void TimelineModel::setLevelHeight(double pixels)
     if (pixels == m_levelHeight)
         return;
     m_levelHeight = pixels;
+    layCurves();
     Q_EMIT viewChanged();
 }
 
@@ -312,28 +317,13 @@ void TimelineModel::lay()
         spans += TimelineLayout::spansOf(*m_replay, 1, m_scale);
     m_spans.assign(spans);
     m_marks.assign(TimelineLayout::marksOf(m_differences, m_scale));
+    layCurves();
     Q_EMIT viewChanged();
 }
 
-QVariantList TimelineModel::curves() const
+void TimelineModel::layCurves()
 {
-    QVariantList all;
-    if (!m_drive)
-        return all;
-    const double least = TimelineLayout::leastLevel(*m_drive, m_replay);
-    all = TimelineLayout::curvesOf(*m_drive, 0, m_scale, least, m_levelHeight);
-    if (!m_replay)
-        return all;
-    QVariantList ofReplay = TimelineLayout::curvesOf(*m_replay, 1, m_scale, least, m_levelHeight);
-    // A source has one colour in both.
-    for (QVariant &curve : ofReplay) {
-        QVariantMap map = curve.toMap();
-        const QString name = map.value(QStringLiteral("name")).toString();
-        const int source = m_drive->levels.legend.indexOf(name);
-        map.insert(QStringLiteral("source"), source < 0 ? m_drive->levels.legend.size() + map.value(QStringLiteral("source")).toInt() : source);
-        curve = map;
-    }
-    return all + ofReplay;
+    m_curves = m_drive ? TimelineLayout::curvesOf(*m_drive, m_replay, m_scale, m_levelHeight) : QVariantList();
 }
 
 QVariantList TimelineModel::ticks() const
@@ -391,26 +381,30 @@ const DriveFigure *TimelineModel::asked() const
 int TimelineModel::askedSource() const
 {
     const DriveFigure *const figure = asked();
-    if (!figure)
+    if (!figure || m_cursor < 0)
         return -1;
     return m_source >= 0 && m_source < figure->levels.sources.size() ? m_source : figure->loudestAt(m_cursor);
 }
 
-QVariantList TimelineModel::sources() const
+QStringList TimelineModel::sources() const
 {
-    QVariantList rows;
     const DriveFigure *const figure = asked();
-    if (!figure)
-        return rows;
-    for (int i = 0; i < figure->levels.legend.size(); ++i) {
-        rows.append(QVariantMap{
-            {QStringLiteral("name"), figure->levels.legend.at(i)},
-            {QStringLiteral("source"), figure->levels.sources.value(i)},
-            {QStringLiteral("level"), m_cursor < 0 ? QString() : DriveFigure::levelText(figure->levelAt(i, m_cursor))},
-            {QStringLiteral("asked"), m_cursor >= 0 && i == askedSource()},
-        });
-    }
-    return rows;
+    return figure ? figure->levels.legend : QStringList();
+}
+
+QStringList TimelineModel::sourceLevels() const
+{
+    QStringList levels;
+    const DriveFigure *const figure = asked();
+    for (int i = 0; figure && i < figure->levels.legend.size(); ++i)
+        levels.append(m_cursor < 0 ? QString() : DriveFigure::levelText(figure->levelAt(i, m_cursor)));
+    return levels;
+}
+
+QString TimelineModel::platformName(int source) const
+{
+    const DriveFigure *const figure = asked();
+    return figure ? figure->levels.sources.value(source) : QString();
 }
 
 void TimelineModel::setSource(int source)
@@ -427,6 +421,7 @@ void TimelineModel::setAsksReplay(bool asks)
         return;
     m_asksReplay = asks;
     m_source = -1;
+    Q_EMIT sourcesChanged();
     look(m_cursor);
 }
 

@@ -59,8 +59,12 @@ class TimelineModel : public RoomModel
     Q_PROPERTY(QString cursorText READ cursorText NOTIFY cursorChanged)
     /// What holds then: {lane, drive, replay}
     Q_PROPERTY(QVariantList holding READ holding NOTIFY cursorChanged)
-    /// {name, source, level, asked}
-    Q_PROPERTY(QVariantList sources READ sources NOTIFY cursorChanged)
+    /// Names of the sources, of the unit or of its replay, whichever is asked.
+    Q_PROPERTY(QStringList sources READ sources NOTIFY sourcesChanged)
+    /// How loud each is then; empty texts while no moment is looked at.
+    Q_PROPERTY(QStringList sourceLevels READ sourceLevels NOTIFY cursorChanged)
+    /// Of which of them why is told; -1 for none.
+    Q_PROPERTY(int askedSource READ askedSource NOTIFY cursorChanged)
     /// Of which source it is asked why; -1 for the loudest.
     Q_PROPERTY(int source READ source WRITE setSource NOTIFY cursorChanged)
     /// Whether it is asked of the replay.
@@ -86,7 +90,7 @@ public:
     QStringList lanes() const;
     SpanList *spans() { return &m_spans; }
     SpanList *marks() { return &m_marks; }
-    QVariantList curves() const;
+    QVariantList curves() const { return m_curves; }
     QVariantList ticks() const;
     QVariantList levelTicks() const;
     double width() const { return m_scale.width(); }
@@ -99,7 +103,11 @@ public:
     double cursor() const;
     QString cursorText() const;
     QVariantList holding() const;
-    QVariantList sources() const;
+    QStringList sources() const;
+    QStringList sourceLevels() const;
+    int askedSource() const;
+    /// The platform's name of a source.
+    Q_INVOKABLE QString platformName(int source) const;
     int source() const { return m_source; }
     void setSource(int source);
     bool asksReplay() const { return m_asksReplay; }
@@ -130,6 +138,7 @@ Q_SIGNALS:
     void stateChanged();
     void pictureChanged();
     void viewChanged();
+    void sourcesChanged();
     void cursorChanged();
 
 protected:
@@ -157,9 +166,9 @@ private:
     void forget();
     void setProblem(const QString &problem);
     void lay();
+    void layCurves();
     void look(double time);
     void askWhy();
-    int askedSource() const;
     const DriveFigure *asked() const;
 
     QString m_log;
@@ -183,6 +192,7 @@ private:
     double m_logEnd = 0; // s, as far as the log goes
     TimeScale m_scale;
     double m_levelHeight = 100;
+    QVariantList m_curves;
     SpanList m_spans;
     SpanList m_marks;
     double m_cursor = -1; // s

@@ -160,8 +160,8 @@ void TimelineModelTest::aLogHasItsLanes()
     QCOMPARE(spansOf(*m_model, "status"), QLatin1String("None 0-25|BtTelephony 25-45|None 45-60"));
     QCOMPARE(spansOf(*m_model, "ducking"), QLatin1String("60 % 10-15"));
     QCOMPARE(spansOf(*m_model, "keys"), QLatin1String("+ 60-60"));
-    const auto sources = m_model->sources();
-    QCOMPARE(member(sources.first(), "source").toString(), QStringLiteral("S+FilePlayer"));
+    QCOMPARE(m_model->sources(), QStringList(QStringLiteral("file player")));
+    QCOMPARE(m_model->platformName(0), QStringLiteral("S+FilePlayer"));
     const auto ticks = m_model->ticks();
     QCOMPARE(member(ticks.first(), "label").toString(), QStringLiteral("0:00"));
     // Of the music one line, four levels: the volume, ducked, and the same again.
@@ -202,6 +202,8 @@ void TimelineModelTest::aMomentIsExplained()
     QCOMPARE(m_model->cursorText(), QStringLiteral("0:12"));
     QCOMPARE(held(*m_model, "ducking"), QStringLiteral("60 %"));
     QCOMPARE(held(*m_model, "status"), QStringLiteral("None"));
+    QCOMPARE(m_model->askedSource(), 0);
+    QVERIFY2(m_model->sourceLevels().constFirst().endsWith(QStringLiteral(" dB")), qPrintable(m_model->sourceLevels().constFirst()));
     QTRY_COMPARE(linkOf(*m_model, "duck"), QStringLiteral("on, to 60 percent"));
     QVERIFY2(linkOf(*m_model, "duck", "place").endsWith(QStringLiteral("10.000 s, AudioPolicy.aaDuckAudio(?, ?)")),
              qPrintable(linkOf(*m_model, "duck", "place")));

@@ -10,7 +10,9 @@ Panel {
     property var timeline
 
     objectName: "timelineDifferences"
-    title: timeline.differenceCount === 0 ? qsTr("Unit and replay") : qsTr("Unit and replay: %n difference(s)", "", timeline.differenceCount)
+    title: timeline.differenceCount === 0 ? qsTr("Unit and replay")
+         : timeline.differenceCount === 1 ? qsTr("Unit and replay: one difference")
+         : qsTr("Unit and replay: %1 differences").arg(timeline.differenceCount)
 
     Label {
         objectName: "timelineReplayText"

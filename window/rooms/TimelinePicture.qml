@@ -14,6 +14,10 @@ FocusScope {
     readonly property int titleHeight: timeline.hasReplay ? 18 : 0
     readonly property int rowHeight: titleHeight + laneHeight * timeline.lanes.length + Theme.gap + levelHeight + Theme.gap
     readonly property int rows: timeline.hasReplay ? 2 : 1
+    // By index, so that what is drawn is kept while it changes.
+    readonly property var ticks: timeline.ticks
+    readonly property var levelTicks: timeline.levelTicks
+    readonly property var curves: timeline.curves
     /// While it is set the pointer does not move the moment.
     property bool pinned: false
 
@@ -59,6 +63,16 @@ FocusScope {
             event.accepted = false;
     }
 
+    Component {
+        id: spanLabel
+
+        Label {
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+            font.pixelSize: Theme.smallText
+            text: parent.label
+        }
+    }
     Repeater {
         model: picture.rows
 
@@ -100,18 +114,20 @@ FocusScope {
                 border.color: Theme.line
             }
             Repeater {
-                model: picture.timeline.levelTicks
+                model: picture.levelTicks.length
 
                 Item {
-                    y: picture.rowHeight - Theme.gap - picture.levelHeight + modelData.place
+                    readonly property var tick: picture.levelTicks[index] || ({place: 0, label: ""})
+
+                    y: picture.rowHeight - Theme.gap - picture.levelHeight + tick.place
 
                     Label {
-                        y: index === 0 ? 0 : -height / 2
+                        y: Math.max(-tick.place, Math.min(-height / 2, picture.levelHeight - tick.place - height))
                         width: picture.margin - Theme.gap
                         horizontalAlignment: Text.AlignRight
                         color: Theme.faint
                         font.pixelSize: Theme.smallText
-                        text: modelData.label
+                        text: tick.label
                     }
                     Rectangle {
                         x: picture.margin
@@ -139,10 +155,12 @@ FocusScope {
         }
 
         Repeater {
-            model: picture.timeline.ticks
+            model: picture.ticks.length
 
             Item {
-                x: modelData.place
+                readonly property var tick: picture.ticks[index] || ({place: -1000, label: ""})
+
+                x: tick.place
                 height: area.height
 
                 Rectangle {
@@ -156,7 +174,7 @@ FocusScope {
                     y: area.height - 18
                     color: Theme.faint
                     font.pixelSize: Theme.smallText
-                    text: modelData.label
+                    text: tick.label
                 }
             }
         }
@@ -169,7 +187,7 @@ FocusScope {
                 width: Math.max(2, model.length)
                 height: area.height - 20
                 color: Theme.bad
-                opacity: 0.18
+                opacity: 0.14
             }
         }
         Repeater {
@@ -185,36 +203,38 @@ FocusScope {
                 border.width: model.length >= 3 ? 1 : 0
                 border.color: Theme.accent
 
-                Label {
+                Loader {
                     readonly property real begin: Math.max(0, -parent.x)
+                    readonly property string label: model.label
 
                     x: begin + Theme.smallGap
                     width: Math.max(0, parent.width - begin - 2 * Theme.smallGap)
                     height: parent.height
-                    visible: width > 14
-                    verticalAlignment: Text.AlignVCenter
-                    elide: Text.ElideRight
-                    font.pixelSize: Theme.smallText
-                    text: model.label
+                    active: width > 14
+                    sourceComponent: spanLabel
                 }
             }
         }
         Repeater {
-            model: picture.timeline.curves
+            model: picture.curves.length
 
             Shape {
-                y: (modelData.row + 1) * picture.rowHeight - Theme.gap - picture.levelHeight
+                readonly property var curve: picture.curves[index] || ({row: 0, source: 0, paths: []})
+
+                y: (curve.row + 1) * picture.rowHeight - Theme.gap - picture.levelHeight
                 width: area.width
                 height: picture.levelHeight
+                // Without OpenGL a shape that was scrolled out of sight would be painted beyond all borders.
+                layer.enabled: true
 
                 ShapePath {
-                    strokeColor: Theme.series[modelData.source % Theme.series.length]
+                    strokeColor: Theme.series[curve.source % Theme.series.length]
                     strokeWidth: 2
                     fillColor: "transparent"
                     joinStyle: ShapePath.MiterJoin
 
                     PathMultiline {
-                        paths: modelData.paths
+                        paths: curve.paths
                     }
                 }
             }

@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import Qt.labs.platform 1.1 as Platform
 import QzAudio.Desk 1.0
 import ".."
@@ -57,7 +58,7 @@ Item {
 
             Button {
                 objectName: "timelineOpen"
-                text: qsTr("Open a &log ...")
+                text: qsTr("Open a log ...")
                 Accessible.name: qsTr("Open the log of a unit")
                 ToolTip.visible: hovered || visualFocus
                 ToolTip.delay: 700
@@ -67,7 +68,7 @@ Item {
             Button {
                 objectName: "timelineCar"
                 visible: timelineModel.log !== ""
-                text: qsTr("Back to the &car")
+                text: qsTr("Back to the car")
                 Accessible.name: qsTr("Show the simulated car's drive again")
                 onClicked: timelineModel.close()
             }
@@ -157,6 +158,26 @@ Item {
             contentWidth: availableWidth
             ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
+            // What has the keyboard is in sight.
+            Connections {
+                target: room.Window.window
+                function onActiveFocusItemChanged() {
+                    const item = room.Window.activeFocusItem;
+                    const content = scroll.contentItem.contentItem;
+                    let owner = item;
+                    while (owner && owner !== content)
+                        owner = owner.parent;
+                    if (!owner || item === picture)
+                        return;
+                    const top = item.mapToItem(content, 0, 0).y;
+                    const flick = scroll.contentItem;
+                    if (top < flick.contentY)
+                        flick.contentY = top;
+                    else if (top + item.height > flick.contentY + flick.height)
+                        flick.contentY = Math.min(top, top + item.height - flick.height);
+                }
+            }
+
             GridLayout {
                 width: scroll.availableWidth
                 columns: room.wide ? 2 : 1
@@ -168,12 +189,6 @@ Item {
                     Layout.fillWidth: true
                     spacing: Theme.gap
 
-                    TimelinePicture {
-                        id: picture
-
-                        Layout.fillWidth: true
-                        timeline: timelineModel
-                    }
                     Flow {
                         Layout.fillWidth: true
                         spacing: Theme.smallGap
@@ -182,27 +197,36 @@ Item {
                             model: timelineModel.sources
 
                             Button {
+                                readonly property string level: timelineModel.sourceLevels[index] || ""
+
                                 objectName: "timelineSource" + index
                                 checkable: true
                                 checked: timelineModel.source === index
-                                text: modelData.level === "" ? modelData.name : modelData.name + ", " + modelData.level
+                                leftPadding: 22
+                                text: level === "" ? modelData : modelData + ", " + level
                                 font.pixelSize: Theme.smallText
-                                font.bold: modelData.asked
-                                Accessible.name: qsTr("Ask why of %1").arg(modelData.name)
+                                font.bold: timelineModel.askedSource === index
+                                Accessible.name: qsTr("Ask why %1 is so loud").arg(modelData)
                                 ToolTip.visible: hovered || visualFocus
                                 ToolTip.delay: 700
-                                ToolTip.text: qsTr("Ask of this source why it is so loud; once more: of the loudest. The platform calls it %1.").arg(modelData.source)
+                                ToolTip.text: qsTr("Always ask of this source, %1, why it is so loud; once more: of the loudest again").arg(timelineModel.platformName(index))
                                 onClicked: timelineModel.source = timelineModel.source === index ? -1 : index
-                                indicator: Rectangle {
+
+                                Rectangle {
                                     x: Theme.smallGap
                                     anchors.verticalCenter: parent.verticalCenter
                                     width: 12
                                     height: 3
                                     color: Theme.series[index % Theme.series.length]
                                 }
-                                leftPadding: 22
                             }
                         }
+                    }
+                    TimelinePicture {
+                        id: picture
+
+                        Layout.fillWidth: true
+                        timeline: timelineModel
                     }
                     Repeater {
                         model: timelineModel.remarks

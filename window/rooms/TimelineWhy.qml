@@ -10,6 +10,12 @@ Panel {
     property var timeline
     readonly property var answer: timeline.why.answer
     readonly property bool hasAnswer: answer.outcome !== undefined
+    readonly property var holding: timeline.holding
+
+    function isHolding(lane) {
+        const held = holding[lane];
+        return held !== undefined && (held.drive !== "" || held.replay !== "");
+    }
 
     objectName: "timelineWhy"
     title: timeline.cursorText === "" ? qsTr("Why it is so loud") : qsTr("At %1").arg(timeline.cursorText)
@@ -29,39 +35,40 @@ Panel {
         rowSpacing: 1
 
         Repeater {
-            model: why.timeline.holding
+            model: why.timeline.lanes
 
             Label {
                 Layout.row: index
                 Layout.column: 0
                 Layout.alignment: Qt.AlignTop
-                visible: modelData.drive !== "" || modelData.replay !== ""
+                visible: why.isHolding(index)
                 color: Theme.faint
                 font.pixelSize: Theme.smallText
-                text: modelData.lane
+                text: modelData
             }
         }
         Repeater {
-            model: why.timeline.holding
+            model: why.timeline.lanes
 
             Label {
+                readonly property var held: why.holding[index] || ({drive: "", replay: ""})
+                readonly property bool differs: why.timeline.hasReplay && modelData !== "part" && held.drive !== held.replay
+
                 Layout.row: index
                 Layout.column: 1
                 Layout.fillWidth: true
-                visible: modelData.drive !== "" || modelData.replay !== ""
+                visible: why.isHolding(index)
                 wrapMode: Text.Wrap
                 color: differs ? Theme.bad : Theme.text
                 font.pixelSize: Theme.smallText
-                text: differs ? qsTr("%1; replayed: %2").arg(modelData.drive || qsTr("nothing")).arg(modelData.replay || qsTr("nothing")) : modelData.drive
-
-                readonly property bool differs: why.timeline.hasReplay && modelData.lane !== "part" && modelData.drive !== modelData.replay
+                text: differs ? qsTr("%1; replayed: %2").arg(held.drive || qsTr("nothing")).arg(held.replay || qsTr("nothing")) : held.drive
             }
         }
     }
     CheckBox {
         objectName: "timelineAsksReplay"
         visible: why.timeline.hasReplay
-        text: qsTr("Ask the &replay")
+        text: qsTr("Ask the replay")
         font.pixelSize: Theme.smallText
         checked: why.timeline.asksReplay
         Accessible.name: qsTr("Say why of the replay instead of the unit")
