@@ -10,6 +10,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
@@ -67,13 +69,48 @@ void spend(int time)
     loop.exec();
 }
 
+/// What the scene graph tells of each frame: how long the window's own part took, arranging items and taking over what is new of them.
+namespace Frames
+{
+
+QtMessageHandler previous = nullptr;
+int longest = 0; // ms
+
+void take(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    static const QRegularExpression frame(QStringLiteral("^Frame rendered .*polish=(\\d+), sync=(\\d+),"));
+    if (qstrcmp(context.category, "qt.scenegraph.time.renderloop") != 0) {
+        previous(type, context, message);
+        return;
+    }
+    const QRegularExpressionMatch match = frame.match(message);
+    if (match.hasMatch())
+        longest = std::max(longest, match.captured(1).toInt() + match.captured(2).toInt());
+}
+
+void listen()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.scenegraph.time.renderloop=true"));
+    previous = qInstallMessageHandler(&take);
+}
+
+} // namespace Frames
+
 /// How long the window's thread is away each time it has something to do, in ms of its own processor time: what others do meanwhile on the
-/// machine does not count. Events, what they change, and the drawing of the frame that shows it are all in it.
+/// machine does not count. Events, what they change, and the scene that follows from it are in it. Painting that scene is not: without OpenGL
+/// the thread does that, too.
 class Stretches : public QObject
 {
 public:
-    explicit Stretches(const QAbstractEventDispatcher &dispatcher)
+    Stretches(const QAbstractEventDispatcher &dispatcher, const QQuickWindow &window)
     {
+        connect(&window, &QQuickWindow::beforeRendering, this, [this] { m_paintingSince = milliseconds(CLOCK_THREAD_CPUTIME_ID); }, Qt::DirectConnection);
+        connect(
+            &window,
+            &QQuickWindow::afterRendering,
+            this,
+            [this] { m_last += milliseconds(CLOCK_THREAD_CPUTIME_ID) - m_paintingSince; },
+            Qt::DirectConnection);
         connect(&dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
             const double now = milliseconds(CLOCK_THREAD_CPUTIME_ID);
             m_all.push_back(now - m_last);
@@ -90,15 +127,16 @@ public:
 
 private:
     double m_last = 0;
+    double m_paintingSince = 0;
     std::vector<double> m_all;
 };
 
-/// A drive of the given seconds with 50 calls of the platform, and more, in each of them.
+/// A drive of the given seconds with 50 calls of the platform in each of them, each of which makes and destroys an object, too.
 QByteArray busyScenario(int seconds)
 {
     return "powerOn();\nAudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);\n"
            "for (let i = 0; i < "
-        + QByteArray::number(seconds * 50) + "; ++i) {\n    AudioControl.setFadeBalance(i % 15, 0);\n    wait(20);\n}\n";
+        + QByteArray::number(seconds * 50) + "; ++i) {\n    AudioControl.setMasterVolume(i % 100);\n    wait(20);\n}\n";
 }
 
 /// An hour's recording, with something done each half second.
@@ -141,9 +179,11 @@ int main(int argc, char **argv)
     QJsonObject result{{QStringLiteral("start"), age()}};
 
     const QTemporaryDir folder;
+    Frames::listen();
     window->setProperty("recordingShown", true);
-    Stretches stretches(*QAbstractEventDispatcher::instance());
+    Stretches stretches(*QAbstractEventDispatcher::instance(), *window);
     QJsonObject longest;
+    QJsonObject frames;
     QJsonObject over;
     constexpr int carSeconds = 600;
     desk.open(write(folder, "busy.js", busyScenario(carSeconds)));
@@ -153,14 +193,17 @@ int main(int argc, char **argv)
         constexpr int arriving = 1500; // ms for a room that is made when it is first looked at
         spend(arriving);
         stretches.forget();
+        Frames::longest = 0;
         constexpr int looking = 4000; // ms
         spend(looking);
         const QString name = QString::number(room);
         longest.insert(name, stretches.longest());
+        frames.insert(name, Frames::longest);
         constexpr double limit = 8; // ms
         over.insert(name, stretches.over(limit));
     }
     result.insert(QStringLiteral("longest"), longest);
+    result.insert(QStringLiteral("frames"), frames);
     result.insert(QStringLiteral("over"), over);
     result.insert(QStringLiteral("driven"), desk.now());
     if (desk.now() <= 0 || desk.scenario().isEmpty())

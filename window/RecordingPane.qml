@@ -55,6 +55,7 @@ Rectangle {
             Layout.fillHeight: true
             clip: true
             model: Desk.recording
+            reuseItems: true
             currentIndex: Desk.recording.doneCount - 1
             highlightMoveDuration: 0
             keyNavigationEnabled: false

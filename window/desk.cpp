@@ -115,7 +115,7 @@ struct DeskPrivate
 
     void take(const QVariantMap &message);
     void takeState(const QVariantMap &message);
-    void takeStep(const QVariantMap &message);
+    void takeSteps(const QVariantList &steps);
     void takeScenario(const QVariantMap &message);
     void lose(const QString &why);
 };
@@ -178,8 +178,8 @@ void DeskPrivate::take(const QVariantMap &message)
         const QVariantList entries = message.value(QStringLiteral("entries")).toList();
         addBounded(happenings, entries);
         Q_EMIT q->happened(entries);
-    } else if (what == QLatin1String("step")) {
-        takeStep(message);
+    } else if (what == QLatin1String("steps")) {
+        takeSteps(message.value(QStringLiteral("steps")).toList());
     } else if (what == QLatin1String("performed")) {
         stopTimer.stop();
         const QString error = text(message, "error");
@@ -210,23 +210,29 @@ void DeskPrivate::takeState(const QVariantMap &message)
         setReplaying(false);
 }
 
-void DeskPrivate::takeStep(const QVariantMap &message)
+void DeskPrivate::takeSteps(const QVariantList &steps)
 {
-    const Recording::Step step{
-        message.value(QStringLiteral("time")).toLongLong(),
-        text(message, "line"),
-        text(message, "outcome"),
-        message.value(QStringLiteral("failed")).toBool(),
-    };
-    if (message.value(QStringLiteral("expected")).toBool()) {
-        recording.done(step);
-        return;
+    QVector<Recording::Step> added;
+    for (const QVariant &each : steps) {
+        const QVariantMap map = each.toMap();
+        const Recording::Step step{
+            map.value(QStringLiteral("time")).toLongLong(),
+            text(map, "line"),
+            text(map, "outcome"),
+            map.value(QStringLiteral("failed")).toBool(),
+        };
+        if (map.value(QStringLiteral("expected")).toBool())
+            recording.done(step);
+        else
+            added.append(step);
     }
+    if (added.isEmpty())
+        return;
     const bool isAtEnd = !recording.canRedo();
-    recording.add(step);
+    recording.add(added);
     if (!scenarioText.isEmpty())
         recording.setUnsaved(false);
-    else if (isAtEnd)
+    else if (isAtEnd && added.size() == 1)
         backup.append(recording);
     else
         backup.keep(recording);

@@ -15,16 +15,16 @@ Recording::Recording(QObject *parent)
 {
 }
 
-void Recording::add(const Step &step)
+void Recording::add(const QVector<Step> &steps)
 {
     if (m_doneCount < m_steps.size()) {
         beginRemoveRows({}, m_doneCount, m_steps.size() - 1);
         m_steps.resize(m_doneCount);
         endRemoveRows();
     }
-    beginInsertRows({}, m_doneCount, m_doneCount);
-    m_steps.append(step);
-    ++m_doneCount;
+    beginInsertRows({}, m_doneCount, m_doneCount + steps.size() - 1);
+    m_steps += steps;
+    m_doneCount = m_steps.size();
     endInsertRows();
     Q_EMIT countChanged();
     Q_EMIT doneCountChanged();

@@ -50,8 +50,8 @@ public:
     bool isUnsaved() const { return m_unsaved; }
     const QVector<Step> &steps() const { return m_steps; }
 
-    /// A new step that was just done, in place of all that were to come.
-    void add(const Step &step);
+    /// New steps that were just done, in place of all that were to come.
+    void add(const QVector<Step> &steps);
     /// The step that was to come next was just done.
     void done(const Step &step);
     /// So many steps are done.

@@ -139,7 +139,9 @@ WINDOW = """\
 ## The desk window
 
 `qzaudio-window-time`: all rooms of the window in turn, without OpenGL, while a scenario drives with 50 calls of the platform in a second of the car, ten times as
-fast; then an hour's recording. The thread's time is its own processor time between two sleeps, with events and drawing in it.
+fast; then an hour's recording. Own work for a frame is what the scene graph tells of polishing and synchronizing. The thread's time is its own processor time
+between two sleeps, painting left out, which a graphics card does elsewhere: events are in it, and the pauses in which the QML engine collects garbage, which make
+the longest.
 
 {window}
 """

@@ -19,4 +19,4 @@ class Window:
     def run(self):
         display = ["xvfb-run", "--auto-servernum", "--server-args=-screen 0 1920x1080x24", "env", "QT_QUICK_BACKEND=software"]
         told = json.loads(self.programs.run_plainly(display + [self.programs.path("qzaudio-window-time")]))
-        return {"start": told["start"], "longest": max(told["longest"].values()), "resident": told["resident"]}
+        return {"start": told["start"], "frames": max(told["frames"].values()), "longest": max(told["longest"].values()), "resident": told["resident"]}

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 using simulator::VirtualClock;
 using namespace std::chrono_literals;
@@ -20,6 +21,7 @@ namespace
 
 constexpr auto tick = 10ms; // between two looks at how far real time has come
 constexpr qint64 publishPeriod = 33; // ms of real time
+constexpr qint64 stepPeriod = 100; // the same
 constexpr qint64 longestPart = 60LL * 60 * 1000; // ms of the car between two looks at whether it should stop
 
 QString text(const QVariantMap &map, const char *key)
@@ -62,6 +64,7 @@ Car::Car(Mailbox &requests, const Files &files, const Teller &tells)
     });
     m_real.start();
     m_published.start();
+    m_stepsSince.start();
 }
 
 Car::~Car()
@@ -220,6 +223,7 @@ void Car::perform(const QString &line, bool isExpected)
         recordStep(time, line, error.isEmpty() ? result : error, !error.isEmpty(), isExpected);
     else if (m_requestsOfLine > 0)
         recordStep(time, QStringLiteral("try { %1 } catch (error) { say(String(error)); }").arg(line), error, true, false);
+    tellSteps();
     m_tell({{QStringLiteral("tell"), QStringLiteral("performed")},
             {QStringLiteral("line"), line},
             {QStringLiteral("result"), result},
@@ -229,12 +233,17 @@ void Car::perform(const QString &line, bool isExpected)
 
 void Car::recordStep(qint64 time, const QString &line, const QString &outcome, bool isFailed, bool isExpected)
 {
-    m_tell({{QStringLiteral("tell"), QStringLiteral("step")},
-            {QStringLiteral("time"), time},
-            {QStringLiteral("line"), line},
-            {QStringLiteral("outcome"), outcome},
-            {QStringLiteral("failed"), isFailed},
-            {QStringLiteral("expected"), isExpected}});
+    m_steps.append(QVariantMap{{QStringLiteral("time"), time},
+                               {QStringLiteral("line"), line},
+                               {QStringLiteral("outcome"), outcome},
+                               {QStringLiteral("failed"), isFailed},
+                               {QStringLiteral("expected"), isExpected}});
+    // A few are told as they come. A scenario that does hundreds in a second is told in portions that an eye can follow.
+    constexpr int fewSteps = 10;
+    if (++m_stepsAtOnce <= fewSteps)
+        tellList("steps", "steps", std::exchange(m_steps, {}));
+    else if (m_stepsSince.elapsed() >= stepPeriod)
+        tellSteps();
 }
 
 void Car::play(const QVariantMap &request)
@@ -326,12 +335,21 @@ void Car::tellList(const char *what, const char *name, const QVariantList &list)
         m_tell({{QStringLiteral("tell"), QString::fromLatin1(what)}, {QString::fromLatin1(name), list.mid(i, Messages::mostRows)}});
 }
 
+void Car::tellSteps()
+{
+    tellList("steps", "steps", std::exchange(m_steps, {}));
+    m_stepsSince.restart();
+    m_stepsAtOnce = 0;
+}
+
 void Car::publish(bool isUrgent)
 {
     if (!isUrgent && m_published.elapsed() < publishPeriod)
         return;
     m_published.restart();
     m_log.flush();
+    if (isUrgent || m_stepsSince.elapsed() >= stepPeriod)
+        tellSteps();
     if (!m_news.isEmpty()) {
         tellList("journal", "rows", m_news.takeRows());
         tellList("happened", "entries", m_news.takeEntries());

@@ -77,6 +77,7 @@ private:
 
     void recordStep(qint64 time, const QString &line, const QString &outcome, bool isFailed, bool isExpected);
     void publish(bool isUrgent = false);
+    void tellSteps();
     void tellList(const char *what, const char *name, const QVariantList &list);
 
     Mailbox &m_requests;
@@ -92,6 +93,9 @@ private:
     CarSnapshot m_snapshot;
     QObject m_ear; // what the timeline's signals are told to
 
+    QVariantList m_steps; // that were done and not told yet
+    QElapsedTimer m_stepsSince; // the last of them were told in a portion
+    int m_stepsAtOnce = 0; // since then
     std::deque<Step> m_upcoming;
     QString m_scenario; // that drives; empty while driven by hand
     bool m_isFast = false; // on the way to a moment

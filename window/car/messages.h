@@ -18,7 +18,7 @@
  *
  * From it, by "tell":
  * - state: the sections of CarSnapshot that changed, and "arrived", when a start or play has come to its time
- * - step: time, line, outcome, failed, expected (whether it was one to come)
+ * - steps: list of {time, line, outcome, failed, expected (whether it was one to come)}
  * - performed: line, result, error
  * - journal: rows; happened: entries
  * - scenario: file, ended, error, line, passed, failed
