@@ -104,13 +104,10 @@ class Stretches : public QObject
 public:
     Stretches(const QAbstractEventDispatcher &dispatcher, const QQuickWindow &window)
     {
-        connect(&window, &QQuickWindow::beforeRendering, this, [this] { m_paintingSince = milliseconds(CLOCK_THREAD_CPUTIME_ID); }, Qt::DirectConnection);
         connect(
-            &window,
-            &QQuickWindow::afterRendering,
-            this,
-            [this] { m_last += milliseconds(CLOCK_THREAD_CPUTIME_ID) - m_paintingSince; },
-            Qt::DirectConnection);
+            &window, &QQuickWindow::beforeRendering, this, [this] { m_paintingSince = milliseconds(CLOCK_THREAD_CPUTIME_ID); }, Qt::DirectConnection);
+        connect(
+            &window, &QQuickWindow::afterRendering, this, [this] { m_last += milliseconds(CLOCK_THREAD_CPUTIME_ID) - m_paintingSince; }, Qt::DirectConnection);
         connect(&dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
             const double now = milliseconds(CLOCK_THREAD_CPUTIME_ID);
             m_all.push_back(now - m_last);

@@ -501,3 +501,8 @@ void Desk::dismissLeftBehind()
     d->leftBehind.clear();
     Q_EMIT leftBehindChanged();
 }
+
+void Desk::leaveUnsavedBehind()
+{
+    d->backup.leaveBehind();
+}

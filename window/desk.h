@@ -92,6 +92,8 @@ public:
     /// Opens what leftBehind names, or forgets it.
     Q_INVOKABLE void recover();
     Q_INVOKABLE void dismissLeftBehind();
+    /// Nobody can be asked any more: what is not saved is offered by the next window.
+    void leaveUnsavedBehind();
 
 Q_SIGNALS:
     void nowChanged();

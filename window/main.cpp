@@ -76,8 +76,13 @@ int show(const StartOptions &options)
     const bool isOnlyOne = lock.tryLock(0) || lock.error() != QLockFile::LockFailedError;
 
     const Interruption interruption;
-    QObject::connect(&interruption, &Interruption::interrupted, qApp, &QApplication::quit);
     Desk desk;
+    QObject::connect(&interruption, &Interruption::interrupted, &desk, [&desk] {
+        // A car that was switched on and nothing else is nothing to keep.
+        if (desk.recording()->count() > 1)
+            desk.leaveUnsavedBehind();
+        QApplication::quit();
+    });
     desk.startAnew();
     registerWindowTypes(desk);
     QQmlApplicationEngine engine;

@@ -25,7 +25,8 @@ RecordingBackup::RecordingBackup(const QString &keptIn)
 
 RecordingBackup::~RecordingBackup()
 {
-    clear();
+    if (!m_isLeftBehind)
+        clear();
 }
 
 QString RecordingBackup::path(const QString &name, const char *suffix) const

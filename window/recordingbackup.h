@@ -12,7 +12,7 @@
 /**
  * What was recorded and not saved, kept in a file beside, line by line as it comes, so that it is there after a window that crashed.
  *
- * The file has a name of its own for each window that runs, and is gone when the window ends in order.
+ * The file has a name of its own for each window that runs, and is gone when the window ends in order and of itself.
  */
 class RecordingBackup
 {
@@ -26,6 +26,8 @@ public:
     /// Its last step, which was added behind all that keep() or this was given before.
     void append(const Recording &recording);
     void clear();
+    /// Whatever there is stays when this ends.
+    void leaveBehind() { m_isLeftBehind = true; }
 
     /// A file that a window left behind which does not run any more; empty for none. It belongs to this window from now on.
     QString takeLeftBehind();
@@ -40,6 +42,7 @@ private:
     std::unique_ptr<QLockFile> m_lock;
     std::unique_ptr<QLockFile> m_otherLock;
     QFile m_file;
+    bool m_isLeftBehind = false;
     qint64 m_lastTime = 0; // of what the file has
 };
 

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void focusStack();
     void losesNothingWithFullDisk();
     void recovers();
+    void leavesBehind();
     void damagedRecording();
 
 private:
@@ -337,6 +338,24 @@ void DeskTest::recovers()
     QCOMPARE(next.recording()->count(), 2);
     QVERIFY(next.recording()->isUnsaved());
     QVERIFY(!file.exists());
+}
+
+void DeskTest::leavesBehind()
+{
+    {
+        const Desk other;
+        QCOMPARE(other.leftBehind(), QString());
+    }
+    m_desk->perform(QStringLiteral("AudioPolicy.setMute(true);"));
+    QTRY_COMPARE(m_desk->recording()->count(), 2);
+    m_desk->leaveUnsavedBehind();
+    m_desk.reset();
+    Desk next;
+    QVERIFY(!next.leftBehind().isEmpty());
+    next.dismissLeftBehind();
+    QCOMPARE(next.leftBehind(), QString());
+    const Desk last;
+    QCOMPARE(last.leftBehind(), QString());
 }
 
 void DeskTest::damagedRecording()
