@@ -277,7 +277,7 @@ void FocusModelTest::variablesDiffer()
     QVERIFY(model.addClient(QStringLiteral("music"), 1, 3).value(0).startsWith(QLatin1String("var music3 = ")));
     // What a step has written may be any variable's name.
     Desk desk;
-    desk.recording()->add({0, QStringLiteral("let radio = 1; function prompt() {}"), {}, false});
+    desk.recording()->add({{0, QStringLiteral("let radio = 1; function prompt() {}"), {}, false}});
     Shown another;
     another.setDesk(&desk);
     QVERIFY(another.addClient(QStringLiteral("prompt"), 1, 3).value(0).startsWith(QLatin1String("var prompt2 = ")));
