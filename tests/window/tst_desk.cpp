@@ -4,6 +4,16 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <csignal>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr const char *crashing = "crash";
+
+} // namespace
+
 /// The desk and its car, which is the real one, in its process.
 class DeskTest : public QObject
 {
@@ -33,6 +43,7 @@ private Q_SLOTS:
     void losesNothingWithFullDisk();
     void recovers();
     void leavesBehind();
+    void crashLeavesBehind();
     void damagedRecording();
 
 private:
@@ -358,6 +369,21 @@ void DeskTest::leavesBehind()
     QCOMPARE(last.leftBehind(), QString());
 }
 
+void DeskTest::crashLeavesBehind()
+{
+    QProcess window;
+    window.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(crashing)});
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(window.exitCode(), SIGKILL);
+    Desk next;
+    QVERIFY(!next.leftBehind().isEmpty());
+    next.recover();
+    QTRY_VERIFY(!next.isReplaying());
+    QCOMPARE(next.recording()->count(), 2);
+    QCOMPARE(next.recording()->steps().last().line, QStringLiteral("AudioPolicy.setMute(true);"));
+}
+
 void DeskTest::damagedRecording()
 {
     m_desk->open(QUrl::fromLocalFile(write(QStringLiteral("damaged.js"), "// A drive recorded with qzaudio-desk.\n\npowerOn();\nwait(100);\nAudioPol")));
@@ -371,6 +397,26 @@ void DeskTest::damagedRecording()
     QVERIFY(m_desk->message().contains(QStringLiteral("none.js cannot be opened")));
 }
 
-QTEST_GUILESS_MAIN(DeskTest)
+/// A window that records a step and is killed.
+void crash()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    Desk desk;
+    desk.startAnew();
+    desk.perform(QStringLiteral("AudioPolicy.setMute(true);"));
+    if (QTest::qWaitFor([&desk] { return desk.recording()->count() == 2; }))
+        ::kill(::getpid(), SIGKILL);
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    if (QCoreApplication::arguments().value(1) == QLatin1String(crashing)) {
+        crash();
+        return 1;
+    }
+    DeskTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 
 #include "tst_desk.moc"
