@@ -232,8 +232,7 @@ Item {
 
             Text {
                 anchors.horizontalCenter: parent.horizontalCenter
-                anchors.bottom: parent.bottom
-                anchors.bottomMargin: 2
+                anchors.top: parent.bottom
                 text: picture.placeText
                 color: Theme.text
                 font.pixelSize: Theme.smallText
