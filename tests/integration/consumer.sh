@@ -22,12 +22,14 @@ chmod 755 "$shared"
 prefix="$shared/the prefix"
 
 "$cmake" --install "$build" --prefix "$prefix" >"$work/install.log"
+desk=
+[ ! -e "$build/bin/qzaudio-desk" ] || desk=$project/tests/integration/installed-desk.txt
 "$project/tests/integration/installed.sh" "$project" "$prefix" "$libdir" \
-    "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt"
+    "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt" ${desk:+"$desk"}
 # The same for an image, whose files lie elsewhere than they will be.
 DESTDIR=$shared/image "$cmake" --install "$build" --prefix "/opt/100% audio" >"$work/install-image.log"
 DESTDIR=$shared/image "$project/tests/integration/installed.sh" "$project" "/opt/100% audio" "$libdir" \
-    "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt"
+    "$project/tests/integration/installed.txt" "$project/tests/integration/installed-simulator.txt" ${desk:+"$desk"}
 # Where the service files could not name the daemon, nothing is installed.
 if "$cmake" --install "$build" --prefix "$shared/\$HOME" >"$work/install-refused.log" 2>&1 || [ -e "$shared/\$HOME" ]; then
     echo "installed to a folder that no service file can name"
