@@ -28,7 +28,7 @@ Desk::Desk(QObject *parent)
     connect(&d->car, &CarProcess::told, this, [this](const QVariantMap &message) { d->take(message); });
     connect(&d->car, &CarProcess::lost, this, [this](const QString &why) { d->lose(why); });
     connect(&d->stopTimer, &QTimer::timeout, this, [this] {
-        const qint64 time = qint64(now());
+        const auto time = qint64(now());
         d->replay(d->recording.doneCount(), time, 0);
     });
 }
