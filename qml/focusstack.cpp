@@ -47,10 +47,10 @@ FocusStack::FocusStack(QObject *parent)
 {
 }
 
-QVariantList FocusStack::entries() const
+QVariantList FocusStack::entriesOf(const FocusInspector::Stack &stack)
 {
     QVariantList list;
-    for (const FocusRequester &entry : m_stack) {
+    for (const FocusRequester &entry : stack) {
         list.append(QVariantMap{{QStringLiteral("clientId"), entry.clientId},
                                 {QStringLiteral("streamType"), entry.streamType},
                                 {QStringLiteral("hint"), entry.durationHint},

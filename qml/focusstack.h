@@ -41,7 +41,9 @@ public:
     explicit FocusStack(QObject *parent = nullptr);
 
     int count() const { return m_stack.size(); }
-    QVariantList entries() const;
+    QVariantList entries() const { return entriesOf(m_stack); }
+    /// A stack as entries has it.
+    static QVariantList entriesOf(const FocusInspector::Stack &stack);
     void setEntries(const QVariantList &entries);
     void resetEntries();
     /// The bottom first, without dispatchers.

@@ -83,7 +83,6 @@ int show(const StartOptions &options)
             desk.leaveUnsavedBehind();
         QApplication::quit();
     });
-    desk.startAnew();
     registerWindowTypes(desk);
     QQmlApplicationEngine engine;
     engine.setInitialProperties({

@@ -3,7 +3,7 @@
 #include "audiopolicyinspector.h"
 #include "equalizercurves.h"
 #include "explain/policyrules.h"
-#include "focusinspector.h"
+#include "focusstack.h"
 #include "heard.h"
 #include "policytext.h"
 #include "qmlaudiofocus.h"
@@ -258,17 +258,8 @@ QVariantMap CarSnapshot::focus() const
             {QStringLiteral("variable"), each.variable},
         });
     }
-    QVariantList stack;
-    const FocusInspector::Stack entries = FocusInspector::stackOf(*AudioManager::instance());
-    for (const FocusRequester &entry : entries) {
-        stack.append(QVariantMap{
-            {QStringLiteral("clientId"), entry.clientId},
-            {QStringLiteral("streamType"), entry.streamType},
-            {QStringLiteral("hint"), entry.durationHint},
-            {QStringLiteral("loss"), entry.focusLossReceived},
-        });
-    }
-    return {{QStringLiteral("clients"), clients}, {QStringLiteral("stack"), stack}};
+    const FocusInspector::Stack stack = FocusInspector::stackOf(*AudioManager::instance());
+    return {{QStringLiteral("clients"), clients}, {QStringLiteral("stack"), FocusStack::entriesOf(stack)}};
 }
 
 QVariantMap CarSnapshot::platform() const
