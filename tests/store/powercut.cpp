@@ -1,50 +1,19 @@
 #include "powercut.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QFile>
+#include "tracedprocess.h"
+
 #include <QtCore/QTemporaryFile>
-#include <QtCore/QVector>
 
 #include <csignal>
 
 #include <fcntl.h>
-#include <sys/ptrace.h>
 #include <sys/syscall.h>
-#include <sys/user.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
 {
 
-/// What a traced process is stopped for.
-enum class Stop {
-    Ended,
-    Stopped, ///< by SIGSTOP
-    EntersSystemCall,
-    Other,
-};
-
-Stop waitForStop(pid_t process)
-{
-    int status = 0;
-    if (waitpid(process, &status, 0) != process || !WIFSTOPPED(status))
-        return Stop::Ended;
-    if (WSTOPSIG(status) == SIGSTOP)
-        return Stop::Stopped;
-    if (WSTOPSIG(status) != (SIGTRAP | 0x80))
-        return Stop::Other;
-    __ptrace_syscall_info info = {};
-    ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info);
-    return info.op == PTRACE_SYSCALL_INFO_ENTRY ? Stop::EntersSystemCall : Stop::Other;
-}
-
-quint64 systemCallOf(pid_t process)
-{
-    __ptrace_syscall_info info = {};
-    ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info);
-    return info.entry.nr;
-}
+using Stop = TracedProcess::Stop;
 
 /// Those that a file, a folder or a lock may refuse. A process without memory is another matter.
 bool mayFail(quint64 systemCall)
@@ -72,101 +41,86 @@ bool mayFail(quint64 systemCall)
     }
 }
 
-/// At its entry: the kernel gets the number of no system call.
-void skipSystemCall(pid_t process)
+/// False for those that only look.
+bool mayChangeFiles(const TracedProcess::SystemCall &call)
 {
-#if defined(__x86_64__)
-    user_regs_struct registers = {};
-    ptrace(PTRACE_GETREGS, process, 0, &registers);
-    registers.orig_rax = ~0ULL;
-    ptrace(PTRACE_SETREGS, process, 0, &registers);
-#else
-    Q_UNUSED(process)
+    switch (call.number) {
+    case SYS_openat:
+        return (call.arguments[2] & (O_ACCMODE | O_CREAT | O_TRUNC)) != O_RDONLY;
+    case SYS_access:
+    case SYS_close:
+    case SYS_flock:
+    case SYS_fstat:
+    case SYS_getdents64:
+    case SYS_lseek:
+    case SYS_lstat:
+#if defined(SYS_newfstatat)
+    case SYS_newfstatat:
 #endif
-}
-
-/// At its exit.
-void setError(pid_t process, int error)
-{
-#if defined(__x86_64__)
-    user_regs_struct registers = {};
-    ptrace(PTRACE_GETREGS, process, 0, &registers);
-    registers.rax = static_cast<unsigned long long>(-static_cast<long long>(error));
-    ptrace(PTRACE_SETREGS, process, 0, &registers);
-#else
-    Q_UNUSED(process)
-    Q_UNUSED(error)
-#endif
-}
-
-pid_t startTraced(const QStringList &commandLine, const QString &output = QStringLiteral("/dev/null"))
-{
-    QList<QByteArray> words;
-    for (const QString &word : commandLine)
-        words.append(QFile::encodeName(word));
-    QVector<char *> arguments;
-    for (QByteArray &word : words)
-        arguments.append(word.data());
-    arguments.append(nullptr);
-    const pid_t process = fork();
-    if (process != 0)
-        return process;
-    const int file = open(QFile::encodeName(output).constData(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    dup2(file, STDOUT_FILENO);
-    dup2(file, STDERR_FILENO);
-    // The leak detector cannot work in a process that is traced already.
-    setenv("ASAN_OPTIONS", QByteArray(qgetenv("ASAN_OPTIONS") + ":detect_leaks=0").constData(), 1);
-    if (ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
-        execv(arguments.first(), arguments.data());
-    _exit(127);
-}
-
-/// Lets it run to its next stop by itself; false when it ended.
-bool runToStop(pid_t process)
-{
-    Stop stop = Stop::Other;
-    while (stop != Stop::Stopped) {
-        ptrace(PTRACE_CONT, process, 0, 0);
-        stop = waitForStop(process);
-        if (stop == Stop::Ended)
-            return false;
+    case SYS_pread64:
+    case SYS_read:
+    case SYS_stat:
+        return false;
+    default:
+        return mayFail(call.number);
     }
-    return true;
 }
 
-void killProcess(pid_t process)
+powercut::Cut runAndKillAt(int systemCall,
+                           TracedProcess &process,
+                           const std::function<bool(const TracedProcess::SystemCall &)> &counts,
+                           const std::function<void()> &whileStopped)
 {
-    kill(process, SIGKILL);
-    while (waitForStop(process) != Stop::Ended) { }
+    powercut::Cut cut;
+    if (!process.isAlive() || !process.runToOwnStop())
+        return cut;
+    if (whileStopped)
+        whileStopped();
+    int count = 0;
+    while (count < systemCall && !cut.isWhole) {
+        const Stop stop = process.runToNextStop();
+        if (stop == Stop::Ended)
+            return cut;
+        if (stop != Stop::EntersSystemCall)
+            continue;
+        const TracedProcess::SystemCall call = process.systemCall();
+        if (call.number != SYS_kill)
+            count += counts(call) ? 1 : 0;
+        else if (call.arguments[1] == 0)
+            ++cut.steps;
+        else
+            cut.isWhole = true;
+    }
+    process.kill();
+    cut.systemCalls = count;
+    return cut;
 }
 
 } // namespace
 
+void powercut::stop()
+{
+    kill(getpid(), SIGSTOP);
+}
+
+void powercut::tellStep()
+{
+    kill(getpid(), 0);
+}
+
 int powercut::runAndKillAt(int systemCall, const QStringList &commandLine, const std::function<void()> &whileStopped)
 {
-    const pid_t process = startTraced(commandLine);
-    if (process < 0 || waitForStop(process) == Stop::Ended)
-        return -1;
-    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    if (!runToStop(process))
-        return -1;
-    if (whileStopped)
-        whileStopped();
-    Stop stop = Stop::Other;
-    int count = 0;
-    while (count < systemCall) {
-        ptrace(PTRACE_SYSCALL, process, 0, 0);
-        stop = waitForStop(process);
-        if (stop == Stop::Ended)
-            return -1;
-        if (stop != Stop::EntersSystemCall)
-            continue;
-        if (systemCallOf(process) == SYS_kill)
-            break;
-        ++count;
-    }
-    killProcess(process);
-    return count;
+    TracedProcess process(commandLine);
+    return ::runAndKillAt(
+               systemCall, process, [](const TracedProcess::SystemCall &) { return true; }, whileStopped)
+        .systemCalls;
+}
+
+powercut::Cut powercut::runAndKillAt(int systemCall, Calls calls, const std::function<void()> &work)
+{
+    TracedProcess process(work);
+    const auto counts = [calls](const TracedProcess::SystemCall &call) { return calls == Calls::OfFiles ? mayFail(call.number) : mayChangeFiles(call); };
+    return ::runAndKillAt(systemCall, process, counts, {});
 }
 
 powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped)
@@ -175,36 +129,29 @@ powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList
     QTemporaryFile output;
     if (!output.open())
         return run;
-    const pid_t process = startTraced(commandLine, output.fileName());
-    if (process < 0 || waitForStop(process) == Stop::Ended)
-        return run;
-    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    if (!runToStop(process))
+    TracedProcess process(commandLine, output.fileName());
+    if (!process.isAlive() || !process.runToOwnStop())
         return run;
     int count = 0;
     bool isFailing = false;
     for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
-        ptrace(PTRACE_SYSCALL, process, 0, 0);
-        stop = waitForStop(process);
+        stop = process.runToNextStop();
         if (stop == Stop::Ended)
             return run;
-        if (stop == Stop::EntersSystemCall && mayFail(systemCallOf(process))) {
+        if (stop == Stop::EntersSystemCall && mayFail(process.systemCall().number)) {
             ++count;
             isFailing = count == fault.systemCall || (fault.isForEver && count > fault.systemCall);
-            if (isFailing && systemCallOf(process) != SYS_close) // which gives the descriptor back also where it fails
-                skipSystemCall(process);
-        } else if (stop == Stop::Other && isFailing) {
-            setError(process, fault.error);
+            if (isFailing && process.systemCall().number != SYS_close) // which gives the descriptor back also where it fails
+                process.skipSystemCall();
+        } else if (stop == Stop::LeavesSystemCall && isFailing) {
+            process.setError(fault.error);
             isFailing = false;
         }
     }
     whileStopped();
-    ptrace(PTRACE_CONT, process, 0, 0);
-    int status = 0;
-    while (waitpid(process, &status, 0) == process && WIFSTOPPED(status))
-        ptrace(PTRACE_CONT, process, 0, WSTOPSIG(status));
+    process.runToEnd();
     run.systemCalls = count;
-    run.hasEndedWell = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    run.hasEndedWell = process.exitStatus() == 0;
     run.output = QString::fromUtf8(output.readAll());
     return run;
 }

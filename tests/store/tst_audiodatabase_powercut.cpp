@@ -1,6 +1,7 @@
 #include "flash.h"
 #include "powercut.h"
 #include "settingsprocess.h"
+#include "storelife.h"
 #include "storetest.h"
 
 #include <qzaudio/audiodatabase.h>
@@ -28,13 +29,6 @@ void leaveDeadLocks()
     flash::setContent("", QStringLiteral("audioData.db.lock"));
     flash::setContent("", QStringLiteral("audioData.db.lock.rmlock"));
     flash::setContent("[Volume]\n", QStringLiteral("audioData.db.new-1"));
-}
-
-/// "audioData.db.new-1234" as "audioData.db.new-N"
-QString kindOfName(const QString &name)
-{
-    static const QRegularExpression temporary(QStringLiteral("\\AaudioData\\.db\\.new-[0-9]+\\z"));
-    return temporary.match(name).hasMatch() ? QStringLiteral("audioData.db.new-N") : name;
 }
 
 } // namespace
@@ -100,7 +94,7 @@ void PowerCutTest::dyingAtEachSystemCall()
         (left == after ? newValues : oldValues)++;
         const QStringList names = flash::names();
         for (const QString &name : names)
-            leftovers[kindOfName(name)]++;
+            leftovers[storelife::kindOfName(name)]++;
 
         const program::Run next = settingsprocess::run(nextProcess);
         QCOMPARE(next.exitCode, 0);
