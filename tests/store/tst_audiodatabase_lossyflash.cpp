@@ -133,6 +133,8 @@ void LossyFlashSettingsTest::cutsDuringSaves_data()
     QTest::addColumn<bool>("hasFile");
     QTest::addColumn<Order>("order");
     for (const char *const letters : {"a", "aa", "ab", "aaa", "aab", "aba", "abb", "abc"}) {
+        if (!isFast && qstrlen(letters) == 3)
+            continue;
         for (const bool hasFile : {true, false}) {
             const char *const first = hasFile ? "with settings" : "the first ones";
             QTest::addRow("%s, %s, in order", letters, first) << QByteArray(letters) << hasFile << Order::InOrder;
