@@ -2,14 +2,17 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryFile>
 #include <QtCore/QVector>
 
+#include <array>
 #include <csignal>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,11 +42,86 @@ Stop waitForStop(pid_t process)
     return info.op == PTRACE_SYSCALL_INFO_ENTRY ? Stop::EntersSystemCall : Stop::Other;
 }
 
-quint64 systemCallOf(pid_t process)
+/// At its entry: the number, and the arguments.
+__ptrace_syscall_info entryOf(pid_t process)
 {
     __ptrace_syscall_info info = {};
     ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info);
-    return info.entry.nr;
+    return info;
+}
+
+quint64 systemCallOf(pid_t process)
+{
+    return entryOf(process).entry.nr;
+}
+
+/// A text in the memory of the traced process.
+QString textAt(pid_t process, quint64 address)
+{
+    std::array<char, 256> text = {};
+    const iovec here = {text.data(), text.size() - 1};
+    const iovec there = {reinterpret_cast<void *>(address), text.size() - 1}; // NOLINT(performance-no-int-to-ptr): the kernel's way of handing it over
+    process_vm_readv(process, &here, 1, &there, 1, 0);
+    return QFile::decodeName(text.data());
+}
+
+/// What a descriptor of the traced process is open for.
+QString pathOf(pid_t process, quint64 descriptor)
+{
+    return QFileInfo(QStringLiteral("/proc/%1/fd/%2").arg(process).arg(descriptor)).symLinkTarget();
+}
+
+bool isSame(powercut::Call call, quint64 systemCall)
+{
+    switch (call) {
+    case powercut::Call::Open:
+        return systemCall == SYS_openat;
+    case powercut::Call::Status:
+#if defined(SYS_newfstatat)
+        return systemCall == SYS_newfstatat;
+#else
+        return systemCall == SYS_fstatat64;
+#endif
+    case powercut::Call::KernelLock:
+        return systemCall == SYS_flock;
+    case powercut::Call::Sleep:
+        return systemCall == SYS_clock_nanosleep;
+    }
+    return false;
+}
+
+/// Openat() and fstatat() have the name behind the folder.
+bool isAt(const powercut::Moment &moment, pid_t process)
+{
+    const __ptrace_syscall_info info = entryOf(process);
+    return isSame(moment.call, info.entry.nr) && (moment.path.isEmpty() || textAt(process, info.entry.args[1]) == moment.path);
+}
+
+/// "CALL PATH", empty for other system calls.
+QString changeOf(pid_t process)
+{
+    const __ptrace_syscall_info info = entryOf(process);
+    switch (info.entry.nr) {
+    case SYS_write:
+        return QStringLiteral("write ") + pathOf(process, info.entry.args[0]);
+    case SYS_fsync:
+    case SYS_fdatasync:
+        return QStringLiteral("fsync ") + pathOf(process, info.entry.args[0]);
+#if defined(SYS_rename)
+    case SYS_rename:
+        return QStringLiteral("rename ") + textAt(process, info.entry.args[0]);
+#endif
+    case SYS_renameat2:
+        return QStringLiteral("rename ") + textAt(process, info.entry.args[1]);
+#if defined(SYS_unlink)
+    case SYS_unlink:
+        return QStringLiteral("unlink ") + textAt(process, info.entry.args[0]);
+#endif
+    case SYS_unlinkat:
+        return QStringLiteral("unlink ") + textAt(process, info.entry.args[1]);
+    default:
+        return {};
+    }
 }
 
 /// Those that a file, a folder or a lock may refuse. A process without memory is another matter.
@@ -140,15 +218,46 @@ void killProcess(pid_t process)
     while (waitForStop(process) != Stop::Ended) { }
 }
 
+/// Starts it and lets it run to its first stop; -1 where that cannot be.
+pid_t startToFirstStop(const QStringList &commandLine, const QString &output = QStringLiteral("/dev/null"))
+{
+    const pid_t process = startTraced(commandLine, output);
+    if (process < 0 || waitForStop(process) == Stop::Ended)
+        return -1;
+    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    return runToStop(process) ? process : -1;
+}
+
+/// Stops it at each system call until its second stop; false when it ended.
+bool runToSecondStop(pid_t process, const std::function<void()> &atSystemCall)
+{
+    for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
+        ptrace(PTRACE_SYSCALL, process, 0, 0);
+        stop = waitForStop(process);
+        if (stop == Stop::Ended)
+            return false;
+        if (stop == Stop::EntersSystemCall)
+            atSystemCall();
+    }
+    return true;
+}
+
+/// From a stop on; whether its exit status is 0.
+bool runToEnd(pid_t process)
+{
+    ptrace(PTRACE_CONT, process, 0, 0);
+    int status = 0;
+    while (waitpid(process, &status, 0) == process && WIFSTOPPED(status))
+        ptrace(PTRACE_CONT, process, 0, WSTOPSIG(status));
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 } // namespace
 
 int powercut::runAndKillAt(int systemCall, const QStringList &commandLine, const std::function<void()> &whileStopped)
 {
-    const pid_t process = startTraced(commandLine);
-    if (process < 0 || waitForStop(process) == Stop::Ended)
-        return -1;
-    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    if (!runToStop(process))
+    const pid_t process = startToFirstStop(commandLine);
+    if (process < 0)
         return -1;
     if (whileStopped)
         whileStopped();
@@ -175,11 +284,8 @@ powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList
     QTemporaryFile output;
     if (!output.open())
         return run;
-    const pid_t process = startTraced(commandLine, output.fileName());
-    if (process < 0 || waitForStop(process) == Stop::Ended)
-        return run;
-    ptrace(PTRACE_SETOPTIONS, process, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    if (!runToStop(process))
+    const pid_t process = startToFirstStop(commandLine, output.fileName());
+    if (process < 0)
         return run;
     int count = 0;
     bool isFailing = false;
@@ -199,12 +305,40 @@ powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList
         }
     }
     whileStopped();
-    ptrace(PTRACE_CONT, process, 0, 0);
-    int status = 0;
-    while (waitpid(process, &status, 0) == process && WIFSTOPPED(status))
-        ptrace(PTRACE_CONT, process, 0, WSTOPSIG(status));
+    run.hasEndedWell = runToEnd(process);
     run.systemCalls = count;
-    run.hasEndedWell = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     run.output = QString::fromUtf8(output.readAll());
     return run;
+}
+
+bool powercut::runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped)
+{
+    const pid_t process = startToFirstStop(commandLine);
+    if (process < 0)
+        return false;
+    std::vector<int> counts(moments.size());
+    const auto lookAt = [&] {
+        for (size_t i = 0; i < moments.size(); ++i) {
+            if (isAt(moments[i], process) && ++counts[i] == moments[i].count)
+                moments[i].act();
+        }
+    };
+    if (!runToSecondStop(process, lookAt))
+        return false;
+    whileStopped();
+    return runToEnd(process);
+}
+
+QStringList powercut::changesBelow(const QString &folder, const QStringList &commandLine)
+{
+    const pid_t process = startToFirstStop(commandLine);
+    if (process < 0)
+        return {};
+    QStringList changes;
+    const auto lookAt = [&] {
+        const QString change = changeOf(process);
+        if (change.section(QLatin1Char(' '), 1).startsWith(folder))
+            changes.append(change);
+    };
+    return runToSecondStop(process, lookAt) && runToEnd(process) ? changes : QStringList();
 }
