@@ -117,6 +117,8 @@ private Q_SLOTS:
     void tellsWhetherItReadsBack();
     void leavesOutDamagedLines_data();
     void leavesOutDamagedLines();
+    void knowsGroupsByTheirKeys_data();
+    void knowsGroupsByTheirKeys();
     void randomChanges();
 };
 
@@ -358,6 +360,30 @@ void SettingsTextTest::leavesOutDamagedLines()
     QTEST(text.bytes(), "left");
     QTEST(text.damagedLines(), "count");
     QCOMPARE(SettingsText(text.bytes()).damagedLines(), 0);
+}
+
+void SettingsTextTest::knowsGroupsByTheirKeys_data()
+{
+    QTest::addColumn<QByteArray>("group");
+    QTest::addColumn<QByteArray>("key");
+    const auto row = [](const char *group, const QByteArray &key) { QTest::newRow(key.constData()) << QByteArray(group) << key; };
+    for (int type = 0; type < 6; ++type)
+        row("Volume", QByteArray::number(type));
+    for (const char *key : {"VolumeMic", "Loudness", "MicType", "AutoMicGainOrig", "AutoMicGainArm", "MicDelayOrig", "MicDelayArm"})
+        row("Volume", key);
+    row("EQ", "Type");
+    for (int band = 0; band < 16; ++band)
+        row("EQ", "Custom" + QByteArray::number(band));
+}
+
+/// Of each key that the store has: where nothing else is left of the group's name, it tells the group.
+void SettingsTextTest::knowsGroupsByTheirKeys()
+{
+    QFETCH(QByteArray, group);
+    QFETCH(QByteArray, key);
+    const SettingsText text("[\x01\n" + key + "=1\n");
+    QCOMPARE(text.bytes(), '[' + group + "]\n" + key + "=1\n");
+    QCOMPARE(text.damagedLines(), 1);
 }
 
 /// Whatever happens to one to three bytes, all keys keep their value whose line and group nobody touched, also through the next save.
