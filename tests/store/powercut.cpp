@@ -76,6 +76,10 @@ bool isSame(powercut::Call call, quint64 systemCall)
     switch (call) {
     case powercut::Call::Open:
         return systemCall == SYS_openat;
+    case powercut::Call::Read:
+        return systemCall == SYS_read || systemCall == SYS_pread64;
+    case powercut::Call::Write:
+        return systemCall == SYS_write;
     case powercut::Call::Status:
 #if defined(SYS_newfstatat)
         return systemCall == SYS_newfstatat;
@@ -90,11 +94,14 @@ bool isSame(powercut::Call call, quint64 systemCall)
     return false;
 }
 
-/// Openat() and fstatat() have the name behind the folder.
 bool isAt(const powercut::Moment &moment, pid_t process)
 {
     const __ptrace_syscall_info info = entryOf(process);
-    return isSame(moment.call, info.entry.nr) && (moment.path.isEmpty() || textAt(process, info.entry.args[1]) == moment.path);
+    if (!isSame(moment.call, info.entry.nr))
+        return false;
+    // Openat() and fstatat() have the name behind the folder.
+    const bool isNamed = moment.call == powercut::Call::Open || moment.call == powercut::Call::Status;
+    return (isNamed ? textAt(process, info.entry.args[1]) : pathOf(process, info.entry.args[0])).startsWith(moment.path);
 }
 
 /// "CALL PATH", empty for other system calls.
@@ -160,6 +167,20 @@ void skipSystemCall(pid_t process)
     ptrace(PTRACE_SETREGS, process, 0, &registers);
 #else
     Q_UNUSED(process)
+#endif
+}
+
+/// At its entry: a third argument that is a number of bytes.
+void setByteCount(pid_t process, int bytes)
+{
+#if defined(__x86_64__)
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, process, 0, &registers);
+    registers.rdx = static_cast<unsigned long long>(bytes);
+    ptrace(PTRACE_SETREGS, process, 0, &registers);
+#else
+    Q_UNUSED(process)
+    Q_UNUSED(bytes)
 #endif
 }
 
@@ -319,8 +340,11 @@ bool powercut::runWithMoments(const std::vector<Moment> &moments, const QStringL
     std::vector<int> counts(moments.size());
     const auto lookAt = [&] {
         for (size_t i = 0; i < moments.size(); ++i) {
-            if (isAt(moments[i], process) && ++counts[i] == moments[i].count)
-                moments[i].act();
+            if (!isAt(moments[i], process) || ++counts[i] != moments[i].count)
+                continue;
+            moments[i].act();
+            if (moments[i].mostBytes != never)
+                setByteCount(process, moments[i].mostBytes);
         }
     };
     if (!runToSecondStop(process, lookAt))

@@ -44,6 +44,8 @@ FaultyRun runWithFault(const Fault &fault, const QStringList &commandLine, const
 
 enum class Call {
     Open,
+    Read, ///< from a file's current place, or from another
+    Write,
     Status, ///< of what has the name, as stat() and lstat() ask for it
     KernelLock,
     Sleep,
@@ -53,9 +55,10 @@ enum class Call {
 struct Moment
 {
     Call call;
-    QString path; ///< that the call is about; empty for any, and for calls that are about none
+    QString path; ///< that the call is about, or its descriptor is open for; only the beginning has to be the same. Empty for any
     int count; ///< the n-th such call after the first stop, counted from 1
     std::function<void()> act;
+    int mostBytes = never; ///< that a read or write is about, from there on in this call
 };
 
 /// Runs the program that stops itself twice to its end, and calls whileStopped() at the second stop. What is to happen at a moment that

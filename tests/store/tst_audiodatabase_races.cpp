@@ -73,6 +73,8 @@ private Q_SLOTS:
     void lockThatGoes();
     void lockThatIsTaken_data();
     void lockThatIsTaken();
+    void transferInPieces_data();
+    void transferInPieces();
     void orderOfASave();
 
 private:
@@ -162,6 +164,33 @@ void RacesTest::lockThatIsTaken()
     QVERIFY(neighbour.stillHoldsLock());
     QCOMPARE(flash::entries(), (flash::Entries{{"Volume/0", "7"}}));
     QCOMPARE(flash::names(), (QStringList{QStringLiteral("audioData.db"), lockName}));
+}
+
+void RacesTest::transferInPieces_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("reading") << Call::Read << QStringLiteral("audioData.db");
+    QTest::newRow("writing") << Call::Write << QStringLiteral("audioData.db.new-");
+    QTest::newRow("reading back") << Call::Read << QStringLiteral("audioData.db.new-");
+}
+
+/// The system may take or give fewer bytes than it was asked to: the rest goes in the next call.
+void RacesTest::transferInPieces()
+{
+    QFETCH(Call, call);
+    QFETCH(QString, name);
+    flash::setContent(flash::fullSettings());
+    flash::Entries expected = flash::entries();
+    expected.insert("Volume/0", "1234");
+    int pieces = 0;
+    const auto count = [&pieces] { ++pieces; };
+    const QString path = flash::folder() + QLatin1Char('/') + name;
+    flash::Entries saved;
+    QVERIFY(powercut::runWithMoments({{call, path, 1, count, 7}, {call, path, 2, count, 100}}, saver(), [&saved] { saved = flash::entries(); }));
+    QCOMPARE(pieces, 2);
+    QCOMPARE(saved, expected);
+    QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
 }
 
 /// On the flash comes first what a name stands for, then the name, and only then the next writer's turn.
