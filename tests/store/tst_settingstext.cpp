@@ -215,6 +215,11 @@ void SettingsTextTest::readsSerializedValues_data()
     row("date and time", R"(@DateTime(\0\0\0\x10\0\0\0\0\0\0%\x86\xd1\0\xe0\x39\x10\x1))", true);
     row("no type", R"(@Variant(\0\0))", true);
     row("type only", R"(@Variant(\0\0\0\x2))", true);
+    row("size", "@Size(1 2)", true);
+    row("point", "@Point(-3 4)", true);
+    row("rectangle", "@Rect(1 2 -3 4)", true);
+    row("size with a number too few", "@Size(1)", true);
+    row("point with a word", "@Point(3 four)", true);
     row("list of 2 G elements", R"(@Variant(\0\0\0\t\x7f\xff\xff\xff))", false);
     row("the same in a list", R"(1, @Variant(\0\0\0\t\x7f\xff\xff\xff), 2)", false);
     row("text of 2 GB", R"(@Variant(\0\0\0\n\x7f\xff\xff\xfe))", false);
