@@ -110,6 +110,8 @@ private Q_SLOTS:
     void readsRandomValuesLikeQSettings();
     void readsSerializedValues_data();
     void readsSerializedValues();
+    void readsAValueThatEndsInABackslash();
+    void readsKeysWithSlashes();
     void namesLikeQSettings();
     void savesLikeQSettings();
     void keepsCommentsAndOrder();
@@ -248,6 +250,25 @@ void SettingsTextTest::readsSerializedValues()
     flash::setContent(lines, QStringLiteral("compared.ini"));
     QCOMPARE(text.value(QStringLiteral("Volume/0"), 20), QSettings(file, QSettings::IniFormat).value(QStringLiteral("Volume/0")));
     QCOMPARE(text.bytes(), lines);
+}
+
+/// No line of the file hands it one: there it goes on in the next line.
+void SettingsTextTest::readsAValueThatEndsInABackslash()
+{
+    QCOMPARE(codec::decodedValue("4\\", false), std::make_optional(QVariant(QStringLiteral("4"))));
+}
+
+/// Below a group a slash is written as a backslash, and nothing else of such a name need be encoded.
+void SettingsTextTest::readsKeysWithSlashes()
+{
+    const QByteArray lines = "[Volume]\nfront\\left=4\n";
+    flash::setContent(lines, QStringLiteral("compared.ini"));
+    const QString path = QStringLiteral("Volume/front/left");
+    QCOMPARE(QSettings(file, QSettings::IniFormat).value(path).toInt(), 4);
+    SettingsText text(lines);
+    QCOMPARE(text.value(path, 0).toInt(), 4);
+    text.setValue(path, 5);
+    QCOMPARE(text.bytes(), QByteArray("[Volume]\nfront\\left=5\n"));
 }
 
 void SettingsTextTest::namesLikeQSettings()
