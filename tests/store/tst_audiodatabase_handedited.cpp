@@ -141,6 +141,7 @@ void HandEditedSettingsTest::shapesOfFile_data()
     QTest::newRow("blanks") << QByteArray("  [Volume]  \n  0 = 11 \n[EQ]\nType   =   3\n");
     QTest::newRow("letters of the keys as numbers") << QByteArray("[Volume]\n%30=11\n[EQ]\n%54yp%65=3\n");
     QTest::newRow("letters of the groups as numbers") << QByteArray("[%56olum%65]\n0=11\n[%45Q]\nType=3\n");
+    QTest::newRow("tabs") << QByteArray("\t[Volume]\t\n\t0\t=\t11\t\n[EQ]\nType\t=3\n");
     QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf[Volume]\n0=11\n[EQ]\nType=3\n");
 }
 
