@@ -167,17 +167,18 @@ class Workshop:
         return status == 0
 
     def undo(self, file, text):
-        path = os.path.join(self.tree, file)
-        before = os.stat(os.path.join(self.project, file))
-        with open(path, "w", encoding="utf-8") as opened:
-            opened.write(text)
-        os.utime(path, ns=(before.st_atime_ns, before.st_mtime_ns))
+        """The source last: where this is broken off, the next run sees that it is not as it should be, and builds it again."""
         for output, _ in self.steps(file):
             kept, there = os.path.join(self.kept, output), os.path.join(self.tree, BUILD, output)
             if os.path.exists(kept):
                 if os.path.exists(there):
                     os.remove(there)
                 shutil.copy2(kept, there)
+        path = os.path.join(self.tree, file)
+        before = os.stat(os.path.join(self.project, file))
+        with open(path, "w", encoding="utf-8") as opened:
+            opened.write(text)
+        os.utime(path, ns=(before.st_atime_ns, before.st_mtime_ns))
 
     def passes(self, test, seconds):
         """Of a test that does not end in time nobody knows it; it did not pass."""
