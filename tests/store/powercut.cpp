@@ -239,6 +239,15 @@ void killProcess(pid_t process)
     while (waitForStop(process) != Stop::Ended) { }
 }
 
+/// From its entry to its exit.
+void failSystemCall(pid_t process, int error)
+{
+    skipSystemCall(process);
+    ptrace(PTRACE_SYSCALL, process, 0, 0);
+    waitForStop(process);
+    setError(process, error);
+}
+
 /// Starts it and lets it run to its first stop; -1 where that cannot be.
 pid_t startToFirstStop(const QStringList &commandLine, const QString &output = QStringLiteral("/dev/null"))
 {
@@ -332,11 +341,15 @@ powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList
     return run;
 }
 
-bool powercut::runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped)
+powercut::FaultyRun powercut::runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped)
 {
-    const pid_t process = startToFirstStop(commandLine);
+    FaultyRun run;
+    QTemporaryFile output;
+    if (!output.open())
+        return run;
+    const pid_t process = startToFirstStop(commandLine, output.fileName());
     if (process < 0)
-        return false;
+        return run;
     std::vector<int> counts(moments.size());
     const auto lookAt = [&] {
         for (size_t i = 0; i < moments.size(); ++i) {
@@ -345,12 +358,16 @@ bool powercut::runWithMoments(const std::vector<Moment> &moments, const QStringL
             moments[i].act();
             if (moments[i].mostBytes != never)
                 setByteCount(process, moments[i].mostBytes);
+            if (moments[i].error != 0)
+                failSystemCall(process, moments[i].error);
         }
     };
     if (!runToSecondStop(process, lookAt))
-        return false;
+        return run;
     whileStopped();
-    return runToEnd(process);
+    run.hasEndedWell = runToEnd(process);
+    run.output = QString::fromUtf8(output.readAll());
+    return run;
 }
 
 QStringList powercut::changesBelow(const QString &folder, const QStringList &commandLine)

@@ -58,12 +58,13 @@ struct Moment
     QString path; ///< that the call is about, or its descriptor is open for; only the beginning has to be the same. Empty for any
     int count; ///< the n-th such call after the first stop, counted from 1
     std::function<void()> act;
+    int error = 0; ///< that the call gives instead of being made: EIO, ENOSPC ...
     int mostBytes = never; ///< that a read or write is about, from there on in this call
 };
 
 /// Runs the program that stops itself twice to its end, and calls whileStopped() at the second stop. What is to happen at a moment that
-/// never comes does not happen. False where the program could not be traced, or did not end well.
-bool runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped);
+/// never comes does not happen. System calls are not counted.
+FaultyRun runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped);
 
 /**
  * Runs the program that stops itself twice to its end, and gives what it does to files below a folder between the stops, in order,

@@ -75,6 +75,8 @@ private Q_SLOTS:
     void lockThatIsTaken();
     void transferInPieces_data();
     void transferInPieces();
+    void tellsWhatFailed_data();
+    void tellsWhatFailed();
     void orderOfASave();
 
 private:
@@ -124,10 +126,11 @@ void RacesTest::lockThatGoes()
     const auto begin = Moment{Call::Open, lockPath(), 1, leave};
     flash::Entries saved;
     QStringList names;
-    QVERIFY(powercut::runWithMoments({begin, leaving, returning}, saver(), [&] {
+    const powercut::FaultyRun run = powercut::runWithMoments({begin, leaving, returning}, saver(), [&] {
         saved = flash::entries();
         names = flash::names();
-    }));
+    });
+    QVERIFY(run.hasEndedWell);
     QCOMPARE(removals, 1);
     QCOMPARE(saved, (flash::Entries{{"Volume/0", "1234"}}));
     QCOMPARE(names, QStringList(QStringLiteral("audioData.db")));
@@ -160,7 +163,7 @@ void RacesTest::lockThatIsTaken()
                                 removeLock();
                             neighbour.takeLock();
                         }};
-    QVERIFY(powercut::runWithMoments({begin, taking}, saver(), [] {}));
+    QVERIFY(powercut::runWithMoments({begin, taking}, saver(), [] {}).hasEndedWell);
     QVERIFY(neighbour.stillHoldsLock());
     QCOMPARE(flash::entries(), (flash::Entries{{"Volume/0", "7"}}));
     QCOMPARE(flash::names(), (QStringList{QStringLiteral("audioData.db"), lockName}));
@@ -187,10 +190,46 @@ void RacesTest::transferInPieces()
     const auto count = [&pieces] { ++pieces; };
     const QString path = flash::folder() + QLatin1Char('/') + name;
     flash::Entries saved;
-    QVERIFY(powercut::runWithMoments({{call, path, 1, count, 7}, {call, path, 2, count, 100}}, saver(), [&saved] { saved = flash::entries(); }));
+    const std::vector<Moment> moments{{call, path, 1, count, 0, 7}, {call, path, 2, count, 0, 100}};
+    QVERIFY(powercut::runWithMoments(moments, saver(), [&saved] { saved = flash::entries(); }).hasEndedWell);
     QCOMPARE(pieces, 2);
     QCOMPARE(saved, expected);
     QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+void RacesTest::tellsWhatFailed_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("failure");
+    const QString next = QStringLiteral("audioData.db.new-");
+    QTest::newRow("opening the lock in the way") << Call::Open << lockName << 2 << QStringLiteral("open the lock file");
+    QTest::newRow("reading") << Call::Read << QStringLiteral("audioData.db") << 1 << QStringLiteral("read");
+    QTest::newRow("making the next version") << Call::Open << next << 1 << QStringLiteral("open");
+    QTest::newRow("writing") << Call::Write << next << 1 << QStringLiteral("write");
+    QTest::newRow("reading back") << Call::Read << next << 1 << QStringLiteral("pread");
+}
+
+/// The system call, and the system's reason. The value is written by the last try, when the store ends.
+void RacesTest::tellsWhatFailed()
+{
+    QFETCH(Call, call);
+    QFETCH(QString, name);
+    QFETCH(int, count);
+    QFETCH(QString, failure);
+    flash::setContent(flash::fullSettings());
+    const Moment begin{Call::Open, lockPath(), 1, [&] {
+                           QFile fresh(lockPath()); // an old one would be removed unopened
+                           if (name == lockName)
+                               QVERIFY(fresh.open(QIODevice::WriteOnly));
+                       }};
+    const Moment failing{call, flash::folder() + QLatin1Char('/') + name, count, [] {}, EIO};
+    const powercut::FaultyRun run = powercut::runWithMoments({begin, failing}, saver(), [] {});
+    QVERIFY(run.hasEndedWell);
+    const QString line = QStringLiteral("cannot be written: %1: Input/output error; waiting: Volume/0").arg(failure);
+    QVERIFY2(run.output.contains(line), qPrintable(run.output));
+    QCOMPARE(flash::entries().value("Volume/0"), QByteArray("1234"));
 }
 
 /// On the flash comes first what a name stands for, then the name, and only then the next writer's turn.
