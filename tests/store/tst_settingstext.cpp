@@ -217,6 +217,7 @@ void SettingsTextTest::readsSerializedValues_data()
     row("date and time", R"(@DateTime(\0\0\0\x10\0\0\0\0\0\0%\x86\xd1\0\xe0\x39\x10\x1))", true);
     row("no type", R"(@Variant(\0\0))", true);
     row("type only", R"(@Variant(\0\0\0\x2))", true);
+    row("letter", R"(@Variant(\0\0\0\a\0\x41))", true);
     row("size", "@Size(1 2)", true);
     row("point", "@Point(-3 4)", true);
     row("rectangle", "@Rect(1 2 -3 4)", true);
