@@ -13,8 +13,8 @@ OPEN_MEMBER(AudioFocusControl, focusStack, QStack<FocusRequester>)
 
 } // namespace
 
-/// The operations never bring one client twice into the stack, and never a corrupt entry; what they do with such stacks can only be
-/// tested from here.
+/// The operations never bring a corrupt entry into the stack, and one client twice only where it asks again from within a change that it
+/// causes; what they do with other such stacks can only be tested from here.
 inline QStack<FocusRequester> &focusStackOf(AudioFocusControl &control)
 {
     return control.*memberOf(focusStack_Member());

@@ -183,6 +183,8 @@ void ZelAudioManagerEqualizerTest::adjustCustomEq()
     after.sort();
     QCOMPARE(storedLines(), after);
     QVERIFY(managerstate::customEqTimer(*manager).isActive());
+    manager->adjustCustomEq(value, band); // the same again, too soon
+    QCOMPARE(takeCalls(), QStringList());
 }
 
 void ZelAudioManagerEqualizerTest::adjustCustomEqLogs()

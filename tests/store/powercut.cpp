@@ -2,6 +2,8 @@
 
 #include "tracedprocess.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryFile>
 
 #include <csignal>
@@ -96,6 +98,90 @@ powercut::Cut runAndKillAt(int systemCall,
     return cut;
 }
 
+/// What a descriptor of the traced process is open for.
+QString pathOf(const TracedProcess &process, quint64 descriptor)
+{
+    return QFileInfo(QStringLiteral("/proc/%1/fd/%2").arg(process.id()).arg(descriptor)).symLinkTarget();
+}
+
+QString nameAt(const TracedProcess &process, quint64 address)
+{
+    return QFile::decodeName(process.textAt(address));
+}
+
+bool isSame(powercut::Call call, quint64 systemCall)
+{
+    switch (call) {
+    case powercut::Call::Open:
+        return systemCall == SYS_openat;
+    case powercut::Call::Read:
+        return systemCall == SYS_read || systemCall == SYS_pread64;
+    case powercut::Call::Write:
+        return systemCall == SYS_write;
+    case powercut::Call::Status:
+#if defined(SYS_newfstatat)
+        return systemCall == SYS_newfstatat;
+#else
+        return systemCall == SYS_fstatat64;
+#endif
+    case powercut::Call::KernelLock:
+        return systemCall == SYS_flock;
+    case powercut::Call::Sleep:
+        return systemCall == SYS_clock_nanosleep;
+    }
+    return false;
+}
+
+bool isAt(const powercut::Moment &moment, const TracedProcess &process)
+{
+    const TracedProcess::SystemCall call = process.systemCall();
+    if (!isSame(moment.call, call.number))
+        return false;
+    // Openat() and fstatat() have the name behind the folder.
+    const bool isNamed = moment.call == powercut::Call::Open || moment.call == powercut::Call::Status;
+    return (isNamed ? nameAt(process, call.arguments[1]) : pathOf(process, call.arguments[0])).startsWith(moment.path);
+}
+
+/// "CALL PATH", empty for other system calls.
+QString changeOf(const TracedProcess &process)
+{
+    const TracedProcess::SystemCall call = process.systemCall();
+    switch (call.number) {
+    case SYS_write:
+        return QStringLiteral("write ") + pathOf(process, call.arguments[0]);
+    case SYS_fsync:
+    case SYS_fdatasync:
+        return QStringLiteral("fsync ") + pathOf(process, call.arguments[0]);
+#if defined(SYS_rename)
+    case SYS_rename:
+        return QStringLiteral("rename ") + nameAt(process, call.arguments[0]);
+#endif
+    case SYS_renameat2:
+        return QStringLiteral("rename ") + nameAt(process, call.arguments[1]);
+#if defined(SYS_unlink)
+    case SYS_unlink:
+        return QStringLiteral("unlink ") + nameAt(process, call.arguments[0]);
+#endif
+    case SYS_unlinkat:
+        return QStringLiteral("unlink ") + nameAt(process, call.arguments[1]);
+    default:
+        return {};
+    }
+}
+
+/// Stops it at each system call until it stops itself; false when it ended.
+bool runToOwnStop(TracedProcess &process, const std::function<void()> &atSystemCall)
+{
+    for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
+        stop = process.runToNextStop();
+        if (stop == Stop::Ended)
+            return false;
+        if (stop == Stop::EntersSystemCall)
+            atSystemCall();
+    }
+    return true;
+}
+
 } // namespace
 
 void powercut::stop()
@@ -154,4 +240,51 @@ powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList
     run.hasEndedWell = process.exitStatus() == 0;
     run.output = QString::fromUtf8(output.readAll());
     return run;
+}
+
+powercut::FaultyRun powercut::runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped)
+{
+    FaultyRun run;
+    QTemporaryFile output;
+    if (!output.open())
+        return run;
+    TracedProcess process(commandLine, output.fileName());
+    if (!process.isAlive() || !process.runToOwnStop())
+        return run;
+    std::vector<int> counts(moments.size());
+    const auto lookAt = [&] {
+        for (size_t i = 0; i < moments.size(); ++i) {
+            if (!isAt(moments[i], process) || ++counts[i] != moments[i].count)
+                continue;
+            moments[i].act();
+            if (moments[i].mostBytes != never)
+                process.setByteCount(moments[i].mostBytes);
+            if (moments[i].error != 0)
+                process.failSystemCall(moments[i].error);
+        }
+    };
+    if (!runToOwnStop(process, lookAt))
+        return run;
+    whileStopped();
+    process.runToEnd();
+    run.hasEndedWell = process.exitStatus() == 0;
+    run.output = QString::fromUtf8(output.readAll());
+    return run;
+}
+
+QStringList powercut::changesBelow(const QString &folder, const QStringList &commandLine)
+{
+    TracedProcess process(commandLine);
+    if (!process.isAlive() || !process.runToOwnStop())
+        return {};
+    QStringList changes;
+    const auto lookAt = [&] {
+        const QString change = changeOf(process);
+        if (change.section(QLatin1Char(' '), 1).startsWith(folder))
+            changes.append(change);
+    };
+    if (!runToOwnStop(process, lookAt))
+        return {};
+    process.runToEnd();
+    return process.exitStatus() == 0 ? changes : QStringList();
 }

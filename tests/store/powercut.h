@@ -6,8 +6,9 @@
 
 #include <functional>
 #include <limits>
+#include <vector>
 
-/// Kills a process at a system call, or lets a system call of it fail.
+/// Kills a process at a system call, lets a system call of it fail, or lets others act right before one.
 namespace powercut
 {
 
@@ -62,6 +63,36 @@ struct FaultyRun
 
 /// Runs the program that stops itself twice to its end, with one fault between the stops. Calls whileStopped() at the second stop.
 FaultyRun runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped);
+
+enum class Call {
+    Open,
+    Read, ///< from a file's current place, or from another
+    Write,
+    Status, ///< of what has the name, as stat() and lstat() ask for it
+    KernelLock,
+    Sleep,
+};
+
+/// Right before a system call, when others may act.
+struct Moment
+{
+    Call call;
+    QString path; ///< that the call is about, or its descriptor is open for; only the beginning has to be the same. Empty for any
+    int count; ///< the n-th such call after the first stop, counted from 1
+    std::function<void()> act;
+    int error = 0; ///< that the call gives instead of being made: EIO, ENOSPC ...
+    int mostBytes = never; ///< that a read or write is about, from there on in this call
+};
+
+/// Runs the program that stops itself twice to its end, and calls whileStopped() at the second stop. What is to happen at a moment that
+/// never comes does not happen. System calls are not counted.
+FaultyRun runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped);
+
+/**
+ * Runs the program that stops itself twice to its end, and gives what it does to files below a folder between the stops, in order,
+ * each as "CALL PATH": write, fsync, rename (the old name), unlink. Empty where the program could not be traced.
+ */
+QStringList changesBelow(const QString &folder, const QStringList &commandLine);
 
 } // namespace powercut
 

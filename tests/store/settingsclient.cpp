@@ -8,8 +8,8 @@
  *   count KEY N                      says "counting" and saves Volume/KEY = 1, 2, ... N
  *   count-until MICROSECONDS KEY     saves Volume/KEY = 1, 2, ... until a signal kills it after so long
  *   memory                           makes a store and prints how many kilobytes more the process has then had at most
- *   fork-while-saving                saves for a second while another thread makes children that live on, says
- *                                    how many, and waits with them
+ *   fork-while-saving                saves for ever while another thread makes 20 children, which live on for five
+ *                                    seconds, and says so when all are there
  *   latency N                        how long each of N saves took, as "p50 MICROSECONDS p99 MICROSECONDS"
  *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
  *   save-and-go-on KEY TEXT          the same, then prints "value TEXT" as it reads the key, and saves Volume/later = 1
@@ -38,7 +38,6 @@
 #include <QtCore/QThread>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -164,31 +163,27 @@ void printMemory()
     output() << highestMemory() - before << '\n';
 }
 
-void forkWhileSaving()
+[[noreturn]] void forkWhileSaving()
 {
+    constexpr int childCount = 20;
+    constexpr unsigned int lifeSeconds = 5;
+    constexpr unsigned int microsecondsBetween = 10000;
     audio::AudioDataBase store;
-    std::atomic_bool isEnding{false};
-    std::vector<pid_t> children;
-    std::thread maker([&] {
-        while (!isEnding) {
-            const pid_t child = fork();
-            if (child == 0) {
-                prctl(PR_SET_PDEATHSIG, SIGKILL);
-                for (;;)
-                    pause();
-            }
-            children.push_back(child);
-            usleep(10000);
+    std::thread maker([] {
+        for (int child = 0; child < childCount; ++child, usleep(microsecondsBetween)) {
+            if (fork() != 0)
+                continue;
+            // Who waits for the parent's output must not wait for them.
+            close(STDOUT_FILENO);
+            close(STDERR_FILENO);
+            alarm(lifeSeconds);
+            for (;;)
+                pause();
         }
+        output() << "children" << Qt::endl;
     });
-    QElapsedTimer timer;
-    timer.start();
-    for (int value = 0; timer.elapsed() < 1000; ++value)
+    for (int value = 0;; ++value)
         store.setEqType(value);
-    isEnding = true;
-    maker.join();
-    output() << "children " << children.size() << Qt::endl;
-    pause();
 }
 
 void saveBetweenStops(const QString &key, const QString &text)

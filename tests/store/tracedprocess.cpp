@@ -164,6 +164,25 @@ void TracedProcess::skipSystemCall() const
 #endif
 }
 
+void TracedProcess::setByteCount(int bytes) const
+{
+#if defined(__x86_64__)
+    user_regs_struct registers = {};
+    ptrace(PTRACE_GETREGS, m_process, 0, &registers);
+    registers.rdx = static_cast<unsigned long long>(bytes);
+    ptrace(PTRACE_SETREGS, m_process, 0, &registers);
+#else
+    Q_UNUSED(bytes)
+#endif
+}
+
+void TracedProcess::failSystemCall(int error)
+{
+    skipSystemCall();
+    runToNextStop();
+    setError(error);
+}
+
 void TracedProcess::setError(int error) const
 {
 #if defined(__x86_64__)

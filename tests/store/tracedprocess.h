@@ -59,6 +59,10 @@ public:
     qint64 result() const;
     /// At the entry: the kernel gets the number of no system call.
     void skipSystemCall() const;
+    /// At the entry: a third argument that is a number of bytes.
+    void setByteCount(int bytes) const;
+    /// From the entry to the exit: the call is not made, and gives the error.
+    void failSystemCall(int error);
     /// At the exit.
     void setError(int error) const;
 

@@ -36,6 +36,8 @@ private Q_SLOTS:
     void randomContent();
     void randomLinesAmongGoodOnes_data();
     void randomLinesAmongGoodOnes();
+    void largestFile_data();
+    void largestFile();
     void folderInTheFilesPlace();
 };
 
@@ -132,6 +134,31 @@ void BrokenFileTest::randomLinesAmongGoodOnes()
     const flash::Entries after = flash::entries();
     for (auto entry = good.begin(); entry != good.end(); ++entry)
         QCOMPARE(after.value(entry.key()), entry.key() == "EQ/Type" ? QByteArray("2") : entry.value());
+}
+
+void BrokenFileTest::largestFile_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<bool>("isDamaged");
+    QTest::newRow("1 MiB") << 1048576 << false;
+    QTest::newRow("one byte more") << 1048577 << true;
+}
+
+/// What is larger is no settings file. It is kept, and what its beginning says counts.
+void BrokenFileTest::largestFile()
+{
+    QFETCH(int, size);
+    QFETCH(bool, isDamaged);
+    QByteArray content = flash::fullSettings();
+    while (content.size() < size)
+        content += ';' + QByteArray(qMin(998, size - content.size() - 2), 'x') + '\n';
+    QCOMPARE(content.size(), size);
+    flash::setContent(content);
+    AudioDataBase store;
+    QCOMPARE(store.eqType(), 4);
+    QCOMPARE(flash::content(damagedName), isDamaged ? content : QByteArray());
+    const QString complaint = QStringLiteral("is damaged, more than 1048576 bytes; kept as /media/flash/nvm/audioData.db.damaged");
+    QCOMPARE(log->takeTexts().filter(complaint).size(), isDamaged ? 1 : 0);
 }
 
 void BrokenFileTest::folderInTheFilesPlace()

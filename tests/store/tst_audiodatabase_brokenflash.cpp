@@ -46,6 +46,8 @@ class BrokenFlashTest : public StoreTest
 private Q_SLOTS:
     void unwritable_data();
     void unwritable();
+    void unlistable_data();
+    void unlistable();
     void full_data();
     void full();
 };
@@ -127,6 +129,31 @@ void BrokenFlashTest::unwritable()
     if (hasDeadLock)
         expected.append(QStringLiteral("audioData.db.lock"));
     QCOMPARE(left, expected);
+}
+
+void BrokenFlashTest::unlistable_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a dead lock") << QStringLiteral("audioData.db.lock");
+    QTest::newRow("a dead lock of a lock") << QStringLiteral("audioData.db.lock.rmlock");
+}
+
+/// What cannot be found by listing the folder is looked for by its name: a start cleans it up.
+void BrokenFlashTest::unlistable()
+{
+    QFETCH(QString, name);
+    QTemporaryDir folder;
+    QFile leftover(folder.filePath(name));
+    QVERIFY(leftover.open(QIODevice::WriteOnly));
+    QVERIFY(leftover.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+    const QByteArray folderPath = QFile::encodeName(folder.path());
+    QCOMPARE(chmod(folderPath.constData(), 0300), 0);
+    const QStringList wrapper
+        = QStringList{QStringLiteral(WITH_FLASH), QStringLiteral("--dir"), folder.path()} + words("bwrap --unshare-user --uid 1000 --gid 1000 --dev-bind / /");
+    const program::Run outcome = settingsprocess::run(words("value Volume 1"), wrapper);
+    QCOMPARE(chmod(folderPath.constData(), 0755), 0);
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 
 void BrokenFlashTest::full_data()

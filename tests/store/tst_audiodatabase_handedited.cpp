@@ -139,6 +139,9 @@ void HandEditedSettingsTest::shapesOfFile_data()
     QTest::newRow("keys twice") << QByteArray("[Volume]\n0=4\n0=11\n[EQ]\nType=3\nType=3\n");
     QTest::newRow("comments and empty lines") << QByteArray("; mine\n\n[Volume]\n; more\n0=11\n\n\n[EQ]\nType=3\n");
     QTest::newRow("blanks") << QByteArray("  [Volume]  \n  0 = 11 \n[EQ]\nType   =   3\n");
+    QTest::newRow("letters of the keys as numbers") << QByteArray("[Volume]\n%30=11\n[EQ]\n%54yp%65=3\n");
+    QTest::newRow("letters of the groups as numbers") << QByteArray("[%56olum%65]\n0=11\n[%45Q]\nType=3\n");
+    QTest::newRow("tabs") << QByteArray("\t[Volume]\t\n\t0\t=\t11\t\n[EQ]\nType\t=3\n");
     QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf[Volume]\n0=11\n[EQ]\nType=3\n");
 }
 

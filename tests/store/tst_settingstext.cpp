@@ -110,6 +110,8 @@ private Q_SLOTS:
     void readsRandomValuesLikeQSettings();
     void readsSerializedValues_data();
     void readsSerializedValues();
+    void readsAValueThatEndsInABackslash();
+    void readsKeysWithSlashes();
     void namesLikeQSettings();
     void savesLikeQSettings();
     void keepsCommentsAndOrder();
@@ -117,6 +119,8 @@ private Q_SLOTS:
     void tellsWhetherItReadsBack();
     void leavesOutDamagedLines_data();
     void leavesOutDamagedLines();
+    void knowsGroupsByTheirKeys_data();
+    void knowsGroupsByTheirKeys();
     void randomChanges();
 };
 
@@ -213,6 +217,12 @@ void SettingsTextTest::readsSerializedValues_data()
     row("date and time", R"(@DateTime(\0\0\0\x10\0\0\0\0\0\0%\x86\xd1\0\xe0\x39\x10\x1))", true);
     row("no type", R"(@Variant(\0\0))", true);
     row("type only", R"(@Variant(\0\0\0\x2))", true);
+    row("letter", R"(@Variant(\0\0\0\a\0\x41))", true);
+    row("size", "@Size(1 2)", true);
+    row("point", "@Point(-3 4)", true);
+    row("rectangle", "@Rect(1 2 -3 4)", true);
+    row("size with a number too few", "@Size(1)", true);
+    row("point with a word", "@Point(3 four)", true);
     row("list of 2 G elements", R"(@Variant(\0\0\0\t\x7f\xff\xff\xff))", false);
     row("the same in a list", R"(1, @Variant(\0\0\0\t\x7f\xff\xff\xff), 2)", false);
     row("text of 2 GB", R"(@Variant(\0\0\0\n\x7f\xff\xff\xfe))", false);
@@ -241,6 +251,25 @@ void SettingsTextTest::readsSerializedValues()
     flash::setContent(lines, QStringLiteral("compared.ini"));
     QCOMPARE(text.value(QStringLiteral("Volume/0"), 20), QSettings(file, QSettings::IniFormat).value(QStringLiteral("Volume/0")));
     QCOMPARE(text.bytes(), lines);
+}
+
+/// No line of the file hands it one: there it goes on in the next line.
+void SettingsTextTest::readsAValueThatEndsInABackslash()
+{
+    QCOMPARE(codec::decodedValue("4\\", false), std::make_optional(QVariant(QStringLiteral("4"))));
+}
+
+/// Below a group a slash is written as a backslash, and nothing else of such a name need be encoded.
+void SettingsTextTest::readsKeysWithSlashes()
+{
+    const QByteArray lines = "[Volume]\nfront\\left=4\n";
+    flash::setContent(lines, QStringLiteral("compared.ini"));
+    const QString path = QStringLiteral("Volume/front/left");
+    QCOMPARE(QSettings(file, QSettings::IniFormat).value(path).toInt(), 4);
+    SettingsText text(lines);
+    QCOMPARE(text.value(path, 0).toInt(), 4);
+    text.setValue(path, 5);
+    QCOMPARE(text.bytes(), QByteArray("[Volume]\nfront\\left=5\n"));
 }
 
 void SettingsTextTest::namesLikeQSettings()
@@ -358,6 +387,30 @@ void SettingsTextTest::leavesOutDamagedLines()
     QTEST(text.bytes(), "left");
     QTEST(text.damagedLines(), "count");
     QCOMPARE(SettingsText(text.bytes()).damagedLines(), 0);
+}
+
+void SettingsTextTest::knowsGroupsByTheirKeys_data()
+{
+    QTest::addColumn<QByteArray>("group");
+    QTest::addColumn<QByteArray>("key");
+    const auto row = [](const char *group, const QByteArray &key) { QTest::newRow(key.constData()) << QByteArray(group) << key; };
+    for (int type = 0; type < 6; ++type)
+        row("Volume", QByteArray::number(type));
+    for (const char *key : {"VolumeMic", "Loudness", "MicType", "AutoMicGainOrig", "AutoMicGainArm", "MicDelayOrig", "MicDelayArm"})
+        row("Volume", key);
+    row("EQ", "Type");
+    for (int band = 0; band < 16; ++band)
+        row("EQ", "Custom" + QByteArray::number(band));
+}
+
+/// Of each key that the store has: where nothing else is left of the group's name, it tells the group.
+void SettingsTextTest::knowsGroupsByTheirKeys()
+{
+    QFETCH(QByteArray, group);
+    QFETCH(QByteArray, key);
+    const SettingsText text("[\x01\n" + key + "=1\n");
+    QCOMPARE(text.bytes(), '[' + group + "]\n" + key + "=1\n");
+    QCOMPARE(text.damagedLines(), 1);
 }
 
 /// Whatever happens to one to three bytes, all keys keep their value whose line and group nobody touched, also through the next save.
