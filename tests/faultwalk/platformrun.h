@@ -23,7 +23,7 @@ struct PlatformRun
     QStringList living; ///< kinds of the platform objects that exist afterwards
     QStringList problems; ///< of the platform's books
 
-    /// The calls with their objects, which are numbered in the order that the run makes them; those it finds are called "kept".
+    /// The calls with their objects, which are numbered in the order that the run makes them; those it finds are called "kept", and what is none "none".
     QStringList calls() const;
 };
 

@@ -63,6 +63,7 @@ World::World(Has has, const Situation &situation, const QString &missing)
 {
     QFile::remove(settingsPath());
     m_platform->reset();
+    m_foreign = m_platform->books()->living();
     m_log = std::make_unique<LogRecorder>();
     setUpChip(*m_platform->chip());
     if (!missing.isEmpty())
@@ -141,18 +142,22 @@ PlatformRun World::run(const WalkedOperation &operation)
     QFile file(settingsPath());
     if (file.open(QIODevice::ReadOnly))
         m_current.settings = file.readAll();
-    m_current.living = livingKinds();
+    const QStringList objects = living();
+    for (const QString &object : objects)
+        m_current.living += object.section(QLatin1Char('#'), 0, 0);
     m_current.problems = m_platform->books()->problems();
     return std::exchange(m_current, {});
 }
 
-QStringList World::livingKinds() const
+QStringList World::living() const
 {
-    QStringList kinds;
-    const QStringList objects = m_platform->books()->living();
-    for (const QString &object : objects)
-        kinds += object.section(QLatin1Char('#'), 0, 0);
-    return kinds;
+    QStringList objects;
+    const QStringList all = m_platform->books()->living();
+    for (const QString &object : all) {
+        if (!m_foreign.contains(object))
+            objects += object;
+    }
+    return objects;
 }
 
 QStringList World::end()
@@ -169,7 +174,7 @@ QStringList World::end()
             audio::SPAudioSetting::destroy(app); // which the facade leaves alive, and must
     }
     QStringList leftovers = m_platform->books()->problems();
-    leftovers += m_platform->books()->living();
+    leftovers += living();
     m_log.reset();
     return leftovers;
 }

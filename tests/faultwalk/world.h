@@ -46,13 +46,15 @@ private:
     Q_DISABLE_COPY(World)
 
     void note();
-    QStringList livingKinds() const;
+    /// What has been made since the world began and still is there.
+    QStringList living() const;
     void letTimersRun();
 
     simulator::Platform *const m_platform = simulator::Platform::instance();
     simulator::VirtualClock *const m_clock = simulator::VirtualClock::installed();
     std::unique_ptr<ZelAudioManager> m_manager;
     std::unique_ptr<LogRecorder> m_log;
+    QStringList m_foreign; ///< what another world left behind: its fault, not this one's
     QObject m_context; ///< of the connections
     Unit m_unit;
     PlatformRun m_current;
