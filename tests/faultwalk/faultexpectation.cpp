@@ -47,7 +47,7 @@ QString errorLine(const QString &text)
 /// 0, "" or an empty list.
 QVariant neutral(const QVariant &value)
 {
-    return QVariant(value.userType(), nullptr);
+    return {value.userType(), nullptr};
 }
 
 } // namespace

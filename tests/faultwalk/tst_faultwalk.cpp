@@ -185,7 +185,7 @@ void FaultWalkTest::reportFirstChannel()
     if (m_isOnTheRoad)
         return;
     m_isOnTheRoad = true;
-    World world(Has::Manager, situationsOf(Has::Nothing).first());
+    World world(Has::Manager, situationsOf(Has::Nothing).constFirst());
     std::get<ZelAudioManager *>(world.unit())->updateAudioChannel(AudioChannelFilePlayer);
 }
 
