@@ -98,7 +98,7 @@ private:
     void add(const char *signature, const char *arguments, ScriptKind kind, Call call)
     {
         all.append({&type, text(signature), text(arguments), kind, [call](Unit &unit) -> QVariant {
-                        auto &target = std::get<Target &>(unit);
+                        auto &target = *std::get<Target *>(unit);
                         if constexpr (std::is_void_v<std::invoke_result_t<Call, Target &>>) {
                             call(target);
                             return {};

@@ -18,8 +18,8 @@
 
 class ScriptType;
 
-/// What the four objects that scripts see stand for.
-using Unit = std::tuple<audio::AudioControl &, ZelAudioManager &, audio::AudioDataBase &, simulator::Platform &>;
+/// What the four objects that scripts see stand for. A call needs the one that it is made on, and no other.
+using Unit = std::tuple<audio::AudioControl *, ZelAudioManager *, audio::AudioDataBase *, simulator::Platform *>;
 
 /// One operation as a script calls it, and the same call as a client in C++ writes it.
 struct OperationCall

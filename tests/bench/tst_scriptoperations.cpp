@@ -457,7 +457,7 @@ void ScriptOperationsTest::calls()
     QVERIFY2(areDifferent(leaves(arguments)), "all arguments have to be different");
 
     const auto inCpp = [&row, this] {
-        Unit unit(*AudioControl::getInstance(), *manager, *store, *Platform::instance());
+        Unit unit(AudioControl::getInstance(), manager.get(), store.get(), Platform::instance());
         return row.call(unit);
     };
     QVariant given;
