@@ -36,7 +36,7 @@ void ScenarioTargetTest::scenariosAreUnderstood()
     QCOMPARE(scenario.result.error, QString());
     QCOMPARE(scenario.result.checks.size(), 1);
     QVERIFY(scenario.result.checks.constFirst().passed);
-    QVERIFY(scenario.texts.contains(QStringLiteral("AudioPolicy.setVolume(AudioPolicy.Media, 9, true)")));
+    QVERIFY(scenario.texts.contains(QStringLiteral("AudioPolicy.setVolume(Media, 9, true)")));
 }
 
 void ScenarioTargetTest::endlessOnesEnd()
