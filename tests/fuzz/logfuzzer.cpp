@@ -1,8 +1,5 @@
+#include "fuzzapplication.h"
 #include "logtarget.h"
-
-#include <virtualclock.h>
-
-#include <QtCore/QCoreApplication>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +9,7 @@
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) // NOLINT(readability-non-const-parameter): the fuzzer declares it so
 {
-    simulator::VirtualClock::install();
-    static const QCoreApplication application(*argc, *argv);
+    startFuzzApplication(*argc, *argv);
     return 0;
 }
 

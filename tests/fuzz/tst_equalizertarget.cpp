@@ -1,7 +1,10 @@
 #include "equalizertarget.h"
 
-#include <QtCore/QDir>
+#include "corpus.h"
+
 #include <QtTest/QtTest>
+
+#include <cmath>
 
 /// What the fuzzer begins with is understood, so that it begins behind the front door.
 class EqualizerTargetTest : public QObject
@@ -9,15 +12,24 @@ class EqualizerTargetTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void corpus_data() { corpus::addRows(QStringLiteral(CORPUS)); }
+    void corpus();
     void seedsAreUnderstood_data();
     void seedsAreUnderstood();
     void anyBytesAreAText();
 };
 
+void EqualizerTargetTest::corpus()
+{
+    QFETCH(const QByteArray, bytes);
+    const EqualizerText text = importedFrom(corpus::viewOf(bytes));
+    QVERIFY(std::isfinite(text.level(1000)));
+}
+
 void EqualizerTargetTest::seedsAreUnderstood_data()
 {
     QTest::addColumn<QString>("file");
-    const QDir folder(QStringLiteral(SEEDS));
+    const QDir folder(QStringLiteral(CORPUS));
     const QStringList names = folder.entryList({QStringLiteral("*.txt")}, QDir::Files);
     QVERIFY(names.size() >= 4);
     for (const QString &name : names)

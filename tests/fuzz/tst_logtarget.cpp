@@ -1,8 +1,9 @@
 #include "logtarget.h"
 
+#include "corpus.h"
+
 #include <virtualclock.h>
 
-#include <QtCore/QDir>
 #include <QtTest/QtTest>
 
 /// What the fuzzer begins with is understood, so that it begins behind the front door.
@@ -11,15 +12,25 @@ class LogTargetTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void corpus_data() { corpus::addRows(QStringLiteral(CORPUS)); }
+    void corpus();
     void seedsAreUnderstood_data();
     void seedsAreUnderstood();
     void anyBytesAreALog();
 };
 
+void LogTargetTest::corpus()
+{
+    QFETCH(const QByteArray, bytes);
+    QVERIFY(!timelineOf(corpus::viewOf(bytes)).isEmpty());
+    const QString scenario = scenarioOf(corpus::viewOf(bytes));
+    QVERIFY(scenario.isEmpty() || scenario.endsWith(QLatin1Char('\n')));
+}
+
 void LogTargetTest::seedsAreUnderstood_data()
 {
     QTest::addColumn<QString>("file");
-    const QDir folder(QStringLiteral(SEEDS));
+    const QDir folder(QStringLiteral(CORPUS));
     const QStringList names = folder.entryList({QStringLiteral("*.log")}, QDir::Files);
     QVERIFY(names.size() >= 12);
     for (const QString &name : names)

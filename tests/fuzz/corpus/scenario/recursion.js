@@ -1,0 +1,2 @@
+function f() { return f(); }
+f();

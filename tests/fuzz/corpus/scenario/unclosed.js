@@ -1,0 +1,2 @@
+function a() {
+  say(`open ${ {a: '
