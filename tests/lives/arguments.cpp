@@ -14,18 +14,44 @@ namespace
 constexpr const char *tracks[] = {"main", "second", "alternative", "uplink", "input0", "input1", "input2", "main_im", "third"};
 
 // All that the facade knows, and three that it does not.
-constexpr const char *sources[]
-    = {"S+FilePlayer_APP",      "S+DiscPlayer_APP",       "BT_AUDIO_Track",       "S+BtRingtone_APP",     "S+BtPcmPhone",     "S+BtPcmPhone_APP", "BT_MIC_Record",
-       "S+AuxIn_APP",           "S+Mic_APP",              "S+GPS_APP",            "S+CarPlayMedia_APP",   "S+CarPlayAlert_APP", "S+CarPlayTelephony_APP",
-       "S+CarPlaySpeech_APP",   "S+CarPlayDefault_APP",   "S+AndroidAuto_APP",    "S+IPod_APP",           "S+CarLife_APP",    "S+IosMirror_APP",
-       "S+WebLink_APP",         "s+AirPlayMedia_APP",     "S+none_APP",           "S+AirPlayMedia_APP",   "S+FilePlayer",     ""};
+constexpr const char *sources[] = {"S+FilePlayer_APP",
+                                   "S+DiscPlayer_APP",
+                                   "BT_AUDIO_Track",
+                                   "S+BtRingtone_APP",
+                                   "S+BtPcmPhone",
+                                   "S+BtPcmPhone_APP",
+                                   "BT_MIC_Record",
+                                   "S+AuxIn_APP",
+                                   "S+Mic_APP",
+                                   "S+GPS_APP",
+                                   "S+CarPlayMedia_APP",
+                                   "S+CarPlayAlert_APP",
+                                   "S+CarPlayTelephony_APP",
+                                   "S+CarPlaySpeech_APP",
+                                   "S+CarPlayDefault_APP",
+                                   "S+AndroidAuto_APP",
+                                   "S+IPod_APP",
+                                   "S+CarLife_APP",
+                                   "S+IosMirror_APP",
+                                   "S+WebLink_APP",
+                                   "s+AirPlayMedia_APP",
+                                   "S+none_APP",
+                                   "S+AirPlayMedia_APP",
+                                   "S+FilePlayer",
+                                   ""};
 
-constexpr const char *platformSources[] = {"S+FilePlayer", "S+AndroidAuto", "S+none", "S+BtPcmPhone", "S+CarPlaySpeech", "S+DiscPlayer", "S+GPS", "S+Radio", ""};
+constexpr const char *platformSources[]
+    = {"S+FilePlayer", "S+AndroidAuto", "S+none", "S+BtPcmPhone", "S+CarPlaySpeech", "S+DiscPlayer", "S+GPS", "S+Radio", ""};
 
 constexpr const char *clients[clientCount] = {"music", "Music", "prompt", "call", "IN_VOICE_COMM_FOCUS_ID"};
 constexpr const char *objectKinds[] = {"App", "Mixer", "Source", "Volume"};
-constexpr const char *writingFaults[] = {"Volume.getTrackVolume",    "Volume.getMasterVolume",      "Source.getInputSelectPin",      "App.getMicrophoneTest",
-                                         "Volume.getMicAnalogGain", "Volume.getMicCalibrationGain", "App.getDownlinkDelayEstimation"};
+constexpr const char *writingFaults[] = {"Volume.getTrackVolume",
+                                         "Volume.getMasterVolume",
+                                         "Source.getInputSelectPin",
+                                         "App.getMicrophoneTest",
+                                         "Volume.getMicAnalogGain",
+                                         "Volume.getMicCalibrationGain",
+                                         "App.getDownlinkDelayEstimation"};
 constexpr const char *texts[] = {"0", "1", "7", "12", "25", "26", "37", "64", "91", "200", "300", "-1", "-7", "true", "false", "abc", "3.7", "99999999999"};
 
 template<std::size_t count>

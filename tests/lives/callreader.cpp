@@ -59,7 +59,10 @@ void CallReader::note(const JournalEntry &entry)
 
 const JournalEntry &CallReader::expect(ObjectKind kind, const char *operation, const QStringList &arguments)
 {
-    const auto expected = [&] { return QString(simulator::objectKindName(kind)) + QLatin1Char('.') + QLatin1String(operation) + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')'); };
+    const auto expected = [&]() -> QString {
+        return QString(simulator::objectKindName(kind)) + QLatin1Char('.') + QLatin1String(operation) + QLatin1Char('(') + arguments.join(QLatin1String(", "))
+            + QLatin1Char(')');
+    };
     if (!peek())
         fail(QStringLiteral("this was to reach the platform, and did not: ") + expected());
     const JournalEntry &entry = next({});

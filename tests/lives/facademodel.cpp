@@ -53,12 +53,24 @@ bool isGroup(const QString &source)
 QString FacadeModel::platformSource(const QString &name)
 {
     // Most are the platform's with "_APP" behind.
-    static const QSet<QString> regular = {
-        QStringLiteral("S+FilePlayer_APP"),       QStringLiteral("S+DiscPlayer_APP"),    QStringLiteral("S+BtRingtone_APP"),    QStringLiteral("S+BtPcmPhone_APP"),
-        QStringLiteral("S+AuxIn_APP"),            QStringLiteral("S+Mic_APP"),           QStringLiteral("S+GPS_APP"),           QStringLiteral("S+CarPlayMedia_APP"),
-        QStringLiteral("S+CarPlayAlert_APP"),     QStringLiteral("S+CarPlayTelephony_APP"), QStringLiteral("S+CarPlaySpeech_APP"), QStringLiteral("S+CarPlayDefault_APP"),
-        QStringLiteral("S+AndroidAuto_APP"),      QStringLiteral("S+IPod_APP"),          QStringLiteral("S+CarLife_APP"),       QStringLiteral("S+IosMirror_APP"),
-        QStringLiteral("S+WebLink_APP"),          QStringLiteral("S+none_APP")};
+    static const QSet<QString> regular = {QStringLiteral("S+FilePlayer_APP"),
+                                          QStringLiteral("S+DiscPlayer_APP"),
+                                          QStringLiteral("S+BtRingtone_APP"),
+                                          QStringLiteral("S+BtPcmPhone_APP"),
+                                          QStringLiteral("S+AuxIn_APP"),
+                                          QStringLiteral("S+Mic_APP"),
+                                          QStringLiteral("S+GPS_APP"),
+                                          QStringLiteral("S+CarPlayMedia_APP"),
+                                          QStringLiteral("S+CarPlayAlert_APP"),
+                                          QStringLiteral("S+CarPlayTelephony_APP"),
+                                          QStringLiteral("S+CarPlaySpeech_APP"),
+                                          QStringLiteral("S+CarPlayDefault_APP"),
+                                          QStringLiteral("S+AndroidAuto_APP"),
+                                          QStringLiteral("S+IPod_APP"),
+                                          QStringLiteral("S+CarLife_APP"),
+                                          QStringLiteral("S+IosMirror_APP"),
+                                          QStringLiteral("S+WebLink_APP"),
+                                          QStringLiteral("S+none_APP")};
     static const QSet<QString> same = {QStringLiteral("BT_AUDIO_Track"), QStringLiteral("BT_MIC_Record"), QLatin1String(phone)};
     constexpr int suffix = 4;
     if (regular.contains(name))

@@ -169,115 +169,117 @@ void addEqualizer(std::vector<OperationRow> &table)
                     return listAnswer(frequencies);
                 }),
             row("setLoudnessSwitch(%1)", kinds(kind::flag), 2, [](auto &control, Given given) { control.setLoudnessSwitch(given.flag(0)); }),
-            row("setFadeBalance(%1, %2)", kinds(kind::position, kind::position), 6, [](auto &control, Given given) { control.setFadeBalance(given[0], given[1]); }),
+            row("setFadeBalance(%1, %2)",
+                kinds(kind::position, kind::position),
+                6,
+                [](auto &control, Given given) { control.setFadeBalance(given[0], given[1]); }),
         });
 }
 
 void addRouting(std::vector<OperationRow> &table)
 {
     using Input = AudioControl::AudioInChannel;
-    table.insert(
-        table.end(),
-        {
-            row("setOutputSource(%1, %2)",
-                kinds(kind::tag, kind::source),
-                4,
-                [](auto &control, Given given) { control.setOutputSource(given.as<Tag>(0), sourceName(given[1])); }),
-            row("setOutputSource(%1, %2)",
-                kinds(kind::track, kind::platformSource),
-                3,
-                [](auto &control, Given given) { control.setOutputSource(trackName(given[0]), platformSourceName(given[1])); }),
-            row("setOutputFrontSource(%1, %2, %3)",
-                kinds(kind::tag, kind::source, kind::flag),
-                3,
-                [](auto &control, Given given) { control.setOutputFrontSource(given.as<Tag>(0), sourceName(given[1]), given.flag(2)); }),
-            row("setOutputFrontSource(%1, %2, %3)",
-                kinds(kind::track, kind::platformSource, kind::flag),
-                2,
-                [](auto &control, Given given) { control.setOutputFrontSource(trackName(given[0]), platformSourceName(given[1]), given.flag(2)); }),
-            row("setInputDestination(%1, %2)",
-                kinds(kind::tag, kind::source),
-                2,
-                [](auto &control, Given given) { control.setInputDestination(given.as<Tag>(0), sourceName(given[1])); }),
-            row("setInputDestination(%1, %2)",
-                kinds(kind::track, kind::platformSource),
-                2,
-                [](auto &control, Given given) { control.setInputDestination(trackName(given[0]), platformSourceName(given[1])); }),
-            row("setAuxinChannel(%1)", kinds(kind::outputChannel), 2, [](auto &control, Given given) { control.setAuxinChannel(given.as<Input>(0)); }),
-            row("getAuxinChannel()", kinds(), 2, [](auto &control, Given) { return control.getAuxinChannel(); }),
-            row("setI2SINChannel(%1)", kinds(kind::outputChannel), 2, [](auto &control, Given given) { control.setI2SINChannel(given.as<Input>(0)); }),
-            row(
-                "setMainAudioDunkingMode(%1)",
-                kinds(kind::byte),
-                2,
-                [](auto &control, Given given) { control.setMainAudioDunkingMode(given.byte(0)); },
-                Role::DirectDucking),
-            row(
-                "setMainAudioDunkingTargetGain(%1)",
-                kinds(kind::byte),
-                2,
-                [](auto &control, Given given) { control.setMainAudioDunkingTargetGain(given.byte(0)); },
-                Role::DirectDucking),
-        });
+    table.insert(table.end(),
+                 {
+                     row("setOutputSource(%1, %2)",
+                         kinds(kind::tag, kind::source),
+                         4,
+                         [](auto &control, Given given) { control.setOutputSource(given.as<Tag>(0), sourceName(given[1])); }),
+                     row("setOutputSource(%1, %2)",
+                         kinds(kind::track, kind::platformSource),
+                         3,
+                         [](auto &control, Given given) { control.setOutputSource(trackName(given[0]), platformSourceName(given[1])); }),
+                     row("setOutputFrontSource(%1, %2, %3)",
+                         kinds(kind::tag, kind::source, kind::flag),
+                         3,
+                         [](auto &control, Given given) { control.setOutputFrontSource(given.as<Tag>(0), sourceName(given[1]), given.flag(2)); }),
+                     row("setOutputFrontSource(%1, %2, %3)",
+                         kinds(kind::track, kind::platformSource, kind::flag),
+                         2,
+                         [](auto &control, Given given) { control.setOutputFrontSource(trackName(given[0]), platformSourceName(given[1]), given.flag(2)); }),
+                     row("setInputDestination(%1, %2)",
+                         kinds(kind::tag, kind::source),
+                         2,
+                         [](auto &control, Given given) { control.setInputDestination(given.as<Tag>(0), sourceName(given[1])); }),
+                     row("setInputDestination(%1, %2)",
+                         kinds(kind::track, kind::platformSource),
+                         2,
+                         [](auto &control, Given given) { control.setInputDestination(trackName(given[0]), platformSourceName(given[1])); }),
+                     row("setAuxinChannel(%1)", kinds(kind::outputChannel), 2, [](auto &control, Given given) { control.setAuxinChannel(given.as<Input>(0)); }),
+                     row("getAuxinChannel()", kinds(), 2, [](auto &control, Given) { return control.getAuxinChannel(); }),
+                     row("setI2SINChannel(%1)", kinds(kind::outputChannel), 2, [](auto &control, Given given) { control.setI2SINChannel(given.as<Input>(0)); }),
+                     row(
+                         "setMainAudioDunkingMode(%1)",
+                         kinds(kind::byte),
+                         2,
+                         [](auto &control, Given given) { control.setMainAudioDunkingMode(given.byte(0)); },
+                         Role::DirectDucking),
+                     row(
+                         "setMainAudioDunkingTargetGain(%1)",
+                         kinds(kind::byte),
+                         2,
+                         [](auto &control, Given given) { control.setMainAudioDunkingTargetGain(given.byte(0)); },
+                         Role::DirectDucking),
+                 });
 }
 
 void addMicrophone(std::vector<OperationRow> &table)
 {
-    table.insert(
-        table.end(),
-        {
-            row("setMicroPhoneVolume(%1)", kinds(kind::micVolume), 2, [](auto &control, Given given) { control.setMicroPhoneVolume(given[0]); }),
-            row("getMicAnalogGain()",
-                kinds(),
-                2,
-                [](auto &control, Given) {
-                    float first = 0;
-                    float second = 0;
-                    const int result = control.getMicAnalogGain(&first, &second);
-                    return answer(result, first, second);
-                }),
-            row("setMicAnalogGain(%1, %2)",
-                kinds(kind::gain, kind::gain),
-                2,
-                [](auto &control, Given given) { return control.setMicAnalogGain(given.gain(0), given.gain(1)); }),
-            row("setMicOpAndPga(%1, %2)",
-                kinds(kind::gain, kind::gain),
-                2,
-                [](auto &control, Given given) { return control.setMicOpAndPga(given.gain(0), given.gain(1)); }),
-            row("startMicGainCalibration()", kinds(), 1, [](auto &control, Given) { return control.startMicGainCalibration(); }),
-            row("setMicGainCalibration()", kinds(), 1, [](auto &control, Given) { return control.setMicGainCalibration(); }),
-            row("getMicCalibrationGain()",
-                kinds(),
-                2,
-                [](auto &control, Given) {
-                    int first = 0;
-                    int second = 0;
-                    const int result = control.getMicCalibrationGain(&first, &second);
-                    return answer(result, first, second);
-                }),
-            row("setDownlinkDelayEstimation()", kinds(), 1, [](auto &control, Given) { control.setDownlinkDelayEstimation(); }),
-            row("getDownlinkDelayEstimation()",
-                kinds(),
-                2,
-                [](auto &control, Given) {
-                    short delay = 0;
-                    const int result = control.getDownlinkDelayEstimation(&delay);
-                    return answer(result, delay);
-                }),
-            row("setHandsfreeDelay(%1)", kinds(kind::delay), 2, [](auto &control, Given given) { return control.setHandsfreeDelay(given[0]); }),
-            row("setAECQuality(%1)", kinds(kind::outputChannel), 2, [](auto &control, Given given) {
-                control.setAECQuality(given.as<AudioControl::AudioQuality>(0));
-            }),
-            row("getMicrophoneTest()",
-                kinds(),
-                2,
-                [](auto &control, Given) {
-                    QList<int> readings = {1, 2, 3};
-                    control.getMicrophoneTest(readings);
-                    return listAnswer(readings);
-                }),
-            row("setMicLeftRightSwitch(%1)", kinds(kind::flag), 2, [](auto &control, Given given) { control.setMicLeftRightSwitch(given.flag(0)); }),
-        });
+    table.insert(table.end(),
+                 {
+                     row("setMicroPhoneVolume(%1)", kinds(kind::micVolume), 2, [](auto &control, Given given) { control.setMicroPhoneVolume(given[0]); }),
+                     row("getMicAnalogGain()",
+                         kinds(),
+                         2,
+                         [](auto &control, Given) {
+                             float first = 0;
+                             float second = 0;
+                             const int result = control.getMicAnalogGain(&first, &second);
+                             return answer(result, first, second);
+                         }),
+                     row("setMicAnalogGain(%1, %2)",
+                         kinds(kind::gain, kind::gain),
+                         2,
+                         [](auto &control, Given given) { return control.setMicAnalogGain(given.gain(0), given.gain(1)); }),
+                     row("setMicOpAndPga(%1, %2)",
+                         kinds(kind::gain, kind::gain),
+                         2,
+                         [](auto &control, Given given) { return control.setMicOpAndPga(given.gain(0), given.gain(1)); }),
+                     row("startMicGainCalibration()", kinds(), 1, [](auto &control, Given) { return control.startMicGainCalibration(); }),
+                     row("setMicGainCalibration()", kinds(), 1, [](auto &control, Given) { return control.setMicGainCalibration(); }),
+                     row("getMicCalibrationGain()",
+                         kinds(),
+                         2,
+                         [](auto &control, Given) {
+                             int first = 0;
+                             int second = 0;
+                             const int result = control.getMicCalibrationGain(&first, &second);
+                             return answer(result, first, second);
+                         }),
+                     row("setDownlinkDelayEstimation()", kinds(), 1, [](auto &control, Given) { control.setDownlinkDelayEstimation(); }),
+                     row("getDownlinkDelayEstimation()",
+                         kinds(),
+                         2,
+                         [](auto &control, Given) {
+                             short delay = 0;
+                             const int result = control.getDownlinkDelayEstimation(&delay);
+                             return answer(result, delay);
+                         }),
+                     row("setHandsfreeDelay(%1)", kinds(kind::delay), 2, [](auto &control, Given given) { return control.setHandsfreeDelay(given[0]); }),
+                     row("setAECQuality(%1)",
+                         kinds(kind::outputChannel),
+                         2,
+                         [](auto &control, Given given) { control.setAECQuality(given.as<AudioControl::AudioQuality>(0)); }),
+                     row("getMicrophoneTest()",
+                         kinds(),
+                         2,
+                         [](auto &control, Given) {
+                             QList<int> readings = {1, 2, 3};
+                             control.getMicrophoneTest(readings);
+                             return listAnswer(readings);
+                         }),
+                     row("setMicLeftRightSwitch(%1)", kinds(kind::flag), 2, [](auto &control, Given given) { control.setMicLeftRightSwitch(given.flag(0)); }),
+                 });
 }
 
 void addProcessing(std::vector<OperationRow> &table)

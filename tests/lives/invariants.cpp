@@ -186,9 +186,7 @@ constexpr Exception exceptions[] = {
     {duckedIsNoLouderThanAllowed,
      "nothing is tried again: where the platform refuses to duck, it is not ducked",
      [](const Moment &moment) { return moment.watch.isDuckingRefused; }},
-    {duckedIsNoLouderThanAllowed,
-     "an application may set the ducking past the manager",
-     [](const Moment &moment) { return moment.watch.isDuckingPastPolicy; }},
+    {duckedIsNoLouderThanAllowed, "an application may set the ducking past the manager", [](const Moment &moment) { return moment.watch.isDuckingPastPolicy; }},
 };
 
 bool isMeant(const Invariant &invariant, const Moment &moment)

@@ -40,8 +40,8 @@ void Life::live(const Operation &operation)
     compareAnswers(given, told);
     compareNews();
     rememberVolumes(row.role);
-    compareState();
     m_watch.after(row.role, m_unit, m_model);
+    compareState();
 }
 
 void Life::end()

@@ -13,10 +13,17 @@ QString prelude()
     QStringList clients;
     for (int client = 0; client < clientCount; ++client)
         clients.append(simulator::quotedText(QLatin1String(clientId(client))));
-    return QStringLiteral(
-               "const clients = [%1].map(id => new AudioFocus({clientId: id}));\n"
-               "const focus = client => clients[client];\n"
-               "const endClient = client => focus(client).release();\n\n")
+    return QStringLiteral("const clients = [%1];\n"
+                          "const last = {};\n"
+                          "const requestFocus = (client, streamType, durationHint) => {\n"
+                          "    last[client] = new AudioFocus({clientId: clients[client], streamType: streamType, durationHint: durationHint});\n"
+                          "    return last[client].request();\n"
+                          "};\n"
+                          "const releaseFocus = client => {\n"
+                          "    if (last[client])\n"
+                          "        last[client].release();\n"
+                          "};\n"
+                          "const endClient = releaseFocus;\n\n")
         .arg(clients.join(QLatin1String(", ")));
 }
 

@@ -199,8 +199,7 @@ void UnitModel::releaseFocus(int client)
 std::vector<FocusModel::News> UnitModel::takeFocusNews()
 {
     auto news = m_focus.takeNews();
-    news.erase(std::remove_if(
-                   news.begin(), news.end(), [this](const FocusModel::News &one) { return !m_isListening[static_cast<std::size_t>(one.audience)]; }),
+    news.erase(std::remove_if(news.begin(), news.end(), [this](const FocusModel::News &one) { return !m_isListening[static_cast<std::size_t>(one.audience)]; }),
                news.end());
     return news;
 }

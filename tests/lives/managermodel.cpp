@@ -176,8 +176,7 @@ void ManagerModel::applyPendingVolumes()
         const int type = m_pendingTypes.at(place);
         const auto channels = channelsOf(type);
         for (const AudioChannel channel : channels) {
-            m_control.setStreamVolume(
-                audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), m_store.getVolume(type) * 4 & 252);
+            m_control.setStreamVolume(audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), m_store.getVolume(type) * 4 & 252);
         }
         m_pendingTypes.removeFirst();
     }

@@ -2,6 +2,7 @@
 
 #include <QtCore/QVariant>
 
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -73,9 +74,24 @@ const Situation &rowOf(const Situation (&table)[20], int number)
 }
 
 constexpr std::pair<const char *, int> streams[] = {
-    {"S+FilePlayer_APP", 0},    {"S+DiscPlayer_APP", 0},       {"BT_AUDIO_Track", 0},       {"S+BtRingtone_APP", 3},    {"S+BtPcmPhone", 2},   {"S+AuxIn_APP", 0},
-    {"S+Mic_APP", 0},           {"S+CarPlayMedia_APP", 0},     {"S+CarPlayAlert_APP", 3},   {"S+CarPlayTelephony_APP", 2}, {"S+CarPlaySpeech_APP", 4}, {"S+CarPlayDefault_APP", 0},
-    {"S+AndroidAuto_APP", 0},   {"S+IPod_APP", 0},             {"S+CarLife_APP", 0},        {"S+WebLink_APP", 0},       {"s+AirPlayMedia_APP", 0}, {"S+IosMirror_APP", 0},
+    {"S+FilePlayer_APP", 0},
+    {"S+DiscPlayer_APP", 0},
+    {"BT_AUDIO_Track", 0},
+    {"S+BtRingtone_APP", 3},
+    {"S+BtPcmPhone", 2},
+    {"S+AuxIn_APP", 0},
+    {"S+Mic_APP", 0},
+    {"S+CarPlayMedia_APP", 0},
+    {"S+CarPlayAlert_APP", 3},
+    {"S+CarPlayTelephony_APP", 2},
+    {"S+CarPlaySpeech_APP", 4},
+    {"S+CarPlayDefault_APP", 0},
+    {"S+AndroidAuto_APP", 0},
+    {"S+IPod_APP", 0},
+    {"S+CarLife_APP", 0},
+    {"S+WebLink_APP", 0},
+    {"s+AirPlayMedia_APP", 0},
+    {"S+IosMirror_APP", 0},
 };
 
 QString volumeKey(int type)
@@ -171,7 +187,13 @@ float FileModel::gain(const QString &key) const
     const auto found = m_values.constFind(key);
     if (found == m_values.cend())
         return 0;
-    return static_cast<float>(found->gain ? static_cast<int>(*found->gain) : QVariant(found->text).toInt());
+    constexpr float beyondInt = 2147483648.0F;
+    // A number that no int can hold reads as none.
+    bool isInt = false;
+    const int whole = found->text.toInt(&isInt);
+    if (found->gain)
+        return std::abs(*found->gain) < beyondInt ? std::trunc(*found->gain) : 0;
+    return static_cast<float>(isInt ? whole : QVariant(found->text).toLongLong() == 1 ? 1 : 0);
 }
 
 QString FileModel::differenceTo(const QByteArray &text) const

@@ -104,53 +104,61 @@ void addTimeAndIgnition(std::vector<OperationRow> &table)
 
 void addPlatform(std::vector<OperationRow> &table)
 {
-    table.insert(
-        table.end(),
-        {
-            row("Platform.setActiveSource(%1, %2)",
-                kinds(kind::playingTrack, kind::platformSource),
-                6,
-                [](LivedUnit &, Given given) {
-                    LivedUnit::chip().setActiveSource(QLatin1String(trackName(given[0])), QLatin1String(platformSourceName(given[1])));
-                },
-                nothing),
-            row("Platform.setAlternativeCount(%1)",
-                kinds(kind::byte),
-                1,
-                [](LivedUnit &, Given given) { LivedUnit::chip().setAlternativeCount(given[0]); },
-                nothing),
-            row("Platform.setCalibrationGains(%1, %2)",
-                kinds(kind::number, kind::number),
-                1,
-                [](LivedUnit &, Given given) { LivedUnit::chip().setCalibrationGains(given[0], given[1]); },
-                nothing),
-            row("Platform.setDownlinkDelay(%1)",
-                kinds(kind::number),
-                1,
-                [](LivedUnit &, Given given) { LivedUnit::chip().setDownlinkDelay(static_cast<short>(given[0])); },
-                nothing),
-            row("Platform.failOnce(%1, %2, %3)",
-                kinds(kind::fault, kind::faultCode, kind::nth),
-                10,
-                [](LivedUnit &, Given given) { LivedUnit::faults().fail(faultName(given[0]), given[1], given[2]); },
-                nothing),
-            row("Platform.fail(%1, %2)",
-                kinds(kind::fault, kind::faultCode),
-                2,
-                [](LivedUnit &, Given given) { LivedUnit::faults().fail(faultName(given[0]), given[1]); },
-                nothing),
-            row("Platform.failAfterWriting(%1, %2)",
-                kinds(kind::writingFault, kind::faultCode),
-                2,
-                [](LivedUnit &, Given given) { LivedUnit::faults().failAfterWriting(writingFaultName(given[0]), given[1]); },
-                nothing),
-            row("Platform.failFactory(%1)",
-                kinds(kind::objectKind),
-                1,
-                [](LivedUnit &, Given given) { LivedUnit::faults().failFactory(objectKindName(given[0])); },
-                nothing),
-            row("Platform.clearFaults()", kinds(), 8, [](LivedUnit &, Given) { LivedUnit::faults().clear(); }, nothing),
-        });
+    table.insert(table.end(),
+                 {
+                     row(
+                         "Platform.setActiveSource(%1, %2)",
+                         kinds(kind::playingTrack, kind::platformSource),
+                         6,
+                         [](LivedUnit &, Given given) {
+                             LivedUnit::chip().setActiveSource(QLatin1String(trackName(given[0])), QLatin1String(platformSourceName(given[1])));
+                         },
+                         nothing),
+                     row(
+                         "Platform.setAlternativeCount(%1)",
+                         kinds(kind::byte),
+                         1,
+                         [](LivedUnit &, Given given) { LivedUnit::chip().setAlternativeCount(given[0]); },
+                         nothing),
+                     row(
+                         "Platform.setCalibrationGains(%1, %2)",
+                         kinds(kind::number, kind::number),
+                         1,
+                         [](LivedUnit &, Given given) { LivedUnit::chip().setCalibrationGains(given[0], given[1]); },
+                         nothing),
+                     row(
+                         "Platform.setDownlinkDelay(%1)",
+                         kinds(kind::number),
+                         1,
+                         [](LivedUnit &, Given given) { LivedUnit::chip().setDownlinkDelay(static_cast<short>(given[0])); },
+                         nothing),
+                     row(
+                         "Platform.failOnce(%1, %2, %3)",
+                         kinds(kind::fault, kind::faultCode, kind::nth),
+                         10,
+                         [](LivedUnit &, Given given) { LivedUnit::faults().fail(faultName(given[0]), given[1], given[2]); },
+                         nothing),
+                     row(
+                         "Platform.fail(%1, %2)",
+                         kinds(kind::fault, kind::faultCode),
+                         2,
+                         [](LivedUnit &, Given given) { LivedUnit::faults().fail(faultName(given[0]), given[1]); },
+                         nothing),
+                     row(
+                         "Platform.failAfterWriting(%1, %2)",
+                         kinds(kind::writingFault, kind::faultCode),
+                         2,
+                         [](LivedUnit &, Given given) { LivedUnit::faults().failAfterWriting(writingFaultName(given[0]), given[1]); },
+                         nothing),
+                     row(
+                         "Platform.failFactory(%1)",
+                         kinds(kind::objectKind),
+                         1,
+                         [](LivedUnit &, Given given) { LivedUnit::faults().failFactory(objectKindName(given[0])); },
+                         nothing),
+                     row(
+                         "Platform.clearFaults()", kinds(), 8, [](LivedUnit &, Given) { LivedUnit::faults().clear(); }, nothing),
+                 });
 }
 
 void addSettings(std::vector<OperationRow> &table)
@@ -209,17 +217,15 @@ void addOthersThatWrite(std::vector<OperationRow> &table)
                          "say(\"Another process stores volume %2 of type %1\")",
                          kinds(kind::index, kind::volume),
                          3,
-                         [](LivedUnit &, Given given) {
-                             audio::AudioDataBase().save(QStringLiteral("Volume"), QString::number(given[0]), given[1]);
-                         },
+                         [](LivedUnit &, Given given) { audio::AudioDataBase().save(QStringLiteral("Volume"), QString::number(given[0]), given[1]); },
                          [](UnitModel &model, Given given) { model.file().save(QStringLiteral("Volume/%1").arg(given[0]), given[1]); },
                          Role::Settings),
                  });
     if (program::isEmulated())
         return; // it cannot trace another process
     const auto saveIn = [](int systemCall, Given given) {
-        powercut::runAndKillAt(
-            systemCall, settingsprocess::commandLine({QStringLiteral("save-between-stops"), QString::number(given[0]), QString::number(given[1])}));
+        powercut::runAndKillAt(systemCall,
+                               settingsprocess::commandLine({QStringLiteral("save-between-stops"), QString::number(given[0]), QString::number(given[1])}));
     };
     table.insert(table.end(),
                  {
@@ -254,11 +260,11 @@ void addFocus(std::vector<OperationRow> &table)
 {
     table.insert(table.end(),
                  {
-                     same("focus(%1).streamType = %2; focus(%1).durationHint = %3; focus(%1).request()",
+                     same("requestFocus(%1, %2, %3)",
                           kinds(kind::client, kind::number, kind::hint),
                           20,
                           [](auto &unit, Given given) { return unit.requestFocus(given[0], given[1], given[2]); }),
-                     same("focus(%1).release()", kinds(kind::client), 12, [](auto &unit, Given given) { unit.releaseFocus(given[0]); }),
+                     same("releaseFocus(%1)", kinds(kind::client), 12, [](auto &unit, Given given) { unit.releaseFocus(given[0]); }),
                      same("endClient(%1)", kinds(kind::client), 3, [](auto &unit, Given given) { unit.endClient(given[0]); }),
                  });
 }
