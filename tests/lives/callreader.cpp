@@ -20,7 +20,7 @@ void CallReader::begin()
     Platform::instance()->journal()->clear();
     m_place = 0;
     m_trackVolumes.clear();
-    m_isAnythingRefused = false;
+    m_isLoudnessRefused = false;
     m_isAlternativeSet = false;
 }
 
@@ -51,7 +51,9 @@ void CallReader::note(const JournalEntry &entry)
     const bool isNull = entry.isCreate() && entry.number == 0;
     const bool isCode = entry.result.type() == QVariant::Int && entry.operation != QLatin1String("queryAlterNumber");
     const bool isAccepted = !isNull && (!isCode || entry.result.toInt() == 0);
-    m_isAnythingRefused = m_isAnythingRefused || !isAccepted;
+    const bool isLoudness
+        = isNull || entry.operation.contains(QLatin1String("mute"), Qt::CaseInsensitive) || entry.operation.startsWith(QLatin1String("setDucking"));
+    m_isLoudnessRefused = m_isLoudnessRefused || (isLoudness && !isAccepted);
     m_isAlternativeSet = m_isAlternativeSet || (isAccepted && entry.operation == QLatin1String("setAlterTrackVolume"));
     if (entry.operation == QLatin1String("setTrackVolume"))
         m_trackVolumes.append({entry.arguments.at(0).toString(), entry.arguments.at(1).toString(), entry.arguments.at(2).toInt(), isAccepted});

@@ -65,7 +65,8 @@ public:
     /// The volumes that this operation set, in order.
     const QVector<TrackVolume> &trackVolumes() const { return m_trackVolumes; }
     bool isAlternativeSet() const { return m_isAlternativeSet; }
-    bool anythingRefused() const { return m_isAnythingRefused; }
+    /// A mute or a ducking, or the object to do it with.
+    bool isLoudnessRefused() const { return m_isLoudnessRefused; }
 
 private:
     static QString text(const char *name) { return simulator::quotedText(QString::fromLatin1(name)); }
@@ -81,7 +82,7 @@ private:
     QVector<simulator::JournalEntry> m_entries;
     int m_place = 0;
     QVector<TrackVolume> m_trackVolumes;
-    bool m_isAnythingRefused = false;
+    bool m_isLoudnessRefused = false;
     bool m_isAlternativeSet = false;
 };
 

@@ -63,7 +63,7 @@ void Growth::add(double progress, double probeNanoseconds)
     }
 }
 
-double Growth::quickest(const QVector<double> &probes, int from, int count) const
+double Growth::quickest(const QVector<double> &probes, int from, int count)
 {
     return count > 0 ? *std::min_element(probes.cbegin() + from, probes.cbegin() + from + count) : 0;
 }
@@ -105,7 +105,7 @@ QString Growth::toText() const
 {
     constexpr int nameWidth = 34;
     constexpr int width = 14;
-    const auto line = [](const QString &name, const QString &first, const QString &last, const QString &difference) {
+    const auto line = [](const QString &name, const QString &first, const QString &last, const QString &difference) -> QString {
         return name.leftJustified(nameWidth) + first.rightJustified(width) + last.rightJustified(width) + difference.rightJustified(width);
     };
     QString text = line(QString(), QStringLiteral("first 1 %"), QStringLiteral("end"), QStringLiteral("difference")) + QLatin1Char('\n');

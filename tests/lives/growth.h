@@ -53,9 +53,9 @@ public:
 
 private:
     static constexpr double share = 0.01;
-    static constexpr int fewestProbes = 20;
+    static constexpr int fewestProbes = 8;
 
-    double quickest(const QVector<double> &probes, int from, int count) const;
+    static double quickest(const QVector<double> &probes, int from, int count);
 
     const double m_timeLimit;
     QVector<double> m_probes;

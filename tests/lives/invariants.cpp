@@ -180,6 +180,9 @@ constexpr Exception exceptions[] = {
     {mutedIsSilent,
      "the mute counts as set, whether or not the platform took it, and is not set again",
      [](const Moment &moment) { return moment.watch.isDuckingRefused; }},
+    {mutedIsSilent,
+     "a platform that lost its power is not told again that it is muted: the process still counts it as muted",
+     [](const Moment &moment) { return moment.watch.isForgotten; }},
     {duckedIsNoLouderThanAllowed,
      "one ducking is all that there is: the first unduck ends it for everybody",
      [](const Moment &moment) { return moment.model.manager().isUnduckedByAnother(); }},
@@ -246,12 +249,14 @@ void Watch::noteVolumes(const Moment &moment)
 
 void Watch::noteDucking(const Moment &moment)
 {
-    isDuckingRefused = isDuckingRefused || moment.model.calls().anythingRefused();
-    isDuckingPastPolicy = isDuckingPastPolicy || moment.role == Role::DirectDucking || moment.role == Role::Reset;
+    isDuckingRefused = isDuckingRefused || moment.model.calls().isLoudnessRefused() || (moment.model.facade().isThere() && !moment.model.facade().hasVolume());
+    isDuckingPastPolicy = isDuckingPastPolicy || moment.role == Role::DirectDucking;
+    isForgotten = isForgotten || moment.role == Role::Reset;
     const ManagerModel *const manager = moment.model.managerIfOn();
     if (moment.role != Role::DirectDucking && (!manager || manager->duckClaims() == 0) && !moment.model.facade().isMute()) {
         isDuckingRefused = false;
         isDuckingPastPolicy = false;
+        isForgotten = false;
     }
 }
 

@@ -47,6 +47,7 @@ public:
     int restoreStatus = 0;
     bool isDuckingRefused = false; ///< the platform did not duck or mute when it was told to
     bool isDuckingPastPolicy = false;
+    bool isForgotten = false; ///< the platform has lost its power, and all it was told
     QStringList leftovers; ///< of processes that were killed
     bool areSettingsToBeRead = false;
 

@@ -11,6 +11,7 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QTextStream>
 
+#include <algorithm>
 #include <ctime>
 #include <fcntl.h>
 #include <memory>
@@ -23,7 +24,7 @@ namespace
 {
 
 constexpr int lifeLength = 250;
-constexpr int livesBetweenProbes = 4;
+constexpr int probeLength = 100;
 constexpr unsigned int probeSeed = 4711;
 
 struct Options
@@ -74,23 +75,23 @@ public:
         m_unit.manager(); // a facade that the platform refused its objects would live with that for ever
     }
 
-    void live() { live(m_random); }
+    void live() { live(m_random, lifeLength); }
 
     /// The same operations each time. @return their processor time, ns
     double probe()
     {
         std::mt19937_64 random(probeSeed);
         const double begin = processorTime();
-        live(random);
+        live(random, probeLength);
         return processorTime() - begin;
     }
 
     qint64 operations() const { return m_operations; }
 
 private:
-    void live(std::mt19937_64 &random)
+    void live(std::mt19937_64 &random, int length)
     {
-        for (int i = 0; i < lifeLength; ++i) {
+        for (int i = 0; i < length; ++i) {
             const lives::Operation operation = lives::anyOperation([&random] { return random(); });
             if (operation.what().weight == lives::rare)
                 continue; // another process has figures of its own
@@ -148,8 +149,7 @@ int main(int argc, char *argv[])
     timer.start();
     double progress = 0;
     while (progress < 1) {
-        for (int i = 0; i < livesBetweenProbes; ++i)
-            soak.live();
+        soak.live();
         const double probe = soak.probe();
         progress = options.operations > 0 ? double(soak.operations()) / double(options.operations)
                                           : double(timer.elapsed()) / millisecondsInSecond / double(options.seconds);
