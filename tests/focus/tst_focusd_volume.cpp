@@ -1,4 +1,5 @@
 #include "daemontest.h"
+#include "hangingwriter.h"
 
 #include <logrecorder.h>
 #include <qzaudio/audiodatabase.h>
@@ -6,41 +7,12 @@
 #include <QtDBus/QDBusPendingReply>
 #include <QtTest/QtTest>
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
 
 constexpr int promptlyMs = 3000;
-
-/// Another process that saves, and hangs in it: whoever saves waits a second for its lock.
-class HangingWriter
-{
-public:
-    HangingWriter()
-        : m_file(::open(path().constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))
-        , m_isHeld(::flock(m_file, LOCK_EX | LOCK_NB) == 0)
-    {
-    }
-    ~HangingWriter()
-    {
-        ::unlink(path().constData());
-        ::close(m_file);
-    }
-
-    bool isHeld() const { return m_isHeld; }
-
-private:
-    Q_DISABLE_COPY(HangingWriter)
-
-    static QByteArray path() { return "/media/flash/nvm/audioData.db.lock"; }
-
-    int m_file;
-    bool m_isHeld;
-};
 
 } // namespace
 
