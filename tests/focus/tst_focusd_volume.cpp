@@ -27,6 +27,8 @@ private Q_SLOTS:
     void stopsBehindAHangingWriter();
     void fileThatIsNone();
     void changesAndAnswers();
+    void logOfTheLibrary_data();
+    void logOfTheLibrary();
 };
 
 void DaemonVolumeTest::hangingWriter()
@@ -126,6 +128,25 @@ void DaemonVolumeTest::changesAndAnswers()
         // Whoever heard of the change is given no older level.
         QCOMPARE(client.result(client.proxy().volumeLevel()), QString::number(level));
     }
+}
+
+void DaemonVolumeTest::logOfTheLibrary_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("isLogged");
+    QTest::newRow("quiet") << QStringList() << false;
+    QTest::newRow("with --log") << QStringList(QStringLiteral("--log")) << true;
+}
+
+void DaemonVolumeTest::logOfTheLibrary()
+{
+    QFETCH(QStringList, arguments);
+    daemon->setProcessChannelMode(QProcess::SeparateChannels);
+    startDaemon(arguments);
+    FocusClientConnection client(*bus);
+    QCOMPARE(client.result(client.proxy().volumeLevel()), QStringLiteral("20"));
+    QVERIFY(daemon->stop());
+    QTEST(daemon->readAllStandardError().contains("[DBG]"), "isLogged");
 }
 
 QTEST_GUILESS_MAIN(DaemonVolumeTest)

@@ -80,6 +80,11 @@ private Q_SLOTS:
     void lockHasNoState();
     void lockOfAnotherOne_data();
     void lockOfAnotherOne();
+    void lockOfAnotherOneHidden();
+    void noLockAfterAnotherOne();
+    void startGivesUp();
+    void givesWayAtTheEnd();
+    void temporaryNameIsTaken_data();
     void temporaryNameIsTaken();
     void chainOfLinks_data();
     void chainOfLinks();
@@ -87,6 +92,8 @@ private Q_SLOTS:
     void largeFileIsKept_data();
     void largeFileIsKept();
     void largeFileCannotBeKept();
+    void damageOfTheSameSize();
+    void damageCannotBeKept();
     void folderCannotBeListed_data();
     void folderCannotBeListed();
     void lockOfALockInUse();
@@ -152,6 +159,8 @@ void SystemCallsTest::saveIsRefused_data()
          }},
         "what was written reads back otherwise");
     row("it cannot take the name", "rename", {EROFS}, "rename: Read-only file system");
+    row("somebody takes the lock again and again", "fsync", {0, 0, 3, removeLock}, "somebody else took the lock");
+    row("the folder comes and goes", "open", {ENOENT, 0, 2}, "open the lock file: No such file or directory");
 }
 
 void SystemCallsTest::saveIsRefused()
@@ -194,6 +203,7 @@ void SystemCallsTest::saveIsMadeAllTheSame_data()
     QTest::newRow("no kernel locks") << QByteArray("flock") << Plan{ENOLCK} << QStringList();
     QTest::newRow("somebody takes the lock for a dead one's") << QByteArray("flock") << Plan{EWOULDBLOCK} << QStringList();
     QTest::newRow("somebody has removed the lock for a dead one's") << QByteArray("flock") << Plan{0, 0, 1, removeLock} << QStringList();
+    QTest::newRow("somebody takes the lock twice") << QByteArray("fsync") << Plan{0, 0, 2, removeLock} << QStringList();
     QTest::newRow("the lock's state is lost at the end") << QByteArray("fstat64") << Plan{EIO, 3} << QStringList();
     QTest::newRow("a folder that cannot be synchronized") << QByteArray("fsync") << Plan{EINVAL, 1} << QStringList();
     QTest::newRow("a folder whose synchronization fails")
@@ -283,9 +293,84 @@ void SystemCallsTest::lockOfAnotherOne()
     QCOMPARE(flash::names(), Names(settings));
 }
 
+void SystemCallsTest::lockOfAnotherOneHidden()
+{
+    flash::setContent(before);
+    AudioDataBase store;
+    makeFreshLock();
+    systemcalls::plan("open", {EIO, 1});
+    systemcalls::plan("lstat64", {EACCES});
+    store.setVolume(ZelAudioTypeMedia, 17, true);
+    QCOMPARE(systemcalls::followed("lstat64"), 1);
+    systemcalls::forget();
+    QCOMPARE(takeErrors(), QStringList(notWritten("lstat: Permission denied")));
+    QCOMPARE(flash::content(), before);
+    store.setEqType(2);
+    QCOMPARE(flash::entries(), (flash::Entries{{"Volume/0", "17"}, {"EQ/Type", "2"}}));
+}
+
+/// What a dead writer left is removed, and still there is no lock of one's own.
+void SystemCallsTest::noLockAfterAnotherOne()
+{
+    flash::setContent(before);
+    AudioDataBase store;
+    makeFreshLock();
+    systemcalls::plan("open", {EMFILE, 2});
+    store.setVolume(ZelAudioTypeMedia, 17, true);
+    QCOMPARE(systemcalls::followed("open"), 1);
+    systemcalls::forget();
+    QCOMPARE(takeErrors(), QStringList(notWritten("open the lock file: Too many open files")));
+    QCOMPARE(flash::content(), before);
+    QCOMPARE(flash::names(), Names(settings));
+    store.setEqType(2);
+    QCOMPARE(flash::entries(), (flash::Entries{{"Volume/0", "17"}, {"EQ/Type", "2"}}));
+}
+
+/// A start does not wait for those who write all the time; they clean up.
+void SystemCallsTest::startGivesUp()
+{
+    const QString left = QStringLiteral("audioData.db.new-7");
+    flash::setContent(before);
+    flash::setContent("left by a dead writer", left);
+    systemcalls::plan("flock", {0, 0, 1000, removeLock});
+    const AudioDataBase store;
+    QCOMPARE(systemcalls::followed("flock"), 101);
+    systemcalls::forget();
+    QCOMPARE(takeErrors(), QStringList());
+    QCOMPARE(flash::names(), Names({settings, left}));
+}
+
+/// The only value that waits is another one's by now: there is nothing to write at the end.
+void SystemCallsTest::givesWayAtTheEnd()
+{
+    flash::setContent(before);
+    const QByteArray newer = "[Volume]\n0=50\n";
+    {
+        AudioDataBase store;
+        systemcalls::plan("rename", {EROFS});
+        store.setVolume(ZelAudioTypeMedia, 17, true);
+        systemcalls::forget();
+        flash::setContent(newer);
+        log->take();
+        systemcalls::plan("rename", {EROFS});
+    }
+    QCOMPARE(systemcalls::followed("rename"), 0);
+    QCOMPARE(takeErrors(), QStringList(QStringLiteral("/media/flash/nvm/audioData.db has newer values of another process; given up: Volume/0")));
+    QCOMPARE(flash::content(), newer);
+    QCOMPARE(flash::names(), Names(settings));
+}
+
+void SystemCallsTest::temporaryNameIsTaken_data()
+{
+    QTest::addColumn<bool>("isRemovable");
+    QTest::newRow("and is given free") << true;
+    QTest::newRow("and cannot be given free") << false;
+}
+
 /// A dead writer's file has the very name that the next one gets, from the number of its lock file.
 void SystemCallsTest::temporaryNameIsTaken()
 {
+    QFETCH(bool, isRemovable);
     flash::setContent(before);
     AudioDataBase store;
     // Names of one file, which a link does not count up; a lock file made next has the next number.
@@ -297,13 +382,18 @@ void SystemCallsTest::temporaryNameIsTaken()
         const QString name = QStringLiteral("audioData.db.new-%1").arg(status.st_ino + static_cast<unsigned int>(further));
         QCOMPARE(::link(pathOf(QStringLiteral("x")).constData(), pathOf(name).constData()), 0);
     }
+    if (!isRemovable)
+        systemcalls::plan("unlink", {EPERM});
     store.setVolume(ZelAudioTypeMedia, 17, true);
+    systemcalls::forget();
     if (flash::names().size() == names + 2)
         QSKIP("the file system here does not number its files one after the other");
-    QCOMPARE(takeErrors(), QStringList());
-    QCOMPARE(flash::content(), QByteArray("[Volume]\n0=17\n"));
+    QCOMPARE(takeErrors(), isRemovable ? QStringList() : QStringList(notWritten("open: Operation not permitted")));
+    QCOMPARE(flash::content(), isRemovable ? QByteArray("[Volume]\n0=17\n") : before);
     QCOMPARE(flash::names().size(), names + 1);
     QCOMPARE(flash::content(QStringLiteral("x")), QByteArray("left by a dead writer"));
+    store.setEqType(2);
+    QCOMPARE(flash::entries(), (flash::Entries{{"Volume/0", "17"}, {"EQ/Type", "2"}}));
 }
 
 void SystemCallsTest::chainOfLinks_data()
@@ -400,6 +490,37 @@ void SystemCallsTest::largeFileCannotBeKept()
     QCOMPARE(flash::names(), Names({settings, damaged}));
     QVERIFY(flash::content(damaged) == largeFile());
     QCOMPARE(flash::entries().value("Volume/0"), QByteArray("17"));
+}
+
+/// The latest damage is what is kept.
+void SystemCallsTest::damageOfTheSameSize()
+{
+    for (const QByteArray &content : {QByteArray(before + "first\n"), QByteArray(before + "other\n")}) {
+        flash::setContent(content);
+        const AudioDataBase store;
+        QCOMPARE(flash::content(damaged), content);
+        QCOMPARE(flash::content(), content);
+    }
+    AudioDataBase().setEqType(2); // all is well again
+}
+
+/// Neither a copy nor a second name.
+void SystemCallsTest::damageCannotBeKept()
+{
+    const QByteArray content = before + "half a li\n";
+    flash::setContent(content);
+    systemcalls::plan("fsync", {EIO});
+    systemcalls::plan("link", {EPERM});
+    AudioDataBase store;
+    QCOMPARE(systemcalls::followed("link"), 1);
+    systemcalls::forget();
+    const QString told = QStringLiteral("/media/flash/nvm/audioData.db is damaged, 1 lines; cannot be kept: fsync: Input/output error");
+    QCOMPARE(takeErrors(), QStringList(told));
+    QCOMPARE(flash::content(), content);
+    QCOMPARE(flash::names(), Names(settings));
+    QCOMPARE(store.getVolume(ZelAudioTypeMedia), 20);
+    store.setEqType(2);
+    QCOMPARE(flash::content(damaged), content);
 }
 
 void SystemCallsTest::folderCannotBeListed_data()
