@@ -115,6 +115,13 @@ void AudioControlVolumeTest::setStreamVolume_data()
            sent("S+AndroidAuto"_s, 9),
            logged("S+AndroidAuto_APP", "S+AndroidAuto"_s, 9));
 
+    addRow("a byte order mark is no part of a name",
+           {},
+           set(0, "\xef\xbb\xbfS+FilePlayer_APP", 80),
+           nothing,
+           sent("S+FilePlayer"_s, 80),
+           logged("S+FilePlayer_APP", "S+FilePlayer"_s, 80));
+
     const QStringList refusal = {error("input volume val more than  148")};
     addRow("149 is refused", {}, set(0, "S+FilePlayer_APP", 149), nothing, noCalls, refusal);
     addRow("149 is refused also where it would be boosted", {}, set(0, "S+BtRingtone_APP", 149), nothing, noCalls, refusal);

@@ -1,5 +1,7 @@
 #include "daemontest.h"
+#include "hangingwriter.h"
 
+#include <QtDBus/QDBusConnectionInterface>
 #include <QtTest/QtTest>
 
 #include <pwd.h>
@@ -37,6 +39,9 @@ private Q_SLOTS:
     void callOnTheSessionBus();
     void callIsReported_data();
     void callIsReported();
+    void callThatNobodyMakes();
+    void othersLeaveDuringACall();
+    void questionsOfAUser();
 
 private:
     using Client = std::unique_ptr<FocusClientConnection>;
@@ -177,6 +182,64 @@ void DaemonUsersTest::callIsReported()
         phone->leave();
     QTRY_VERIFY_WITH_TIMEOUT(hasLines(1), longestWait);
     QCOMPARE(errors, "qzaudio-focusd: the call has no focus any more, from " + who);
+}
+
+void DaemonUsersTest::callThatNobodyMakes()
+{
+    start({QStringLiteral("--call-user"), QString::number(firstUser)});
+    const Client phone = client(firstUser);
+    QCOMPARE(phone->abandon(callId()), QStringLiteral("0"));
+    QCOMPARE(phone->result(phone->proxy().unregisterAudioFocusClient(callId())), QStringLiteral("done"));
+    QVERIFY(daemon->stop());
+    QCOMPARE(daemon->readAllStandardError(), QByteArray());
+}
+
+void DaemonUsersTest::othersLeaveDuringACall()
+{
+    start({QStringLiteral("--call-user"), QString::number(firstUser)});
+    const Client music = client(secondUser);
+    const Client phone = client(firstUser);
+    QCOMPARE(music->request(QStringLiteral("music"), 1), QStringLiteral("0"));
+    QCOMPARE(phone->request(callId(), 2), QStringLiteral("0"));
+    const QString name = music->connection().baseService();
+    music->leave();
+    const QDBusConnectionInterface *const interface = phone->connection().interface();
+    QTRY_VERIFY_WITH_TIMEOUT(!interface->isServiceRegistered(name), longestWait);
+    // The bus told the daemon of it before this question.
+    QCOMPARE(phone->result(phone->proxy().getCurrentAudioFocus()), QStringLiteral("2"));
+    QVERIFY(daemon->stop());
+    const QByteArray errors = daemon->readAllStandardError();
+    QVERIFY(errors.startsWith("qzaudio-focusd: a call has focus, from "));
+    QCOMPARE(errors.count('\n'), 1);
+}
+
+/// However many connections a user has, others are answered, too.
+void DaemonUsersTest::questionsOfAUser()
+{
+    startDaemon({QStringLiteral("--system")});
+    std::vector<Client> flood;
+    QVector<QDBusPendingReply<int>> replies;
+    const Client other = client(secondUser);
+    QDBusPendingReply<int> reply;
+    {
+        const HangingWriter writer;
+        QVERIFY(writer.isHeld());
+        for (int number = 0; number < 5; ++number) {
+            flood.push_back(client(firstUser));
+            for (int question = 0; question < 16; ++question)
+                replies.append(flood.back()->proxy().volumeLevel());
+        }
+        QCOMPARE(flood.back()->result(replies.constLast()), QStringLiteral("LimitsExceeded"));
+        reply = other->proxy().volumeLevel();
+        QCOMPARE(other->result(other->proxy().getCurrentAudioFocus()), QStringLiteral("0"));
+        QVERIFY(!reply.isFinished());
+    }
+    QCOMPARE(other->result(reply), QStringLiteral("20"));
+    QStringList results;
+    for (const auto &answer : qAsConst(replies))
+        results.append(flood.front()->result(answer));
+    QCOMPARE(results.count(QStringLiteral("20")), 64);
+    QCOMPARE(results.count(QStringLiteral("LimitsExceeded")), 16);
 }
 
 QTEST_GUILESS_MAIN(DaemonUsersTest)

@@ -1,4 +1,5 @@
 #include "daemontest.h"
+#include "hangingwriter.h"
 
 #include <logrecorder.h>
 #include <qzaudio/audiodatabase.h>
@@ -6,41 +7,12 @@
 #include <QtDBus/QDBusPendingReply>
 #include <QtTest/QtTest>
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
 
 constexpr int promptlyMs = 3000;
-
-/// Another process that saves, and hangs in it: whoever saves waits a second for its lock.
-class HangingWriter
-{
-public:
-    HangingWriter()
-        : m_file(::open(path().constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))
-        , m_isHeld(::flock(m_file, LOCK_EX | LOCK_NB) == 0)
-    {
-    }
-    ~HangingWriter()
-    {
-        ::unlink(path().constData());
-        ::close(m_file);
-    }
-
-    bool isHeld() const { return m_isHeld; }
-
-private:
-    Q_DISABLE_COPY(HangingWriter)
-
-    static QByteArray path() { return "/media/flash/nvm/audioData.db.lock"; }
-
-    int m_file;
-    bool m_isHeld;
-};
 
 } // namespace
 
@@ -55,6 +27,8 @@ private Q_SLOTS:
     void stopsBehindAHangingWriter();
     void fileThatIsNone();
     void changesAndAnswers();
+    void logOfTheLibrary_data();
+    void logOfTheLibrary();
 };
 
 void DaemonVolumeTest::hangingWriter()
@@ -154,6 +128,25 @@ void DaemonVolumeTest::changesAndAnswers()
         // Whoever heard of the change is given no older level.
         QCOMPARE(client.result(client.proxy().volumeLevel()), QString::number(level));
     }
+}
+
+void DaemonVolumeTest::logOfTheLibrary_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("isLogged");
+    QTest::newRow("quiet") << QStringList() << false;
+    QTest::newRow("with --log") << QStringList(QStringLiteral("--log")) << true;
+}
+
+void DaemonVolumeTest::logOfTheLibrary()
+{
+    QFETCH(QStringList, arguments);
+    daemon->setProcessChannelMode(QProcess::SeparateChannels);
+    startDaemon(arguments);
+    FocusClientConnection client(*bus);
+    QCOMPARE(client.result(client.proxy().volumeLevel()), QStringLiteral("20"));
+    QVERIFY(daemon->stop());
+    QTEST(daemon->readAllStandardError().contains("[DBG]"), "isLogged");
 }
 
 QTEST_GUILESS_MAIN(DaemonVolumeTest)
