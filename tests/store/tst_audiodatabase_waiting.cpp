@@ -55,6 +55,7 @@ class WaitingTest : public StoreTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void readsAfterOneThatFailed(); // first: within a second of a wait nobody else is waited for
     void hangingWriter();
     void startOfTheManager();
     void givesWayToANewerValue();
@@ -199,6 +200,24 @@ void WaitingTest::unreadableWhileAValueWaits()
     flash::setContent("[Volume]\n0=20\n");
     letGo(*holder, store);
     QCOMPARE(flash::entries().value("Volume/0"), QByteArray("34"));
+}
+
+/// A read that fails leaves nothing behind that the next one would wait for, also where the lock is in somebody's hand.
+void WaitingTest::readsAfterOneThatFailed()
+{
+    QVERIFY(QDir().mkdir(flash::settingsFile())); // nothing that can be read
+    const auto holder = settingsprocess::start({QStringLiteral("hold-lock")});
+    QElapsedTimer timer;
+    timer.start();
+    AudioDataBase store;
+    for (int read = 0; read < 3; ++read)
+        QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("0"), 11).toInt(), 11);
+    QVERIFY(QDir().rmdir(flash::settingsFile()));
+    flash::setContent("[Volume]\n0=20\n");
+    QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("0"), 11).toInt(), 20);
+    QVERIFY2(timer.elapsed() < promptlyMs(), "no read waits");
+    log->take();
+    letGo(*holder, store);
 }
 
 void WaitingTest::strangersDoNotStopIt_data()
