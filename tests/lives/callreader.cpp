@@ -22,6 +22,7 @@ void CallReader::begin()
     m_trackVolumes.clear();
     m_isLoudnessRefused = false;
     m_isAlternativeSet = false;
+    m_isObjectMissing = false;
 }
 
 void CallReader::end() const
@@ -49,6 +50,7 @@ void CallReader::note(const JournalEntry &entry)
     if (entry.isDestroy())
         return;
     const bool isNull = entry.isCreate() && entry.number == 0;
+    m_isObjectMissing = m_isObjectMissing || isNull;
     const bool isCode = entry.result.type() == QVariant::Int && entry.operation != QLatin1String("queryAlterNumber");
     const bool isAccepted = !isNull && (!isCode || entry.result.toInt() == 0);
     const bool isLoudness

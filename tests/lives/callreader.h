@@ -65,6 +65,8 @@ public:
     /// The volumes that this operation set, in order.
     const QVector<TrackVolume> &trackVolumes() const { return m_trackVolumes; }
     bool isAlternativeSet() const { return m_isAlternativeSet; }
+    /// The platform gave none where one was asked for: what was to be set with it is not.
+    bool isObjectMissing() const { return m_isObjectMissing; }
     /// A mute or a ducking, or the object to do it with.
     bool isLoudnessRefused() const { return m_isLoudnessRefused; }
 
@@ -84,6 +86,7 @@ private:
     QVector<TrackVolume> m_trackVolumes;
     bool m_isLoudnessRefused = false;
     bool m_isAlternativeSet = false;
+    bool m_isObjectMissing = false;
 };
 
 } // namespace lives

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -62,7 +63,7 @@ ForkedLife::ForkedLife(const std::vector<lives::Operation> &life)
 {
     emptyFlash();
     int ends[2];
-    if (pipe(ends) != 0) {
+    if (pipe2(ends, O_CLOEXEC) != 0) {
         m_problem = qt_error_string(errno);
         return;
     }

@@ -226,6 +226,10 @@ void Watch::noteVolumes(const Moment &moment)
     restoreStatus = 0;
     if (moment.role == Role::Reset)
         sources.clear();
+    if (moment.model.calls().isObjectMissing()) {
+        for (Source &source : sources)
+            source.isRefused = true;
+    }
     const auto applied = moment.model.isOn() ? moment.model.manager().takeApplied() : QVector<ManagerModel::Applied>();
     const auto &volumes = moment.model.calls().trackVolumes();
     for (int place = 0; place < volumes.size(); ++place) {

@@ -73,6 +73,11 @@ public:
     {
         lives::LivedUnit::platform().journal()->setEnabled(false);
         m_unit.manager(); // a facade that the platform refused its objects would live with that for ever
+        // Code is read into memory when it is used first, and tables get the size that they keep.
+        constexpr int warmUp = 60;
+        for (int i = 0; i < warmUp; ++i)
+            live();
+        m_operations = 0;
     }
 
     void live() { live(m_random, lifeLength); }

@@ -192,7 +192,7 @@ float FileModel::gain(const QString &key) const
     bool isInt = false;
     const int whole = found->text.toInt(&isInt);
     if (found->gain)
-        return std::abs(*found->gain) < beyondInt ? std::trunc(*found->gain) : 0;
+        return std::abs(*found->gain) < beyondInt ? static_cast<float>(static_cast<int>(*found->gain)) : 0;
     return static_cast<float>(isInt ? whole : QVariant(found->text).toLongLong() == 1 ? 1 : 0);
 }
 
@@ -202,7 +202,9 @@ QString FileModel::differenceTo(const QByteArray &text) const
     for (auto value = m_values.cbegin(); value != m_values.cend(); ++value) {
         if (!values.contains(value.key()))
             return value.key() + QLatin1String(" is missing in the settings file");
-        const QString found = values.take(value.key());
+        QString found = values.take(value.key());
+        if (found.startsWith(QLatin1Char('"'))) // where one of its bytes is a comma
+            found.remove(0, 1);
         if (value->gain ? !found.startsWith(QLatin1String("@Variant(")) : found != value->text)
             return QStringLiteral("%1 is %2 in the settings file, and was stored as %3").arg(value.key(), found, value->text);
     }
