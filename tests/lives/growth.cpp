@@ -54,13 +54,36 @@ Figures Figures::ofThisProcess()
     return figures;
 }
 
+Growth::Growth(double timeLimit)
+    : m_timeLimit(timeLimit)
+{
+    m_probes.reserve(mostProbes);
+}
+
 void Growth::add(double progress, double probeNanoseconds)
 {
-    m_probes.append(probeNanoseconds);
+    if (m_inLast == m_perProbe || m_probes.isEmpty()) {
+        if (m_probes.size() == mostProbes)
+            thinOut();
+        m_probes.append(probeNanoseconds);
+        m_inLast = 0;
+    }
+    m_probes.last() = std::min(m_probes.last(), probeNanoseconds);
+    ++m_inLast;
     if (!m_first && progress >= share && m_probes.size() >= fewestProbes) {
         m_first = Figures::ofThisProcess();
         m_firstProbes = m_probes.size();
     }
+}
+
+/// Two probes become one, the quicker: this class must not be what grows.
+void Growth::thinOut()
+{
+    for (int i = 0; i < mostProbes / 2; ++i)
+        m_probes[i] = std::min(m_probes.at(2 * i), m_probes.at(2 * i + 1));
+    m_probes.resize(mostProbes / 2);
+    m_perProbe *= 2;
+    m_firstProbes = (m_firstProbes + 1) / 2;
 }
 
 double Growth::quickest(const QVector<double> &probes, int from, int count)

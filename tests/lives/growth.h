@@ -29,10 +29,7 @@ class Growth
 {
 public:
     /// Both as shares of 1.
-    explicit Growth(double timeLimit)
-        : m_timeLimit(timeLimit)
-    {
-    }
+    explicit Growth(double timeLimit);
 
     /// A probe was done. @param progress 0 to 1, of the run
     void add(double progress, double probeNanoseconds);
@@ -54,11 +51,15 @@ public:
 private:
     static constexpr double share = 0.01;
     static constexpr int fewestProbes = 8;
+    static constexpr int mostProbes = 4096;
 
+    void thinOut();
     static double quickest(const QVector<double> &probes, int from, int count);
 
     const double m_timeLimit;
-    QVector<double> m_probes;
+    QVector<double> m_probes; // each the quickest of so many
+    int m_perProbe = 1;
+    int m_inLast = 0;
     int m_firstProbes = 0; // that belong to the first hundredth
     std::optional<Figures> m_first;
     Figures m_last;
