@@ -1,5 +1,7 @@
 #include "managermodel.h"
 
+#include "wrapping.h"
+
 #include <cmath>
 
 namespace lives
@@ -129,7 +131,7 @@ void ManagerModel::applyStatus(int status)
         source = situation::sourceOfChannel(channel);
     }
     m_applied.append({status, m_control.trackVolumeCount()});
-    m_control.setStreamVolume(audio::AudioControl::Main, source.toLatin1().constData(), m_store.getVolume(situation::typeOfStatus(status)) * 4 & 252);
+    m_control.setStreamVolume(audio::AudioControl::Main, source.toLatin1().constData(), times(m_store.getVolume(situation::typeOfStatus(status)), 4) & 252);
 }
 
 void ManagerModel::updateAudioChannel(AudioChannel channel)
@@ -161,7 +163,7 @@ void ManagerModel::applyVolume(int type, int volume)
     }
     const auto channels = channelsOf(type);
     for (const AudioChannel channel : channels)
-        m_control.setStreamVolume(audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), volume * 4 & 0xFF);
+        m_control.setStreamVolume(audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), times(volume, 4) & 0xFF);
     if (channels.size() <= 1)
         return;
     if (!m_pendingTypes.contains(type))
@@ -176,7 +178,8 @@ void ManagerModel::applyPendingVolumes()
         const int type = m_pendingTypes.at(place);
         const auto channels = channelsOf(type);
         for (const AudioChannel channel : channels) {
-            m_control.setStreamVolume(audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), m_store.getVolume(type) * 4 & 252);
+            m_control.setStreamVolume(
+                audio::AudioControl::Main, situation::sourceOfChannel(channel).toLatin1().constData(), times(m_store.getVolume(type), 4) & 252);
         }
         m_pendingTypes.removeFirst();
     }
@@ -319,7 +322,7 @@ void ManagerModel::setEqType(int type)
 
 void ManagerModel::adjustCustomEq(int value, int band)
 {
-    if (m_timers[CustomEq].isActive() && m_store.getCustomEQ(band) == value * 2)
+    if (m_timers[CustomEq].isActive() && m_store.getCustomEQ(band) == times(value, 2))
         return;
     m_store.setEqType(customType);
     m_store.setCustomEQ(value, band);

@@ -1,5 +1,7 @@
 #include "storemodel.h"
 
+#include "wrapping.h"
+
 #include <QtCore/QVariant>
 
 #include <cmath>
@@ -278,8 +280,8 @@ void StoreModel::setCustomEQ(int value, int index)
 {
     if (index < 0 || index > 15)
         return;
-    m_custom[static_cast<std::size_t>(index)] = value * 2;
-    m_file.save(QStringLiteral("EQ/Custom%1").arg(index), value * 2);
+    m_custom[static_cast<std::size_t>(index)] = times(value, 2);
+    m_file.save(QStringLiteral("EQ/Custom%1").arg(index), times(value, 2));
 }
 
 void StoreModel::setAutoMicGain(float gain)
