@@ -57,7 +57,7 @@ int anyArgument(const ArgumentKind &kind, quint64 number)
 {
     const quint64 choice = number / 2;
     if (number % 2 == 0)
-        return kind.edges[choice % kind.edges.size()];
+        return kind.edges[static_cast<std::size_t>(choice % kind.edges.size())];
     return kind.least + static_cast<int>(choice % static_cast<quint64>(kind.most - kind.least + 1));
 }
 
@@ -69,7 +69,7 @@ Operation anyOperation(const std::function<quint64()> &random)
     static const std::vector<int> rareRows = rowsByWeight(true);
     const auto &rows = !rareRows.empty() && random() % operationsBetweenProcesses == 0 ? rareRows : usualRows;
     Operation operation;
-    operation.row = rows[random() % rows.size()];
+    operation.row = rows[static_cast<std::size_t>(random() % rows.size())];
     for (std::size_t place = 0; place < mostArguments; ++place) {
         const ArgumentKind &kind = *operation.what().arguments[place];
         if (&kind != &kind::none)

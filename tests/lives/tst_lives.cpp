@@ -26,7 +26,7 @@ rc::Gen<std::vector<Operation>> anyLife()
 {
     return [](const rc::Random &random, int) {
         rc::Random numbers = random;
-        std::vector<Operation> life(shortest + numbers.next() % (longest - shortest + 1));
+        std::vector<Operation> life(static_cast<std::size_t>(shortest + numbers.next() % (longest - shortest + 1)));
         std::generate(life.begin(), life.end(), [&numbers] { return lives::anyOperation([&numbers] { return numbers.next(); }); });
         return rc::shrinkable::shrinkRecur(life, [](const std::vector<Operation> &larger) {
             return rc::seq::concat(rc::shrink::removeChunks(larger),

@@ -155,8 +155,11 @@ bool CallReader::read()
 #endif
 #if defined(SYS_mmap)
     case SYS_mmap:
-        return readMapping();
 #endif
+#if defined(SYS_mmap2)
+    case SYS_mmap2:
+#endif
+        return readMapping();
     case SYS_write:
     case SYS_pwrite64:
         if (!readDescriptor(Kind::Write))
