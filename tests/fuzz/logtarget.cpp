@@ -1,44 +1,19 @@
 #include "logtarget.h"
 
+#include "textview.h"
+
 #include <explain/loggedunit.h>
 #include <explain/logsource.h>
 #include <explain/logstory.h>
 #include <explain/logsummary.h>
 #include <explain/scenariowriter.h>
-#include <heard.h>
 #include <platform.h>
 #include <timeline.h>
-#include <timelineview.h>
 
 #include <algorithm>
 
 namespace
 {
-
-/// All texts that a view can show.
-class TextView : public TimelineView
-{
-public:
-    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override
-    {
-        addTexts(event);
-        if (isNew)
-            texts.append(heard.toText(m_heard));
-        m_heard = heard;
-    }
-
-    QStringList texts;
-
-private:
-    void addTexts(const TimelineEvent &event)
-    {
-        texts.append(event.text);
-        for (const TimelineEvent &caused : event.caused)
-            addTexts(caused);
-    }
-
-    Heard m_heard;
-};
 
 /// Tells the unit and counts, as the bench does.
 class Listener : public LogStoryListener

@@ -1,13 +1,12 @@
 #include "scenariotarget.h"
 
 #include "flash.h"
+#include "textview.h"
 
-#include <heard.h>
 #include <platform.h>
 #include <playsummary.h>
 #include <scenarioplayer.h>
 #include <timeline.h>
-#include <timelineview.h>
 
 #include <qzaudio/audiocontrol.h>
 
@@ -18,31 +17,6 @@ namespace
 
 constexpr qint64 longest = 500; // ms of real time
 constexpr qint64 mostBytes = 1024LL * 1024 * 1024; // the fuzzer itself has some hundred MB
-
-/// All texts that a view can show.
-class TextView : public TimelineView
-{
-public:
-    void show(const TimelineEvent &event, const Heard &heard, bool isNew) override
-    {
-        addTexts(event);
-        if (isNew)
-            texts.append(heard.toText(m_heard));
-        m_heard = heard;
-    }
-
-    QStringList texts;
-
-private:
-    void addTexts(const TimelineEvent &event)
-    {
-        texts.append(event.text);
-        for (const TimelineEvent &caused : event.caused)
-            addTexts(caused);
-    }
-
-    Heard m_heard;
-};
 
 bool startsPrograms(std::string_view bytes)
 {
