@@ -1,5 +1,6 @@
 #include "livedunit.h"
 
+#include <managerstate.h>
 #include <memberaccess.h>
 #include <qzaudio/audiodatabase.h>
 #include <settingsfile.h>
@@ -17,15 +18,6 @@ namespace
 
 using Volumes = qint32[6];
 
-OPEN_MEMBER(ZelAudioManager, currentStatus, AudioStatus)
-OPEN_MEMBER(ZelAudioManager, currentChannel, AudioChannel)
-OPEN_MEMBER(ZelAudioManager, dataBase, audio::AudioDataBase *)
-OPEN_MEMBER(ZelAudioManager, muteTimer, QTimer)
-OPEN_MEMBER(ZelAudioManager, delayVolumeTimer, QTimer)
-OPEN_MEMBER(ZelAudioManager, customEqTimer, QTimer)
-OPEN_MEMBER(ZelAudioManager, firstEqTimer, QTimer)
-OPEN_MEMBER(ZelAudioManager, cpAlertTimer, QTimer)
-OPEN_MEMBER(ZelAudioManager, cpUnduckTimer, QTimer)
 OPEN_MEMBER(audio::AudioDataBase, volumes, Volumes)
 
 } // namespace
@@ -128,13 +120,13 @@ std::array<int, ManagerModel::TimerCount> LivedUnit::timers() const
     left.fill(-1);
     if (!m_manager)
         return left;
-    const ZelAudioManager &manager = *m_manager;
-    const std::array<const QTimer *, ManagerModel::TimerCount> all = {&(manager.*memberOf(muteTimer_Member())),
-                                                                      &(manager.*memberOf(delayVolumeTimer_Member())),
-                                                                      &(manager.*memberOf(customEqTimer_Member())),
-                                                                      &(manager.*memberOf(firstEqTimer_Member())),
-                                                                      &(manager.*memberOf(cpAlertTimer_Member())),
-                                                                      &(manager.*memberOf(cpUnduckTimer_Member()))};
+    ZelAudioManager &manager = *m_manager;
+    const std::array<const QTimer *, ManagerModel::TimerCount> all = {&managerstate::muteTimer(manager),
+                                                                      &managerstate::delayVolumeTimer(manager),
+                                                                      &managerstate::customEqTimer(manager),
+                                                                      &managerstate::firstEqTimer(manager),
+                                                                      &managerstate::cpAlertTimer(manager),
+                                                                      &managerstate::cpUnduckTimer(manager)};
     std::transform(all.cbegin(), all.cend(), left.begin(), [](const QTimer *timer) { return timer->remainingTime(); });
     return left;
 }
@@ -143,7 +135,7 @@ std::array<int, 6> LivedUnit::volumes() const
 {
     std::array<int, 6> all = {};
     if (m_manager) {
-        const audio::AudioDataBase &store = *((*m_manager).*memberOf(dataBase_Member()));
+        const audio::AudioDataBase &store = managerstate::dataBase(*m_manager);
         std::copy(std::cbegin(store.*memberOf(volumes_Member())), std::cend(store.*memberOf(volumes_Member())), all.begin());
     }
     return all;
@@ -151,12 +143,12 @@ std::array<int, 6> LivedUnit::volumes() const
 
 int LivedUnit::status() const
 {
-    return m_manager ? (*m_manager).*memberOf(currentStatus_Member()) : 0;
+    return m_manager ? managerstate::currentStatus(*m_manager) : 0;
 }
 
 int LivedUnit::channel() const
 {
-    return m_manager ? (*m_manager).*memberOf(currentChannel_Member()) : 0;
+    return m_manager ? managerstate::currentChannel(*m_manager) : 0;
 }
 
 // The model -----------------------------------------------------------------------------------------------------------------

@@ -27,6 +27,16 @@ AudioStatus &managerstate::currentStatus(ZelAudioManager &manager)
     return manager.*memberOf(currentStatus_Member());
 }
 
+AudioChannel &managerstate::currentChannel(ZelAudioManager &manager)
+{
+    return manager.*memberOf(currentChannel_Member());
+}
+
+audio::AudioDataBase &managerstate::dataBase(ZelAudioManager &manager)
+{
+    return *(manager.*memberOf(dataBase_Member()));
+}
+
 QTimer &managerstate::muteTimer(ZelAudioManager &manager)
 {
     return manager.*memberOf(muteTimer_Member());

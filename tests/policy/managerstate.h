@@ -8,6 +8,8 @@ namespace managerstate
 {
 
 AudioStatus &currentStatus(ZelAudioManager &manager);
+AudioChannel &currentChannel(ZelAudioManager &manager);
+audio::AudioDataBase &dataBase(ZelAudioManager &manager);
 QTimer &muteTimer(ZelAudioManager &manager);
 QTimer &delayVolumeTimer(ZelAudioManager &manager);
 QTimer &customEqTimer(ZelAudioManager &manager);

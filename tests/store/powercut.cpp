@@ -170,16 +170,35 @@ QString changeOf(const TracedProcess &process)
 }
 
 /// Stops it at each system call until it stops itself; false when it ended.
-bool runToOwnStop(TracedProcess &process, const std::function<void()> &atSystemCall)
+bool runToOwnStop(TracedProcess &process, const std::function<void(TracedProcess &)> &atSystemCall)
 {
     for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
         stop = process.runToNextStop();
         if (stop == Stop::Ended)
             return false;
         if (stop == Stop::EntersSystemCall)
-            atSystemCall();
+            atSystemCall(process);
     }
     return true;
+}
+
+/// Calls @p atSystemCall between its first and its second stop.
+powercut::FaultyRun
+runToEnd(const QStringList &commandLine, const std::function<void(TracedProcess &)> &atSystemCall, const std::function<void()> &whileStopped)
+{
+    powercut::FaultyRun run;
+    QTemporaryFile output;
+    if (!output.open())
+        return run;
+    TracedProcess process(commandLine, output.fileName());
+    if (!process.isAlive() || !process.runToOwnStop() || !runToOwnStop(process, atSystemCall))
+        return run;
+    run.isTraced = true;
+    whileStopped();
+    process.runToEnd();
+    run.hasEndedWell = process.exitStatus() == 0;
+    run.output = QString::fromUtf8(output.readAll());
+    return run;
 }
 
 } // namespace
@@ -211,48 +230,24 @@ powercut::Cut powercut::runAndKillAt(int systemCall, Calls calls, const std::fun
 
 powercut::FaultyRun powercut::runWithFault(const Fault &fault, const QStringList &commandLine, const std::function<void()> &whileStopped)
 {
-    FaultyRun run;
-    QTemporaryFile output;
-    if (!output.open())
-        return run;
-    TracedProcess process(commandLine, output.fileName());
-    if (!process.isAlive() || !process.runToOwnStop())
-        return run;
     int count = 0;
-    bool isFailing = false;
-    for (Stop stop = Stop::Other; stop != Stop::Stopped;) {
-        stop = process.runToNextStop();
-        if (stop == Stop::Ended)
-            return run;
-        if (stop == Stop::EntersSystemCall && mayFail(process.systemCall().number)) {
-            ++count;
-            isFailing = count == fault.systemCall || (fault.isForEver && count > fault.systemCall);
-            if (isFailing && process.systemCall().number != SYS_close) // which gives the descriptor back also where it fails
-                process.skipSystemCall();
-        } else if (stop == Stop::LeavesSystemCall && isFailing) {
-            process.setError(fault.error);
-            isFailing = false;
-        }
-    }
-    whileStopped();
-    process.runToEnd();
-    run.systemCalls = count;
-    run.hasEndedWell = process.exitStatus() == 0;
-    run.output = QString::fromUtf8(output.readAll());
+    const auto lookAt = [&](TracedProcess &process) {
+        if (!mayFail(process.systemCall().number))
+            return;
+        ++count;
+        if (count == fault.systemCall || (fault.isForEver && count > fault.systemCall))
+            process.failSystemCall(fault.error);
+    };
+    FaultyRun run = runToEnd(commandLine, lookAt, whileStopped);
+    if (run.isTraced)
+        run.systemCalls = count;
     return run;
 }
 
 powercut::FaultyRun powercut::runWithMoments(const std::vector<Moment> &moments, const QStringList &commandLine, const std::function<void()> &whileStopped)
 {
-    FaultyRun run;
-    QTemporaryFile output;
-    if (!output.open())
-        return run;
-    TracedProcess process(commandLine, output.fileName());
-    if (!process.isAlive() || !process.runToOwnStop())
-        return run;
     std::vector<int> counts(moments.size());
-    const auto lookAt = [&] {
+    const auto lookAt = [&](TracedProcess &process) {
         for (size_t i = 0; i < moments.size(); ++i) {
             if (!isAt(moments[i], process) || ++counts[i] != moments[i].count)
                 continue;
@@ -263,13 +258,7 @@ powercut::FaultyRun powercut::runWithMoments(const std::vector<Moment> &moments,
                 process.failSystemCall(moments[i].error);
         }
     };
-    if (!runToOwnStop(process, lookAt))
-        return run;
-    whileStopped();
-    process.runToEnd();
-    run.hasEndedWell = process.exitStatus() == 0;
-    run.output = QString::fromUtf8(output.readAll());
-    return run;
+    return runToEnd(commandLine, lookAt, whileStopped);
 }
 
 QStringList powercut::changesBelow(const QString &folder, const QStringList &commandLine)
@@ -278,8 +267,8 @@ QStringList powercut::changesBelow(const QString &folder, const QStringList &com
     if (!process.isAlive() || !process.runToOwnStop())
         return {};
     QStringList changes;
-    const auto lookAt = [&] {
-        const QString change = changeOf(process);
+    const auto lookAt = [&changes, &folder](const TracedProcess &traced) {
+        const QString change = changeOf(traced);
         if (change.section(QLatin1Char(' '), 1).startsWith(folder))
             changes.append(change);
     };

@@ -57,6 +57,7 @@ struct Fault
 struct FaultyRun
 {
     int systemCalls = -1; ///< that could have failed, between the stops; -1 where the program could not be traced or ended before
+    bool isTraced = false; ///< it came to its second stop
     bool hasEndedWell = false; ///< exit status 0
     QString output; ///< its standard output and error output
 };

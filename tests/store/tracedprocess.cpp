@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
+#include <sys/syscall.h>
 #include <sys/uio.h>
 #include <sys/user.h>
 #include <sys/wait.h>
@@ -178,7 +179,8 @@ void TracedProcess::setByteCount(int bytes) const
 
 void TracedProcess::failSystemCall(int error)
 {
-    skipSystemCall();
+    if (systemCall().number != SYS_close) // which gives the descriptor back also where it fails
+        skipSystemCall();
     runToNextStop();
     setError(error);
 }

@@ -61,7 +61,7 @@ public:
     void skipSystemCall() const;
     /// At the entry: a third argument that is a number of bytes.
     void setByteCount(int bytes) const;
-    /// From the entry to the exit: the call is not made, and gives the error.
+    /// From the entry to the exit: the call is not made, but for close(), and gives the error.
     void failSystemCall(int error);
     /// At the exit.
     void setError(int error) const;
