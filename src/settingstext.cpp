@@ -280,36 +280,36 @@ bool isAscii(const QByteArray &text)
     return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
 }
 
-/// Of the first entry below a header, if the store has such a key.
-QByteArray groupOfNextEntry(const QByteArray &bytes, LineReader lines)
-{
-    constexpr int mostLines = 100; // or a file of nothing but such headers would be read again for each
-    for (int count = 0; count < mostLines && !lines.atEnd(); ++count) {
-        const Line line = lines.next();
-        if (line.kind == Line::Kind::Header || line.kind == Line::Kind::BrokenHeader)
-            break;
-        if (line.kind == Line::Kind::Entry)
-            return groupOfKey(nameOf(bytes, line));
-    }
-    return {};
-}
-
-/// What a damaged line that is, or may have been, the head of a group is taken for; empty for one that need not have been one.
-QByteArray mendedHeader(const QByteArray &bytes, const Line &line, const LineReader &following)
-{
-    const QByteArray group = groupOfNextEntry(bytes, following);
-    if (!group.isEmpty())
-        return '[' + group + "]\n";
-    const QByteArray name = nameOf(bytes, line);
-    return line.kind == Line::Kind::BrokenHeader && !name.isEmpty() ? headerOf(groupOfHeader(name)) : QByteArray();
-}
-
 /// A value whose length is to be believed before it is read.
 bool isHarmless(const QByteArray &bytes, const Line &line, bool isUtf8)
 {
     const auto length = line.valueEnd - line.valueStart;
     const char *const begin = bytes.constData() + line.valueStart;
     return !std::memchr(begin, '@', static_cast<size_t>(length)) || settingscodec::decodedValue(QByteArray(begin, length), isUtf8);
+}
+
+/// Of the first entry below a header that will be kept, if the store has such a key.
+QByteArray groupOfNextEntry(const QByteArray &bytes, LineReader lines, bool isUtf8)
+{
+    constexpr int mostLines = 100; // or a file of nothing but such headers would be read again for each
+    for (int count = 0; count < mostLines && !lines.atEnd(); ++count) {
+        const Line line = lines.next();
+        if (line.kind == Line::Kind::Header || line.kind == Line::Kind::BrokenHeader)
+            break;
+        if (line.kind == Line::Kind::Entry && isHarmless(bytes, line, isUtf8))
+            return groupOfKey(nameOf(bytes, line));
+    }
+    return {};
+}
+
+/// What a damaged line that is, or may have been, the head of a group is taken for; empty for one that need not have been one.
+QByteArray mendedHeader(const QByteArray &bytes, const Line &line, const LineReader &following, bool isUtf8)
+{
+    const QByteArray group = groupOfNextEntry(bytes, following, isUtf8);
+    if (!group.isEmpty())
+        return '[' + group + "]\n";
+    const QByteArray name = nameOf(bytes, line);
+    return line.kind == Line::Kind::BrokenHeader && !name.isEmpty() ? headerOf(groupOfHeader(name)) : QByteArray();
 }
 
 } // namespace
@@ -332,7 +332,7 @@ void SettingsText::leaveOutDamage(const QByteArray &bytes)
         const Line line = lines.next();
         QByteArray mended;
         if (line.kind == Line::Kind::BrokenHeader || (line.kind == Line::Kind::Header && !isAscii(nameOf(bytes, line)))) // QSettings would write %E4
-            mended = mendedHeader(bytes, line, lines);
+            mended = mendedHeader(bytes, line, lines, m_isUtf8);
         if (!mended.isEmpty() || line.kind >= Line::Kind::BrokenHeader || !isHarmless(bytes, line, m_isUtf8)) {
             takeUpTo(line.start);
             taken = line.end;
