@@ -75,6 +75,7 @@ private:
         constexpr int longestWait = 20000; // ms
         QDBusPendingCallWatcher watcher(call);
         const bool isFinished = watcher.isFinished() || QSignalSpy(&watcher, &QDBusPendingCallWatcher::finished).wait(longestWait);
+        QCoreApplication::sendPostedEvents(); // the changes before an answer that came at once
         return isFinished && !call.isError();
     }
 
