@@ -350,6 +350,9 @@ void SettingsText::leaveOutDamage(const QByteArray &bytes)
         m_bytes = bytes;
     else
         takeUpTo(bytes.size());
+    // Left out may be what stood before such a name; the next reader would take it for the mark of all of the text.
+    if (!m_isUtf8 && m_bytes.startsWith(byteOrderMark))
+        m_bytes.prepend('\n');
 }
 
 QByteArray SettingsText::rawValue(const QString &path) const
