@@ -139,7 +139,7 @@ QString problemOf(QProcess &unit, const QByteArray &output, const QString &other
 {
     const QByteArray whole = output + unit.readAllStandardOutput();
     const QByteArray lastLine = whole.trimmed().split('\n').last();
-    const QString error = QJsonDocument::fromJson(lastLine).object().value(QLatin1String("error")).toString();
+    QString error = QJsonDocument::fromJson(lastLine).object().value(QLatin1String("error")).toString();
     if (!error.isEmpty())
         return error;
     const QString complaint = QString::fromUtf8(unit.readAllStandardError().trimmed().split('\n').last());

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 ScenarioHost::ScenarioHost(Timeline &shownIn, HeadUnit &drivenUnit, ScenarioResult &collected, QObject *parent)
     : QObject(parent)
@@ -269,6 +270,6 @@ QString ScenarioHost::variableFor(const QString &clientId)
 
 void ScenarioHost::deliverFocusChanges()
 {
-    for (int i = 0; i < m_focusClients.size(); ++i)
-        QCoreApplication::sendPostedEvents(m_focusClients.at(i).client, QEvent::MetaCall);
+    for (const FocusClient &known : std::as_const(m_focusClients))
+        QCoreApplication::sendPostedEvents(known.client, QEvent::MetaCall);
 }

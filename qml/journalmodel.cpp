@@ -172,7 +172,7 @@ void JournalModel::add(std::vector<Row> &&rows)
 {
     if (rows.empty())
         return;
-    const std::size_t most = std::size_t(m_limit);
+    const auto most = std::size_t(m_limit);
     const auto first = rows.size() > most ? rows.end() - m_limit : rows.begin();
     const int kept = int(rows.end() - first);
     dropOldest(total() + kept - m_limit);

@@ -17,7 +17,9 @@
 #include <QtQuickControls2/QQuickStyle>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <unistd.h>
 
 namespace
@@ -46,11 +48,8 @@ void handleStartMessage(QtMsgType type, const QMessageLogContext &context, const
 
 bool hasDisplay()
 {
-    for (const char *const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(name))
-            return true;
-    }
-    return false;
+    constexpr const char *names[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    return std::any_of(std::cbegin(names), std::cend(names), [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
 }
 
 /// Qt ends the process, too, where there is a display but no OpenGL; its own renderer is quick enough for this window.

@@ -27,10 +27,13 @@ QVariantList MicrophoneModel::pair(const char *key) const
 MicrophoneModel::Split MicrophoneModel::split(double gain)
 {
     double stage = gain <= 0 ? 0 : highestStage;
-    if (gain > 0 && gain < highestStage) {
-        const double *const above = std::lower_bound(std::cbegin(stageGains), std::cend(stageGains), gain);
-        const double below = *(above - 1);
-        stage = *above == gain || gain - below > largestRest ? *above : below;
+    for (std::size_t i = 1; gain > 0 && i < std::size(stageGains); ++i) {
+        const double below = stageGains[i - 1];
+        const double above = stageGains[i];
+        if (gain > above)
+            continue;
+        stage = gain == above || gain - below > largestRest ? above : below;
+        break;
     }
     return {stage, int(gain - stage)};
 }

@@ -201,7 +201,8 @@ void SettingsModel::look()
         m_watcher.addPath(file());
 
     QVector<QVariantMap> files;
-    for (const PowerCut::File &each : PowerCut::filesIn(folder))
+    const QVector<PowerCut::File> found = PowerCut::filesIn(folder);
+    for (const PowerCut::File &each : found)
         files.append({{QStringLiteral("name"), each.name}, {QStringLiteral("size"), each.size}, {QStringLiteral("meaning"), each.meaning}});
     m_files.setRows(files);
 
@@ -228,7 +229,8 @@ void SettingsModel::readSettings()
     const SettingsReader reader(path);
     QVector<QVariantMap> rows;
     m_problems = 0;
-    for (const SettingsReader::Setting &setting : reader.settings()) {
+    const QVector<SettingsReader::Setting> settings = reader.settings();
+    for (const SettingsReader::Setting &setting : settings) {
         m_problems += setting.problem.isEmpty() ? 0 : 1;
         rows.append({{QStringLiteral("key"), setting.key},
                      {QStringLiteral("stored"), setting.stored.toString()},
@@ -250,7 +252,8 @@ void SettingsModel::readSettings()
             if (before != after)
                 m_startChanges.append(tr("%1: %2 \u2192 %3").arg(key, before, after));
         };
-        QStringList keys = stored.keys() + m_storedBefore->keys();
+        QStringList keys = stored.keys();
+        keys += m_storedBefore->keys();
         keys.sort();
         keys.removeDuplicates();
         std::for_each(keys.cbegin(), keys.cend(), tell);

@@ -61,8 +61,11 @@ QVector<qint16> SoundLoop::samplesOf(const QByteArray &wave)
             const int count = int(std::min<qint64>(size, wave.size() - place)) / bytesPerSample;
             QVector<qint16> samples(count - count % channels);
             // Of 24 bits the upper sixteen.
-            for (int i = 0; i < samples.size(); ++i)
-                samples[i] = qFromLittleEndian<qint16>(wave.constData() + place + i * bytesPerSample + 1);
+            const char *bytes = wave.constData() + place;
+            for (qint16 &sample : samples) {
+                sample = qFromLittleEndian<qint16>(bytes + 1);
+                bytes += bytesPerSample;
+            }
             return samples;
         }
         place += int(std::min<qint64>(size + size % 2, wave.size()));
@@ -78,7 +81,8 @@ SoundLoop SoundLoop::closed(const QVector<qint16> &samples, int overlappingFrame
         return loop;
     loop.samples = samples.mid(0, samples.size() - overlapping);
     for (int i = 0; i < overlapping; ++i) {
-        const double share = double(i / channels) / overlappingFrames;
+        const int frame = i / channels;
+        const double share = double(frame) / overlappingFrames;
         loop.samples[i] = qint16(std::lround(samples.at(i) * share + samples.at(loop.samples.size() + i) * (1 - share)));
     }
     return loop;

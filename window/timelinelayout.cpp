@@ -168,11 +168,11 @@ QVariantList TimelineLayout::curvesOf(const DriveFigure &drive, const std::optio
 
 QVariantList TimelineLayout::levelTicks(double least, double height)
 {
-    constexpr double step = 6; // dB
+    constexpr int step = 6; // dB
     constexpr double roomOfTick = 16; // pixels
     QVariantList all;
     double last = -roomOfTick;
-    for (double level = 0; level >= least; level -= step) {
+    for (int level = 0; level >= least; level -= step) {
         const double place = height * level / least;
         if (place - last < roomOfTick)
             continue;

@@ -482,7 +482,8 @@ void TimelineModel::askWhy()
 QVariantList TimelineModel::differences() const
 {
     QVariantList rows;
-    for (const DriveFigure::Difference &one : m_differences.mid(0, mostDifferences)) {
+    const QVector<DriveFigure::Difference> shown = m_differences.mid(0, mostDifferences);
+    for (const DriveFigure::Difference &one : shown) {
         const auto text = [](const QString &given) { return given.isEmpty() ? tr("nothing") : given; };
         rows.append(QVariantMap{
             {QStringLiteral("time"), TimeScale::text(one.from)},

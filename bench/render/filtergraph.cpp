@@ -168,9 +168,9 @@ void FilterGraph::addVoice(int voice)
     if (m_hasLoudness)
         shared += QStringLiteral("lowshelf@v%1=f=%2:width_type=q:width=%3:g=%4,")
                       .arg(voice)
-                      .arg(number(EqualizerCurves::loudnessFrequency))
-                      .arg(number(EqualizerCurves::loudnessQ))
-                      .arg(number(first.isLoudnessOn ? EqualizerCurves::loudnessRise : 0));
+                      .arg(number(EqualizerCurves::loudnessFrequency),
+                           number(EqualizerCurves::loudnessQ),
+                           number(first.isLoudnessOn ? EqualizerCurves::loudnessRise : 0));
     shared += QStringLiteral("asplit=%1").arg(SoundTrack::loudspeakerCount);
     for (int i = 0; i < SoundTrack::loudspeakerCount; ++i)
         shared += label(mark(voice, i) + QStringLiteral("in"));

@@ -19,7 +19,10 @@ QVariantList asList(const Bands &bands)
     return list;
 }
 
-const Bands twoBands = {{100, 1, 6}, {4000, 2, -3}};
+Bands twoBands()
+{
+    return {{100, 1, 6}, {4000, 2, -3}};
+}
 
 } // namespace
 
@@ -65,14 +68,14 @@ void ResponseCurveTest::points()
 {
     QFETCH(const int, count);
     ResponseCurve curve;
-    curve.setBands(asList(twoBands));
+    curve.setBands(asList(twoBands()));
     curve.setPointCount(count);
     const QVariantList points = curve.points();
     const QVector<double> frequencies = EqualizerResponse::spacedFrequencies(count);
     QCOMPARE(points.size(), count);
     for (int i = 0; i < count; ++i) {
         QCOMPARE(points.at(i).toPointF().x(), double(i) / (count - 1));
-        QCOMPARE(points.at(i).toPointF().y(), EqualizerResponse::level(twoBands, frequencies.at(i)));
+        QCOMPARE(points.at(i).toPointF().y(), EqualizerResponse::level(twoBands(), frequencies.at(i)));
     }
 }
 
@@ -92,8 +95,8 @@ void ResponseCurveTest::highestPoint()
 {
     ResponseCurve curve;
     curve.setPointCount(2); // which are far from it
-    curve.setBands(asList(twoBands));
-    const EqualizerResponse::Point highest = EqualizerResponse::highestPoint(twoBands);
+    curve.setBands(asList(twoBands()));
+    const EqualizerResponse::Point highest = EqualizerResponse::highestPoint(twoBands());
     QCOMPARE(curve.highestFrequency(), highest.frequency);
     QCOMPARE(curve.highestLevel(), highest.level);
     QVERIFY(std::abs(curve.highestFrequency() - 100) < 1);
@@ -131,7 +134,7 @@ void ResponseCurveTest::tellsOfChanges()
     const QSignalSpy all(&curve, &ResponseCurve::curveChanged);
     for (int turn = 0; turn < 2; ++turn) {
         // The second time it is what it was.
-        curve.setBands(asList(twoBands));
+        curve.setBands(asList(twoBands()));
         curve.setLoudness(true);
         curve.setPointCount(5);
     }
@@ -139,7 +142,7 @@ void ResponseCurveTest::tellsOfChanges()
     QCOMPARE(loudness.count(), 1);
     QCOMPARE(count.count(), 1);
     QCOMPARE(all.count(), 3);
-    QCOMPARE(curve.bands(), asList(twoBands));
+    QCOMPARE(curve.bands(), asList(twoBands()));
 }
 
 void ResponseCurveTest::neverStale()
@@ -178,10 +181,10 @@ void ResponseCurveTest::takesNoOtherBands()
 {
     QFETCH(const QVariant, band);
     ResponseCurve curve;
-    curve.setBands(asList(twoBands));
+    curve.setBands(asList(twoBands()));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("number 2 is none$")));
-    curve.setBands(asList(twoBands) + QVariantList{band});
-    QCOMPARE(curve.bands(), asList(twoBands));
+    curve.setBands(asList(twoBands()) + QVariantList{band});
+    QCOMPARE(curve.bands(), asList(twoBands()));
 }
 
 void ResponseCurveTest::namedCurves()
@@ -198,11 +201,11 @@ void ResponseCurveTest::namedCurves()
 void ResponseCurveTest::unknownName()
 {
     ResponseCurve curve;
-    curve.setBands(asList(twoBands));
+    curve.setBands(asList(twoBands()));
     // Without an engine that it could be thrown in.
     QTest::ignoreMessage(QtWarningMsg, "there is no curve \"mode7\"; the nearest is \"mode0\"");
     curve.load(QStringLiteral("mode7"));
-    QCOMPARE(curve.bands(), asList(twoBands));
+    QCOMPARE(curve.bands(), asList(twoBands()));
 }
 
 QTEST_GUILESS_MAIN(ResponseCurveTest)

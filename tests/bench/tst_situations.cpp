@@ -278,9 +278,9 @@ void SituationsTest::linesFollowTheChannel()
     situations->setChannelAfterCall(AudioChannelDiscPlayer);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(dataChanged.count(), 1);
-    QCOMPARE(situations->lines(QStringLiteral("callEnds")).first(), QStringLiteral("AudioPolicy.updateAudioChannel(AudioPolicy.ChannelDiscPlayer);"));
+    QCOMPARE(situations->lines(QStringLiteral("callEnds")).constFirst(), QStringLiteral("AudioPolicy.updateAudioChannel(AudioPolicy.ChannelDiscPlayer);"));
     situations->setChannelAfterCall(77);
-    QCOMPARE(situations->lines(QStringLiteral("callEnds")).first(), QStringLiteral("AudioPolicy.updateAudioChannel(77);"));
+    QCOMPARE(situations->lines(QStringLiteral("callEnds")).constFirst(), QStringLiteral("AudioPolicy.updateAudioChannel(77);"));
 }
 
 void SituationsTest::mistakesThrow_data()

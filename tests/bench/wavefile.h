@@ -12,9 +12,9 @@ struct WaveFile
     QVector<QVector<double>> channels; ///< of the same length; none where it cannot be read
 
     /// Of 24 bits, 48 kHz.
-    static WaveFile read(const QString &file);
+    static WaveFile read(const QString &name);
     /// One channel of 16 bits, 48 kHz.
-    static bool write(const QString &file, const QVector<double> &samples);
+    static bool write(const QString &name, const QVector<double> &samples);
 
     int length() const { return channels.isEmpty() ? 0 : channels.constFirst().size(); }
     double at(int channel, int sample) const { return channels.at(channel).at(sample); }

@@ -58,12 +58,12 @@ public:
     FocusRun run(const std::function<QVariant(FocusWorld &)> &call);
 
     /// The calls of a client, on the class of this level.
-    int request(const QString &client, int hint);
-    int abandon(const QString &client);
+    int request(const QString &id, int hint);
+    int abandon(const QString &id);
 
     /// Null where nobody is to be there.
-    IAudioFocusDispatcher *dispatcherOf(const QString &client);
-    IAudioFocusChangeListener *listenerOf(const QString &client);
+    IAudioFocusDispatcher *dispatcherOf(const QString &id);
+    IAudioFocusChangeListener *listenerOf(const QString &id);
 
     AudioFocusControl control;
     AudioService service;

@@ -43,7 +43,7 @@ QVector<WalkedFault> WalkedFault::all(const PlatformRun &run)
     for (const JournalEntry &entry : run.entries) {
         const QString name = nameOf(entry);
         const int occurrence = ++counts[name];
-        const auto add = [&](Way way) { faults.append({way, name, occurrence, entry.call()}); };
+        const auto add = [&](Way added) { faults.append({added, name, occurrence, entry.call()}); };
         if (entry.isCreate()) {
             made.insert(entry.object());
             add(NullOnce);

@@ -37,7 +37,7 @@ public:
     {
         char buffer[100];
         const ssize_t size = ::recv(m_descriptor, buffer, sizeof buffer, MSG_DONTWAIT);
-        return QByteArray(buffer, static_cast<int>(qMax<ssize_t>(size, 0)));
+        return {buffer, static_cast<int>(qMax<ssize_t>(size, 0))};
     }
 
     /// Leaves no room for another message.

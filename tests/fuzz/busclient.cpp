@@ -111,7 +111,7 @@ std::optional<BusAnswer> BusClient::ask(const BusMessage &message)
 std::optional<BusAnswer> BusClient::answerTo(quint32 serial)
 {
     for (;;) {
-        while (const std::optional<BusAnswer> answer = BusAnswer::takeFrom(m_received)) {
+        while (std::optional<BusAnswer> answer = BusAnswer::takeFrom(m_received)) {
             if (answer->replySerial == serial)
                 return answer;
         }

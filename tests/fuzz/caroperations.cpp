@@ -15,7 +15,7 @@ namespace
 void failOperation(UnitLife &life, InputBytes &input)
 {
     static const QStringList names = simulator::Faults::operations();
-    const QString name = names.at(input.index(names.size()));
+    const QString &name = names.at(input.index(names.size()));
     const int code = input.number();
     const int call = input.index(8); // 0: each one
     const bool isAfterWriting = input.flag();
@@ -29,7 +29,7 @@ void failOperation(UnitLife &life, InputBytes &input)
 void failFactory(UnitLife &life, InputBytes &input)
 {
     static const QStringList kinds{QStringLiteral("App"), QStringLiteral("Mixer"), QStringLiteral("Source"), QStringLiteral("Volume")};
-    const QString kind = kinds.at(input.index(kinds.size()));
+    const QString &kind = kinds.at(input.index(kinds.size()));
     const int call = input.index(8); // 0: each one
     if (call == 0)
         life.platform().faults()->failFactory(kind);

@@ -69,7 +69,7 @@ float InputBytes::decimal()
 QByteArray InputBytes::bytes(int count)
 {
     const std::size_t taken = std::min(static_cast<std::size_t>(count), m_bytes.size());
-    const QByteArray part(m_bytes.data(), static_cast<int>(taken));
+    QByteArray part(m_bytes.data(), static_cast<int>(taken));
     m_bytes.remove_prefix(taken);
     return part;
 }

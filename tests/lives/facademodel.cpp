@@ -86,7 +86,7 @@ QString FacadeModel::applicationSource(const QString &source) const
         return m_phoneName.isNull() ? QString::fromLatin1(phone) : m_phoneName;
     if (source == QLatin1String("S+AirPlayMedia"))
         return QStringLiteral("s+AirPlayMedia_APP");
-    const QString regular = source + QLatin1String("_APP");
+    QString regular = source + QLatin1String("_APP");
     if (platformSource(regular) == source && !source.isEmpty())
         return regular;
     return platformSource(source) == source ? source : QString();
@@ -192,8 +192,10 @@ void FacadeModel::initTrackStepVolume(Tag tag, const QHash<QString, quint8> &vol
         auto found = expected.begin();
         while (found != expected.end() && platformSource(found.key()) != source)
             ++found;
-        if (found == expected.end())
-            fail(QStringLiteral("step volumes of %1 were to reach the platform").arg(QStringList(expected.keys()).join(QLatin1String(", "))));
+        if (found == expected.end()) {
+            const QStringList sources = expected.keys();
+            fail(QStringLiteral("step volumes of %1 were to reach the platform").arg(sources.join(QLatin1String(", "))));
+        }
         send(source, found.value());
         expected.erase(found);
     }

@@ -24,7 +24,7 @@ OperationRow row(const char *script, const Kinds &kinds, int weight, Act act, Ro
             kinds,
             weight,
             role,
-            [act](LivedUnit &unit, const Arguments &arguments) { return answerOf(act, unit.control(), arguments); },
+            [act](LivedUnit &, const Arguments &arguments) { return answerOf(act, LivedUnit::control(), arguments); },
             [act](UnitModel &model, const Arguments &arguments) { return answerOf(act, model.control(), arguments); }};
 }
 

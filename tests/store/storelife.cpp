@@ -60,7 +60,7 @@ QString differenceOf(const flash::Entries &entries, const char *reader, const st
 QString problemOfReaders(const flash::Entries &found)
 {
     AudioDataBase store;
-    const QString difference
+    QString difference
         = differenceOf(found, "the library", [&store](const QString &key) { return store.data(group(), key, QStringLiteral("default")).toString(); });
     if (!difference.isEmpty())
         return difference;

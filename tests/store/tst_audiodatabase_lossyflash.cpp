@@ -220,7 +220,7 @@ void LossyFlashSettingsTest::cutsWhileDamageIsKept()
     readable.remove("?");
     if (!damaged.endsWith('\n'))
         readable.remove("Elsewhere/empty"); // the last line may be half of one
-    const QVector<flash::Entries> versions{flash::parse(damaged), storelife::versions(readable, {saveOfStart}).last()};
+    const QVector<flash::Entries> versions{flash::parse(damaged), storelife::versions(readable, {saveOfStart}).constLast()};
     Life life({{"audioData.db", damaged}}, Order::OutOfOrder);
     const QString problem = life.live([] { storelife::startAndSave(saveOfStart); });
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
@@ -238,7 +238,7 @@ void LossyFlashSettingsTest::cutsWhileDamageIsKept()
         QCOMPARE(flash::names(), (QStringList{QStringLiteral("audioData.db"), QStringLiteral("audioData.db.damaged")}));
     }
     qInfo("%d moments, %d different folders", life.moments(), all.size());
-    QVERIFY(life.left().last().folder.contains("audioData.db.damaged"));
+    QVERIFY(life.left().constLast().folder.contains("audioData.db.damaged"));
 }
 
 QTEST_GUILESS_MAIN(LossyFlashSettingsTest)
