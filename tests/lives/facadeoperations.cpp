@@ -1,4 +1,4 @@
-#include "operations.h"
+#include "operationrows.h"
 
 #include <QtCore/QHash>
 
@@ -9,26 +9,14 @@ namespace
 {
 
 using audio::AudioControl;
-using Kinds = std::array<const ArgumentKind *, mostArguments>;
 
-Kinds kinds(const ArgumentKind &first = kind::none, const ArgumentKind &second = kind::none, const ArgumentKind &third = kind::none)
-{
-    return {&first, &second, &third};
-}
-
-/// The facade and its model are called with the same words.
 template<typename Act>
 OperationRow row(const char *script, const Kinds &kinds, int weight, Act act, Role role = Role::Ordinary)
 {
-    return {QLatin1String("AudioControl.") + QLatin1String(script),
-            kinds,
-            weight,
-            role,
-            [act](LivedUnit &, const Arguments &arguments) { return answerOf(act, LivedUnit::control(), arguments); },
-            [act](UnitModel &model, const Arguments &arguments) { return answerOf(act, model.control(), arguments); }};
+    return rowOfPart(
+        "AudioControl", [](auto &unit) -> auto & { return unit.control(); }, script, kinds, weight, act, role);
 }
 
-using Given = const Arguments &;
 using Tag = AudioControl::AudioTag;
 
 /// As many as @p count says, all of them @p value but the first one.

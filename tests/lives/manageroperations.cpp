@@ -1,4 +1,4 @@
-#include "operations.h"
+#include "operationrows.h"
 
 #include <QtCore/QHash>
 
@@ -8,26 +8,12 @@ namespace lives
 namespace
 {
 
-using Kinds = std::array<const ArgumentKind *, mostArguments>;
-
-Kinds kinds(const ArgumentKind &first = kind::none, const ArgumentKind &second = kind::none, const ArgumentKind &third = kind::none)
-{
-    return {&first, &second, &third};
-}
-
-/// The manager and its model are called with the same words.
 template<typename Act>
 OperationRow row(const char *script, const Kinds &kinds, int weight, Act act, Role role = Role::Ordinary)
 {
-    return {QLatin1String("AudioPolicy.") + QLatin1String(script),
-            kinds,
-            weight,
-            role,
-            [act](LivedUnit &unit, const Arguments &arguments) { return answerOf(act, unit.manager(), arguments); },
-            [act](UnitModel &model, const Arguments &arguments) { return answerOf(act, model.manager(), arguments); }};
+    return rowOfPart(
+        "AudioPolicy", [](auto &unit) -> auto & { return unit.manager(); }, script, kinds, weight, act, role);
 }
-
-using Given = const Arguments &;
 
 void addVolumes(std::vector<OperationRow> &table)
 {

@@ -1,4 +1,4 @@
-#include "operations.h"
+#include "operationrows.h"
 
 #include <powercut.h>
 #include <program.h>
@@ -10,14 +10,6 @@ namespace lives
 
 namespace
 {
-
-using Kinds = std::array<const ArgumentKind *, mostArguments>;
-using Given = const Arguments &;
-
-Kinds kinds(const ArgumentKind &first = kind::none, const ArgumentKind &second = kind::none, const ArgumentKind &third = kind::none)
-{
-    return {&first, &second, &third};
-}
 
 /// What is done to the unit as a whole.
 template<typename Call, typename Tell>
