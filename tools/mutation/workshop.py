@@ -110,6 +110,7 @@ class Workshop:
     def copy_of(self, other):
         """The other's files with their times, which says that nothing has to be built."""
         if not os.path.exists(self.tree):
+            os.makedirs(os.path.dirname(self.tree), exist_ok=True)
             subprocess.run(["cp", "--archive", "--reflink=auto", other.tree, self.tree], check=True)
 
     def tests(self):
