@@ -154,6 +154,8 @@ class Workshop:
                 if any(not output.endswith(".a") for output in linked):
                     outputs.append(compiled)
                     links += [output for output in linked if output not in links]
+            # Not everything was built: nobody asks the window.
+            links = [output for output in links if os.path.exists(os.path.join(self.tree, BUILD, output))]
             links.sort(key=lambda output: (not output.endswith(".a"), not output.startswith("lib/")))
             commands = [(output, self.command_for(output)) for output in outputs + links]
             self.steps_of[file] = [(output, command) for output, command in commands if command]
