@@ -5,7 +5,7 @@ import os
 
 FILE = os.path.join("tests", "equivalent-mutants.txt")
 
-Entry = collections.namedtuple("Entry", "file before after reason")
+Entry = collections.namedtuple("Entry", "file below before after reason")
 
 
 class Complaint(Exception):
@@ -26,12 +26,12 @@ def parse(text):
         if lines:
             if any(not "".join(values[name]) for name in ("file", "before", "reason")) or not values["after"]:
                 raise Complaint(f"{FILE}: an entry needs file, before, after and reason:\n{block}")
-            entries.append(Entry(values["file"][0], values["before"], values["after"], " ".join(values["reason"])))
+            entries.append(Entry(values["file"][0], values["below"], values["before"], values["after"], " ".join(values["reason"])))
     return entries
 
 
-def stands_in(lines, before):
-    return any(lines[index : index + len(before)] == before for index in range(len(lines)))
+def stands_in(lines, wanted):
+    return any(lines[index : index + len(wanted)] == wanted for index in range(len(lines)))
 
 
 def read(project, all_sources):
@@ -42,7 +42,7 @@ def read(project, all_sources):
     with open(path, encoding="utf-8") as file:
         entries = parse(file.read())
     lines_of = {name: [line.strip() for line in source.text.split("\n")] for name, source in all_sources.items()}
-    gone = [entry for entry in entries if not stands_in(lines_of.get(entry.file, []), entry.before)]
+    gone = [entry for entry in entries if not stands_in(lines_of.get(entry.file, []), entry.below + entry.before)]
     if gone:
         told = "\n".join(f"  {entry.file}: {' '.join(entry.before)}" for entry in gone)
         raise Complaint(f"{FILE} judges what is not there any more:\n{told}")
@@ -52,5 +52,10 @@ def read(project, all_sources):
 def reason_for(entries, source, mutant):
     """None where the mutant was not judged."""
     before, after = source.lines_of(mutant)
-    found = (entry.reason for entry in entries if entry.file == source.file and entry.before == before and entry.after == after)
+    above = source.line_above(mutant)
+    found = (
+        entry.reason
+        for entry in entries
+        if entry.file == source.file and entry.below in ([], [above]) and entry.before == before and entry.after == after
+    )
     return next(found, None)

@@ -199,6 +199,11 @@ class Source:
         after = self.text[first:begin] + mutant.change[2] + self.text[end:last]
         return [line.strip() for line in before.split("\n")], [line.strip() for line in after.split("\n")]
 
+    def line_above(self, mutant):
+        """The one before those that the mutant changes, without its indentation."""
+        lines = self.text[: mutant.change[0]].split("\n")
+        return lines[-2].strip() if len(lines) > 1 else ""
+
 
 def read(project, pattern="*"):
     """The sources of the library by their names, "src/logging.cpp", that match the pattern."""
