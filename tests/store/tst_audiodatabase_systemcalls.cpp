@@ -22,7 +22,7 @@ Q_DECLARE_METATYPE(systemcalls::Plan)
 namespace
 {
 
-const QByteArray before = "[Volume]\n0=20\n";
+const QByteArray before = QByteArrayLiteral("[Volume]\n0=20\n");
 const QString settings = QStringLiteral("audioData.db");
 const QString lock = QStringLiteral("audioData.db.lock");
 const QString lockOfLock = QStringLiteral("audioData.db.lock.rmlock");

@@ -18,8 +18,8 @@ constexpr quint64 settings = 1; // inodes
 constexpr quint64 temporary = 2;
 constexpr quint64 other = 3;
 
-const QByteArray oldText = "[Volume]\n0=1\n";
-const QByteArray newText = "[Volume]\n0=20\n";
+const QByteArray oldText = QByteArrayLiteral("[Volume]\n0=1\n");
+const QByteArray newText = QByteArrayLiteral("[Volume]\n0=20\n");
 
 FlashCall create(const char *name, quint64 file)
 {

@@ -15,18 +15,25 @@ class FakeOutput : public SoundOutput
 public:
     void start(const std::shared_ptr<LoopDevice> &sound) override
     {
-        playing = sound;
-        if (!problem.isEmpty())
-            Q_EMIT failed(problem);
+        playing() = sound;
+        if (!problem().isEmpty())
+            Q_EMIT failed(problem());
     }
-    ~FakeOutput() override { playing.reset(); }
+    ~FakeOutput() override { playing().reset(); }
 
-    static std::shared_ptr<LoopDevice> playing;
-    static QString problem;
+    /// What sounds now.
+    static std::shared_ptr<LoopDevice> &playing()
+    {
+        static std::shared_ptr<LoopDevice> device;
+        return device;
+    }
+    /// Why the next one will not sound; empty: it will.
+    static QString &problem()
+    {
+        static QString text;
+        return text;
+    }
 };
-
-std::shared_ptr<LoopDevice> FakeOutput::playing;
-QString FakeOutput::problem;
 
 SoundLoop loopOf(int frames, qint16 value)
 {
@@ -89,7 +96,7 @@ private:
 
 void ListeningTest::init()
 {
-    FakeOutput::problem.clear();
+    FakeOutput::problem().clear();
     Listening::setOutput([] { return std::make_unique<FakeOutput>(); });
 }
 
@@ -165,7 +172,7 @@ void ListeningTest::loopsFollowWithoutAGap()
     for (int i = SoundLoop::channels; i < heard.size(); ++i)
         QVERIFY2(std::abs(heard.at(i) - heard.at(i - SoundLoop::channels)) < 5, qPrintable(QString::number(i)));
     device.setLoop({}, false);
-    QCOMPARE(read(device, 3000).last(), qint16(0));
+    QCOMPARE(read(device, 3000).constLast(), qint16(0));
 }
 
 void ListeningTest::aLoopGoesOnOrBeginsAnew()
@@ -175,11 +182,11 @@ void ListeningTest::aLoopGoesOnOrBeginsAnew()
         counting.samples << qint16(frame) << qint16(frame);
     LoopDevice device;
     device.setLoop(counting, true);
-    QCOMPARE(read(device, 4000).last(), qint16(3999));
+    QCOMPARE(read(device, 4000).constLast(), qint16(3999));
     device.setLoop(counting, false);
-    QCOMPARE(read(device, 2000).last(), qint16(5999));
+    QCOMPARE(read(device, 2000).constLast(), qint16(5999));
     device.setLoop(counting, true);
-    QCOMPARE(read(device, 2000).last(), qint16(1999));
+    QCOMPARE(read(device, 2000).constLast(), qint16(1999));
 }
 
 void ListeningTest::theCarIsHeard()
@@ -191,7 +198,7 @@ void ListeningTest::theCarIsHeard()
     if (!listening.isOn())
         QSKIP(qPrintable(listening.note()));
     QTRY_COMPARE_WITH_TIMEOUT(heard.size(), 1, 30000);
-    const std::shared_ptr<LoopDevice> playing = FakeOutput::playing;
+    const std::shared_ptr<LoopDevice> playing = FakeOutput::playing();
     QVERIFY(playing);
     constexpr int second = 48000;
     read(*playing, second);
@@ -209,7 +216,7 @@ void ListeningTest::theCarIsHeard()
     QCOMPARE(loudnessOf(read(*playing, second)), 0.0);
     QCOMPARE(listening.note(), QString());
     listening.setOn(false);
-    QVERIFY(!FakeOutput::playing);
+    QVERIFY(!FakeOutput::playing());
 }
 
 void ListeningTest::aMissingProgramIsSaid()
@@ -227,15 +234,15 @@ void ListeningTest::aMissingProgramIsSaid()
 
 void ListeningTest::aMissingDeviceIsSaid()
 {
-    FakeOutput::problem = QStringLiteral("there is no loudspeaker");
+    FakeOutput::problem() = QStringLiteral("there is no loudspeaker");
     Listening listening;
     listening.setOn(true);
     if (!listening.isOn())
         QSKIP(qPrintable(listening.note()));
     QTRY_VERIFY(!listening.isOn());
-    QCOMPARE(listening.note(), FakeOutput::problem);
+    QCOMPARE(listening.note(), FakeOutput::problem());
     // Nothing else is the matter: it can be tried again.
-    FakeOutput::problem.clear();
+    FakeOutput::problem().clear();
     listening.setOn(true);
     QVERIFY(listening.isOn());
     QCOMPARE(listening.note(), QString());

@@ -11,18 +11,18 @@ namespace
 {
 
 /// A prompt, over which the music is ducked, and a call. A pixel has a second of it.
-const QByteArray minute = "powerOn();\n"
-                          "AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);\n"
-                          "wait(10000);\n"
-                          "AudioPolicy.aaDuckAudio(0, 0);\n"
-                          "wait(5000);\n"
-                          "AudioPolicy.aaUnduckAudio(0);\n"
-                          "wait(10000);\n"
-                          "AudioPolicy.updateAudioStatus(AudioPolicy.StatusBtTelephony);\n"
-                          "wait(20000);\n"
-                          "AudioPolicy.updateAudioStatus(AudioPolicy.StatusNone);\n"
-                          "wait(15000);\n"
-                          "AudioPolicy.updateCurrentAudioVolume(true);\n";
+const QByteArray minute = QByteArrayLiteral("powerOn();\n"
+                                            "AudioPolicy.updateAudioChannel(AudioPolicy.ChannelFilePlayer);\n"
+                                            "wait(10000);\n"
+                                            "AudioPolicy.aaDuckAudio(0, 0);\n"
+                                            "wait(5000);\n"
+                                            "AudioPolicy.aaUnduckAudio(0);\n"
+                                            "wait(10000);\n"
+                                            "AudioPolicy.updateAudioStatus(AudioPolicy.StatusBtTelephony);\n"
+                                            "wait(20000);\n"
+                                            "AudioPolicy.updateAudioStatus(AudioPolicy.StatusNone);\n"
+                                            "wait(15000);\n"
+                                            "AudioPolicy.updateCurrentAudioVolume(true);\n");
 
 /// "60 % 10-15", in pixels
 QString spansOf(TimelineModel &model, const char *lane, int row = 0)

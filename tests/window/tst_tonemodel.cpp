@@ -234,7 +234,7 @@ void ToneModelTest::texts()
     QCOMPARE(model.modeTexts().size(), EqualizerCurves::modeCount);
     QCOMPARE(model.bandTexts().size(), EqualizerCurves::bandCount);
     QCOMPARE(model.bandTexts().mid(8, 3), QStringList({QStringLiteral("1k"), QStringLiteral("2k"), QStringLiteral("3.1k")}));
-    QCOMPARE(model.bandTexts().first(), QStringLiteral("50"));
+    QCOMPARE(model.bandTexts().constFirst(), QStringLiteral("50"));
     QCOMPARE(model.bandNames().size(), EqualizerCurves::bandCount);
     QCOMPARE(model.bandNames().mid(7, 4), QStringList({QStringLiteral("800 Hz"), QStringLiteral("1 kHz"), QStringLiteral("2 kHz"), QStringLiteral("3.1 kHz")}));
     QStringList names;
