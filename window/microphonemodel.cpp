@@ -27,13 +27,13 @@ QVariantList MicrophoneModel::pair(const char *key) const
 MicrophoneModel::Split MicrophoneModel::split(double gain)
 {
     double stage = gain <= 0 ? 0 : highestStage;
-    for (std::size_t i = 1; gain > 0 && i < std::size(stageGains); ++i) {
-        const double below = stageGains[i - 1];
-        const double above = stageGains[i];
-        if (gain > above)
-            continue;
-        stage = gain == above || gain - below > largestRest ? above : below;
-        break;
+    if (gain > 0 && gain < highestStage) {
+        std::size_t next = 1;
+        while (stageGains[next] < gain)
+            ++next;
+        const double above = stageGains[next];
+        const double below = stageGains[next - 1];
+        stage = above == gain || gain - below > largestRest ? above : below;
     }
     return {stage, int(gain - stage)};
 }

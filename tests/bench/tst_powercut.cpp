@@ -14,15 +14,8 @@ constexpr char flashFolder[] = "/media/flash/nvm";
 constexpr char volume[] = "AudioPolicy.setVolume(0, 7, true)";
 
 // A start-up would store something else: a microphone volume, and loudness off.
-QByteArray before()
-{
-    return QByteArrayLiteral("[EQ]\nType=2\n\n[Volume]\n0=11\n1=12\nLoudness=true\nMicType=false\n");
-}
-
-QByteArray after()
-{
-    return QByteArrayLiteral("[EQ]\nType=2\n\n[Volume]\n0=7\n1=12\nLoudness=true\nMicType=false\n");
-}
+const QByteArray before = QByteArrayLiteral("[EQ]\nType=2\n\n[Volume]\n0=11\n1=12\nLoudness=true\nMicType=false\n");
+const QByteArray after = QByteArrayLiteral("[EQ]\nType=2\n\n[Volume]\n0=7\n1=12\nLoudness=true\nMicType=false\n");
 
 QString pathOf(const QString &name)
 {
@@ -104,28 +97,27 @@ void PowerCutTest::init()
 void PowerCutTest::cutInTheMiddle_data()
 {
     QTest::addColumn<int>("byte");
-    for (const int byte : {0, 1, 30, after().size() - 1})
+    for (const int byte : {0, 1, 30, after.size() - 1})
         QTest::addRow("byte %d", byte) << byte;
 }
 
 void PowerCutTest::cutInTheMiddle()
 {
     QFETCH(int, byte);
-    setContent(before());
+    setContent(before);
     QString problem;
     const auto outcome = cut(byte, volume, problem);
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(outcome->isCut);
     const QStringList left = {QStringLiteral("audioData.db"), QStringLiteral("audioData.db.lock"), QStringLiteral("audioData.db.new")};
     QCOMPARE(names(*outcome), left);
-    QCOMPARE(outcome->files.constFirst().size, qint64(before().size()));
+    QCOMPARE(outcome->files.constFirst().size, qint64(before.size()));
     QCOMPARE(outcome->files.constLast().size, qint64(byte));
-    QCOMPARE(content(settingsFile()), before());
-    QCOMPARE(newSettings(), after().left(byte));
-    QCOMPARE(outcome->toText(byte),
-             QStringLiteral("cut at byte %1; left: audioData.db (%2 bytes), audioData.db.lock (0 bytes), audioData.db.new (%1 bytes)")
-                 .arg(byte)
-                 .arg(before().size()));
+    QCOMPARE(content(settingsFile()), before);
+    QCOMPARE(newSettings(), after.left(byte));
+    QCOMPARE(
+        outcome->toText(byte),
+        QStringLiteral("cut at byte %1; left: audioData.db (%2 bytes), audioData.db.lock (0 bytes), audioData.db.new (%1 bytes)").arg(byte).arg(before.size()));
     for (const PowerCut::File &file : outcome->files)
         QVERIFY2(file.meaning != QLatin1String("unknown to the library"), qPrintable(file.name));
 }
@@ -142,29 +134,29 @@ void PowerCutTest::theFirstSaveOfAll()
 
 void PowerCutTest::afterTheSave()
 {
-    setContent(before());
+    setContent(before);
     QString problem;
-    const auto outcome = cut(after().size(), volume, problem);
+    const auto outcome = cut(after.size(), volume, problem);
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(!outcome->isCut);
-    QCOMPARE(content(settingsFile()), after());
-    QCOMPARE(outcome->toText(after().size()), QStringLiteral("not cut, the save was done; left: audioData.db (%1 bytes)").arg(after().size()));
+    QCOMPARE(content(settingsFile()), after);
+    QCOMPARE(outcome->toText(after.size()), QStringLiteral("not cut, the save was done; left: audioData.db (%1 bytes)").arg(after.size()));
 }
 
 void PowerCutTest::withoutASave()
 {
-    setContent(before());
+    setContent(before);
     QString problem;
     const auto outcome = cut(0, "AudioPolicy.setVolume(0, 7, false)", problem);
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(!outcome->isCut);
-    QCOMPARE(content(settingsFile()), before());
+    QCOMPARE(content(settingsFile()), before);
 }
 
 /// Whatever memory and time the line takes before it comes to the save.
 void PowerCutTest::busyLine()
 {
-    setContent(before());
+    setContent(before);
     QString problem;
     const auto outcome = cut(30,
                              "var texts = []; for (var i = 0; i < 50000; ++i) texts.push('text ' + i); wait(60000);"
@@ -172,19 +164,19 @@ void PowerCutTest::busyLine()
                              problem);
     QVERIFY2(outcome, qPrintable(problem));
     QVERIFY(outcome->isCut);
-    QCOMPARE(content(settingsFile()), before());
-    QCOMPARE(newSettings(), after().left(30));
+    QCOMPARE(content(settingsFile()), before);
+    QCOMPARE(newSettings(), after.left(30));
 }
 
 void PowerCutTest::nextSaveCleansUp()
 {
-    setContent(before());
+    setContent(before);
     QString problem;
     QVERIFY(cut(30, volume, problem)->isCut);
     const auto next = cut(1000, "AudioPolicy.setVolume(0, 8, true)", problem);
     QVERIFY2(next, qPrintable(problem));
     QCOMPARE(names(*next), QStringList(QStringLiteral("audioData.db")));
-    QCOMPARE(content(settingsFile()), before().replace("0=11", "0=8"));
+    QCOMPARE(content(settingsFile()), QByteArray(before).replace("0=11", "0=8"));
 }
 
 void PowerCutTest::problems_data()
@@ -202,11 +194,11 @@ void PowerCutTest::problems()
     QFETCH(int, byte);
     QFETCH(QString, line);
     QFETCH(QString, told);
-    setContent(before());
+    setContent(before);
     QString problem;
     QVERIFY(!cut(byte, line.toUtf8().constData(), problem));
     QVERIFY2(problem.contains(told), qPrintable(problem));
-    QCOMPARE(content(settingsFile()), before());
+    QCOMPARE(content(settingsFile()), before);
     QVERIFY(!PowerCut::whileSaving(5, QLatin1String(volume), problem, QStringLiteral("/nonexistent/bench")));
     QVERIFY2(problem.contains(QLatin1String("/nonexistent/bench")), qPrintable(problem));
 }

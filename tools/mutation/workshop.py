@@ -36,13 +36,8 @@ class Workshop:
 
     def sandbox(self, command):
         bubblewrap = ["bwrap", "--ro-bind", "/", "/", "--dev-bind", "/dev", "/dev", "--proc", "/proc", "--tmpfs", "/tmp"]
-        compiler_cache = ["--setenv", "CCACHE_READONLY", "1", "--setenv", "CCACHE_TEMPDIR", "/tmp"]
-        return (
-            bubblewrap
-            + compiler_cache
-            + ["--bind", self.tree, self.project, "--chdir", self.project, "--unshare-pid", "--die-with-parent", "--"]
-            + command
-        )
+        bubblewrap += ["--setenv", "CCACHE_READONLY", "1", "--setenv", "CCACHE_TEMPDIR", "/tmp"]
+        return bubblewrap + ["--bind", self.tree, self.project, "--chdir", self.project, "--unshare-pid", "--die-with-parent", "--"] + command
 
     def run(self, command, seconds=None):
         """Exit status and output; None where it did not end in time."""
