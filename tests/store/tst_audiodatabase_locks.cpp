@@ -6,6 +6,10 @@
 
 #include <QtTest/QtTest>
 
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using audio::AudioDataBase;
 
 namespace
@@ -43,6 +47,7 @@ private Q_SLOTS:
     void sweepLeavesLinksAndFolders();
     void noSweepWhileSomebodyWrites();
     void temporaryFilesOfDeadWriters();
+    void childrenKeepTheirFiles();
 };
 
 void LocksTest::lockOfDeadProcess_data()
@@ -225,6 +230,19 @@ void LocksTest::temporaryFilesOfDeadWriters()
     flash::setContent("", lockName);
     store.setEqType(3);
     QCOMPARE(flash::names(), QStringList(QStringLiteral("audioData.db")));
+}
+
+/// A child lets go of a lock that was held when it was forked, and of nothing else.
+void LocksTest::childrenKeepTheirFiles()
+{
+    AudioDataBase store;
+    store.setEqType(3);
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(fcntl(STDOUT_FILENO, F_GETFD) < 0 || fcntl(STDERR_FILENO, F_GETFD) < 0 ? 1 : 0);
+    int status = -1;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QCOMPARE(status, 0);
 }
 
 QTEST_GUILESS_MAIN(LocksTest)

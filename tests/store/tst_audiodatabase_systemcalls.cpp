@@ -88,6 +88,8 @@ private Q_SLOTS:
     void temporaryNameIsTaken();
     void chainOfLinks_data();
     void chainOfLinks();
+    void readIsRefused_data();
+    void readIsRefused();
     void fileShrinksWhileItIsRead();
     void largeFileIsKept_data();
     void largeFileIsKept();
@@ -421,6 +423,29 @@ void SystemCallsTest::chainOfLinks()
     for (int number = 0; number <= links; ++number)
         QCOMPARE(QFileInfo(QFile::decodeName(pathOf(name(number)))).isSymLink(), number < followed);
     QCOMPARE(flash::content(name(links)), followed == links ? QByteArray("[Volume]\n0=17\n") : before);
+}
+
+void SystemCallsTest::readIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("function");
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("it cannot be opened") << QByteArray("open") << QStringLiteral("open: Input/output error");
+    QTest::newRow("it has no state") << QByteArray("fstat64") << QStringLiteral("fstat: Input/output error");
+    QTest::newRow("it has no bytes") << QByteArray("read") << QStringLiteral("read: Input/output error");
+}
+
+/// Then the default counts, and it is told why.
+void SystemCallsTest::readIsRefused()
+{
+    QFETCH(QByteArray, function);
+    QFETCH(QString, cause);
+    flash::setContent(before);
+    AudioDataBase store;
+    systemcalls::plan(function, {EIO});
+    QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("0"), 7).toInt(), 7);
+    QCOMPARE(systemcalls::followed(function), 1);
+    QCOMPARE(takeErrors(), QStringList(QStringLiteral("/media/flash/nvm/audioData.db cannot be read: %1; defaults count").arg(cause)));
+    QCOMPARE(store.data(QStringLiteral("Volume"), QStringLiteral("0"), 7).toInt(), 20);
 }
 
 /// What is there counts, as far as it goes.

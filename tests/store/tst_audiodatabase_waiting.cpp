@@ -68,6 +68,8 @@ private Q_SLOTS:
     void unreadableLock();
     void thingsInTheLocksPlace_data();
     void thingsInTheLocksPlace();
+    void thingsInTheLocksLocksPlace_data() { thingsInTheLocksPlace_data(); }
+    void thingsInTheLocksLocksPlace();
     void thingsInTheFilesPlace_data();
     void thingsInTheFilesPlace();
     void childrenKeepNoLock();
@@ -356,6 +358,20 @@ void WaitingTest::thingsInTheLocksPlace()
         store.setEqType(1);
         QCOMPARE(flash::entries().value("Volume/0"), QByteArray("17"));
     }
+}
+
+/// QSettings makes a second file where it removes a lock. Whatever is called so: nobody waits for it.
+void WaitingTest::thingsInTheLocksLocksPlace()
+{
+    QFETCH(QString, thing);
+    const QString name = lockName + QStringLiteral(".rmlock");
+    flash::setContent("signed\n", lockName);
+    if (!makeThing(thing, name))
+        QSKIP("this user cannot make one");
+    const program::Run run = settingsprocess::run({QStringLiteral("steps"), QStringLiteral("Volume/0=17"), QStringLiteral("show")});
+    QVERIFY(run.milliseconds < 2 * longestSaveMs());
+    QCOMPARE(run.output.simplified(), QStringLiteral("[Volume] 0=17"));
+    QVERIFY(!flash::names().contains(lockName));
 }
 
 void WaitingTest::thingsInTheFilesPlace_data()

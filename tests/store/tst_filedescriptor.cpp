@@ -28,6 +28,7 @@ class FileDescriptorTest : public QObject
 private Q_SLOTS:
     void none();
     void closes();
+    void closesTheFirst();
     void closesAtItsEnd();
     void movesInto();
     void movesOnto();
@@ -59,6 +60,21 @@ void FileDescriptorTest::closes()
     QVERIFY(!wrong.close());
     QCOMPARE(errno, EBADF);
     QCOMPARE(wrong.number(), -1);
+}
+
+/// What a process without a standard input opens first has the number 0.
+void FileDescriptorTest::closesTheFirst()
+{
+    const FileDescriptor standardInput(dup(STDIN_FILENO));
+    ::close(STDIN_FILENO);
+    FileDescriptor file(openNothing());
+    const int number = file.number();
+    const bool isOpened = file.isOpen();
+    const bool isClosed = file.close() && !isOpen(STDIN_FILENO);
+    dup2(standardInput.number(), STDIN_FILENO);
+    QCOMPARE(number, 0);
+    QVERIFY(isOpened);
+    QVERIFY(isClosed);
 }
 
 void FileDescriptorTest::closesAtItsEnd()

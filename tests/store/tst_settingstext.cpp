@@ -111,7 +111,7 @@ private Q_SLOTS:
     void readsSerializedValues_data();
     void readsSerializedValues();
     void readsAValueThatEndsInABackslash();
-    void readsKeysWithSlashes();
+    void readsEveryEscape();
     void namesLikeQSettings();
     void savesLikeQSettings();
     void keepsCommentsAndOrder();
@@ -259,17 +259,18 @@ void SettingsTextTest::readsAValueThatEndsInABackslash()
     QCOMPARE(codec::decodedValue("4\\", false), std::make_optional(QVariant(QStringLiteral("4"))));
 }
 
-/// Below a group a slash is written as a backslash, and nothing else of such a name need be encoded.
-void SettingsTextTest::readsKeysWithSlashes()
+void SettingsTextTest::readsEveryEscape()
 {
-    const QByteArray lines = "[Volume]\nfront\\left=4\n";
+    QByteArray lines = "[Group]\n";
+    for (char letter = ' '; letter < 0x7f; ++letter)
+        lines += keyOf(letter).toLatin1() + "=1\\" + letter + "2z\n";
     flash::setContent(lines, QStringLiteral("compared.ini"));
-    const QString path = QStringLiteral("Volume/front/left");
-    QCOMPARE(QSettings(file, QSettings::IniFormat).value(path).toInt(), 4);
-    SettingsText text(lines);
-    QCOMPARE(text.value(path, 0).toInt(), 4);
-    text.setValue(path, 5);
-    QCOMPARE(text.bytes(), QByteArray("[Volume]\nfront\\left=5\n"));
+    const QSettings settings(file, QSettings::IniFormat);
+    const SettingsText text(lines);
+    for (char letter = ' '; letter < 0x7f; ++letter) {
+        const QString path = QStringLiteral("Group/") + keyOf(letter);
+        QVERIFY2(text.value(path, QString()) == settings.value(path, QStringLiteral("none")), QByteArray(1, letter).constData());
+    }
 }
 
 void SettingsTextTest::namesLikeQSettings()
@@ -379,6 +380,11 @@ void SettingsTextTest::leavesOutDamagedLines_data()
     row("a name like a byte order mark behind damage", "Type\n\xef\xbb\xbf=\xc3\xa4\n", "\n\xef\xbb\xbf=\xc3\xa4\n", 1);
     row("a stranger's group not closed", "[EQ]\nType=4\n[Mine\nKey=1\n[Volume]\n0=1\n", "[EQ]\nType=4\n[Mine]\nKey=1\n[Volume]\n0=1\n", 1);
     row("an entry that ends like a group", "[Mine]\nempty]\nKey=1\n", "[Mine]\nKey=1\n", 1);
+    row("the last line that is asked for the group's name",
+        "[\x01\n" + QByteArray("; mine\n").repeated(99) + "0=1\n",
+        "[Volume]\n" + QByteArray("; mine\n").repeated(99) + "0=1\n",
+        1);
+    row("one line behind it", "[\x01\n" + QByteArray("; mine\n").repeated(100) + "0=1\n", "[%01]\n" + QByteArray("; mine\n").repeated(100) + "0=1\n", 1);
     row("a stranger's group with letters of its own", "[M\xc3\xado]\nKey=1\n", "[M\xc3\xado]\nKey=1\n", 0);
 }
 

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void finds();
     void writesAgain_data() { finds_data(); }
     void writesAgain();
+    void keysWithSlashes();
     void paths_data();
     void paths();
 };
@@ -66,6 +67,28 @@ void SettingsTextNamesTest::writesAgain()
     QVERIFY(text.readsBack());
     flash::setContent(text.bytes());
     QCOMPARE(QSettings(flash::settingsFile(), QSettings::IniFormat).value(path, 7).toInt(), 21);
+}
+
+/// Below a group a slash is written as a backslash, and nothing else of such a name need be encoded.
+void SettingsTextNamesTest::keysWithSlashes()
+{
+    const QByteArray lines = "[Volume]\nfront\\left=4\n";
+    flash::setContent(lines);
+    const QString path = QStringLiteral("Volume/front/left");
+    QCOMPARE(QSettings(flash::settingsFile(), QSettings::IniFormat).value(path).toInt(), 4);
+    SettingsText text(lines);
+    QCOMPARE(text.value(path, 0).toInt(), 4);
+    text.setValue(path, 5);
+    QCOMPARE(text.bytes(), QByteArray("[Volume]\nfront\\left=5\n"));
+
+    const QString added = QStringLiteral("Volume/rear/left/low");
+    {
+        QSettings settings(flash::settingsFile(), QSettings::IniFormat);
+        settings.setValue(path, 5);
+        settings.setValue(added, 6);
+    }
+    text.setValue(added, 6);
+    QCOMPARE(text.bytes(), flash::content());
 }
 
 void SettingsTextNamesTest::paths_data()
