@@ -50,6 +50,7 @@ private Q_SLOTS:
     void leavingDuringAGain_data();
     void leavingDuringAGain();
     void abandoningDuringAGain();
+    void leavingToOthersDuringAGain();
     void anotherLeavesDuringALoss();
     void askingTwiceAtOnce();
 
@@ -116,6 +117,22 @@ void FocusCallbacksTest::abandoningDuringAGain()
     QCOMPARE(control.abandonAudioFocus(clientC), 0);
     QCOMPARE(dispatcher.take(), (QStringList{QStringLiteral("1 A"), QStringLiteral("1 B")}));
     QCOMPARE(stack(), QStringList(QStringLiteral("B 3 1 0")));
+}
+
+/// The loss of the one that stands in its place by then stays.
+void FocusCallbacksTest::leavingToOthersDuringAGain()
+{
+    request(clientA, 2);
+    request(clientC, 2);
+    dispatcher.take();
+    dispatcher.answerOnce(clientA, [this] {
+        control.unregisterAudioFocusClient(clientA);
+        request(clientB, 2);
+        request(clientD, 2);
+    });
+    QCOMPARE(control.abandonAudioFocus(clientC), 0);
+    QCOMPARE(dispatcher.take(), (QStringList{QStringLiteral("1 A"), QStringLiteral("-2 B")}));
+    QCOMPARE(stack(), (QStringList{QStringLiteral("B 3 2 -2"), QStringLiteral("D 3 2 0")}));
 }
 
 /// Who was about to be told is not told any more.

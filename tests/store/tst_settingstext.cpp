@@ -377,6 +377,7 @@ void SettingsTextTest::leavesOutDamagedLines_data()
     row("group not opened", "[EQ]\nType=4\n\nVolume]\n0=1\n", "[EQ]\nType=4\n\n[Volume]\n0=1\n", 1);
     row("group with a damaged name", "[E\x01]\nCustom3=4\n[Vol\xffme]\n0=1\n", "[EQ]\nCustom3=4\n[Volume]\n0=1\n", 2);
     row("group with a damaged name and first entry", "[Vol\xffme]\nType=@Variant(\\0\\0\\0\\x8)\n0=1\n", "[Volume]\n0=1\n", 2);
+    row("two groups, the second not opened and with a blank behind it", "[\x01\nVolume] \n0=1\n", "[%01]\n[Volume]\n0=1\n", 2);
     row("a name like a byte order mark behind damage", "Type\n\xef\xbb\xbf=\xc3\xa4\n", "\n\xef\xbb\xbf=\xc3\xa4\n", 1);
     row("a stranger's group not closed", "[EQ]\nType=4\n[Mine\nKey=1\n[Volume]\n0=1\n", "[EQ]\nType=4\n[Mine]\nKey=1\n[Volume]\n0=1\n", 1);
     row("an entry that ends like a group", "[Mine]\nempty]\nKey=1\n", "[Mine]\nKey=1\n", 1);
