@@ -46,7 +46,7 @@ void Watchdog::watch()
     // However long a wait took, it counts as one.
     while (!m_wakeUp.wait_for(lock, m_betweenLooks, [this] { return m_isEnding; })) {
         const std::chrono::nanoseconds now = processorTime();
-        const bool isBusy = std::exchange(last, now) + m_betweenLooks / 4 < now;
+        const bool isBusy = std::exchange(last, now) + m_betweenLooks / busyShare < now;
         m_pointsSinceFed += isBusy ? pointsOfBusyLook : pointsOfIdleLook;
         if (m_pointsSinceFed < pointsPerLimit)
             continue;
