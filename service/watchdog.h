@@ -33,7 +33,7 @@ private:
     static constexpr int looksPerLimit = 10;
     static constexpr int pointsOfIdleLook = 10;
     static constexpr int pointsOfBusyLook = 1;
-    static constexpr int busyShare = 20; ///< computed for a twentieth of the time: on a unit that starts up a process gets no more
+    static constexpr int busyShare = 20; ///< of the time between looks: where more computes than there are processors, one that works gets little
     static constexpr int pointsPerLimit = looksPerLimit * pointsOfIdleLook;
 
     void watch();
