@@ -97,7 +97,7 @@ echo "== what is not this project's is left alone"
 rm -rf original/build
 mkdir -p other/build
 printf 'cmake_minimum_required(VERSION 3.16)\nproject(Other NONE)\n' >other/CMakeLists.txt
-cmake -S other -B other/build >out
+cmake -G Ninja -S other -B other/build >out
 ! original/tools/configure --build other/build release >out 2>err || fail 'takes the build folder of another project'
 grep -q 'belongs to another project' err || fail 'does not say whose folder it is'
 [ -e other/build/CMakeCache.txt ] || fail 'removed the build folder of another project'
