@@ -3,8 +3,8 @@
 
 Usage: pictures.py [--write] BENCH DOCUMENTS
 
-The command is a line of a document, "qzaudio-bench ... -o pictures/NAME.svg"; BENCH is called in its place. A picture without a command, or one that no
-document shows, is a mistake, too. With --write the pictures are renewed.
+The command is a line of a document, "qzaudio-bench ... -o pictures/NAME.svg"; BENCH is called in its place, in the folder of the documents. A picture
+without a command, or one that no document shows, is a mistake, too. With --write the pictures are renewed.
 """
 
 import pathlib
@@ -18,12 +18,12 @@ COMMAND = re.compile(r"^ *qzaudio-bench (.* -o (pictures/[^ ]+\.svg))(?: +#.*)?$
 SHOWN = re.compile(r"!\[[^]]*\]\((pictures/[^)]+\.svg)\)")
 
 
-def drawn(bench, arguments, name):
+def drawn(bench, documents, arguments, name):
     """What the command writes into the picture."""
     with tempfile.TemporaryDirectory() as folder:
         file = pathlib.Path(folder) / pathlib.Path(name).name
         words = [str(file) if word == name else word for word in shlex.split(arguments)]
-        run = subprocess.run([bench, *words], cwd=folder, capture_output=True, text=True, check=False)
+        run = subprocess.run([bench, *words], cwd=documents, capture_output=True, text=True, check=False)
         if run.returncode != 0:
             sys.exit(f"qzaudio-bench {arguments}\nends with {run.returncode}: {run.stdout}{run.stderr}")
         return file.read_bytes()
@@ -42,7 +42,7 @@ def main():
     for name, arguments in commands.items():
         picture = documents / name
         is_there = picture.is_file()
-        now = drawn(bench, arguments, name)
+        now = drawn(bench, documents, arguments, name)
         if is_there and picture.read_bytes() == now:
             continue
         if is_renewed:
