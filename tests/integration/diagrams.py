@@ -36,6 +36,8 @@ wait(3000);
 AudioPolicy.updateAudioStatus(AudioPolicy.StatusCarPlayTelephony);
 """
 
+STATES = pathlib.Path(__file__).with_name("duckingstates.js")
+
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
 SIMULATOR_MODULE = re.compile(r"^simulator_module=\(\n(.*?)^\)", re.MULTILINE | re.DOTALL)
 TRACE = re.compile(r"\[...\] \d+ \S+ (?:\w+::)*(\w+)::(\w+)\(.*?\)(?: const)? \d+ -- (.*)")
@@ -163,7 +165,22 @@ def start(bench, _project):
     return lines
 
 
-DIAGRAMS = (("architecture.md", "layers", layers), ("architecture.md", "call", call), ("policy.md", "start", start))
+def ducking(bench, _project):
+    run = subprocess.run([bench, "play", STATES, "--json"], capture_output=True, text=True, check=False)
+    if run.returncode != 0:
+        sys.exit(f"{STATES} ends with {run.returncode}: {run.stderr}")
+    causes = {}
+    for event in map(json.loads, run.stdout.splitlines()):
+        if event["event"] == "note":
+            change = json.loads(event["text"].partition(": ")[2])
+            causes.setdefault((change["from"], change["to"], ", ".join(change["effects"])), []).append(change["cause"])
+    lines = ["stateDiagram-v2", "    [*] --> Idle"]
+    for (one, other, effects), together in causes.items():
+        lines.append(f"    {one} --> {other} : {' / '.join(together)}{'<br>' * bool(effects)}{effects}")
+    return lines
+
+
+DIAGRAMS = (("architecture.md", "layers", layers), ("architecture.md", "call", call), ("policy.md", "ducking", ducking), ("policy.md", "start", start))
 
 
 def main():
