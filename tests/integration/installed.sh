@@ -19,7 +19,7 @@ complain()
 (cd "$root" && find . ! -type d) | sed -e 's;^\./;;' -e 's;/QzAudioTargets-[a-z]*\.cmake$;/QzAudioTargets-CONFIGURATION.cmake;' | sort >"$root.is"
 {
     sed -e "s;^LIBDIR/;$libdir/;" "$@"
-    (cd "$project" && ls ./*.md docs/*.md docs/*/*.md docs/*/*.svg docs/*/*.js docs/*/*/*.png && find examples -name build -prune -o -type f -print) | sed -e 's;^\./;;' -e 's;^;share/doc/qzaudio/;'
+    (cd "$project" && ls ./*.md docs/*.md docs/*/*.md docs/*/*.svg docs/*/*.js docs/*/*/*.png && find examples -type f) | sed -e 's;^\./;;' -e 's;^;share/doc/qzaudio/;'
     case "$*" in
     *simulator*) (cd "$project/bench" && find scenarios -name '*.js' | sed 's;^;share/qzaudio/;') ;;
     esac
