@@ -108,6 +108,7 @@ public:
     quint8 getStepRang();
     /// Whether prompts play on the alternative track; true until set. Only remembered.
     void setAlterMode(bool on);
+    /// What setAlterMode() was given last, true until then.
     bool getAlterMode();
     /// The step last accepted by setMasterStepVolume(), 0 until then.
     quint8 getMasterStepVolume();
@@ -154,6 +155,7 @@ public:
      * Loads step volumes (0 to the step range) per Qt-side source name and sends each to the platform.
      *
      * @param tag Second for the rear seats' table and track "second"; any other tag is the main one
+     * @param volumes the step of each source
      *
      * Steps above the range are lowered to it, with an error line. A name that the platform does not know is kept in the
      * table and logged ("get sp track name failed."). A source that stands for a group sets all members.
@@ -172,6 +174,7 @@ public:
     /**
      * Moves the volume of what plays on the main track one step @p up or down, together with its volume group.
      *
+     * @param up true for louder
      * @param name receives the Qt-side name whose step changed: a group's key for its members
      * @param step receives the step that now holds
      * @return 0 changed, 1 already at the limit (no platform call), -1 no object or no source, else the platform's code
@@ -191,6 +194,7 @@ public:
     /**
      * Sets the alternative track's volume, 0 to 100, boosted by 1.5 and held at 148.
      *
+     * @param volume above 100, "input volume val more than 100" is logged and nothing is sent
      * @param hicarCall also set the HiCar call's volume on the main track
      * @return -1 always, on success too
      */
@@ -212,7 +216,7 @@ public:
     void setMute(bool mute);
     /// Switches the rear seats' output on or off. Always reaches the platform.
     void setBackEarphone(bool on);
-    /// The same, said the other way round.
+    /// setBackEarphone(), said the other way round.
     void muteBackEarphone(bool mute);
 
     // Equalizer and loudness ------------------------------------------------------------------------------------------------
@@ -255,13 +259,15 @@ public:
 
     /// Routes a platform source to a platform track.
     void setOutputSource(const char *track, const char *source);
-    /// The same with a tag and a Qt-side name. A tag without a track stops with "get spTag string error."
+    /// The same with a tag and a Qt-side name. A tag without a track stops with "get spTag string error." and sends nothing.
     void setOutputSource(AudioTag tag, const char *source);
     /// Routes and chooses front only or front and rear.
     void setOutputFrontSource(const char *track, const char *source, bool frontOnly);
+    /// The same with a tag and a Qt-side name. A tag without a track stops with "get spTag string error." and sends nothing.
     void setOutputFrontSource(AudioTag tag, const char *source, bool frontOnly);
     /// Feeds a platform input track to a platform destination.
     void setInputDestination(const char *track, const char *destination);
+    /// The same with a tag and a Qt-side name. A tag without a track stops with "get spTag string error." and sends nothing.
     void setInputDestination(AudioTag tag, const char *destination);
     /// Puts the auxiliary input on the pin of @p channel; a channel outside 0..5 selects pin 0.
     void setAuxinChannel(AudioInChannel channel);
@@ -278,15 +284,21 @@ public:
 
     /// Microphone input volume, 0 to 91; outside "input data error:" is logged and nothing is sent.
     void setMicroPhoneVolume(int volume);
-    /// Analogue gains in the platform's unit. 0, -1 without a platform object, else the platform's code.
+    /// The analogue gains, in the platform's unit. 0, -1 without a platform object, else the platform's code.
     int getMicAnalogGain(float *first, float *second);
+    /// Sets the analogue gains, in the platform's unit. 0, -1 without a platform object, else the platform's code.
     int setMicAnalogGain(float first, float second);
     /// Stage and programmable gain. -1 always, on success too.
     int setMicOpAndPga(float op, float pga);
-    /// 0, -1 without a platform object, else the platform's code; so the calibration operations that follow.
+    /// Starts the platform's calibration of the microphone gain. 0, -1 without a platform object, else the platform's code.
     int startMicGainCalibration();
+    /// Takes what the calibration found. 0, -1 without a platform object, else the platform's code.
     int setMicGainCalibration();
-    /// Both values are written whatever the platform answers, unless there is no platform object.
+    /**
+     * What the calibration found, in the platform's unit. 0, -1 without a platform object, else the platform's code.
+     *
+     * Both values are written whatever the platform answers, unless there is no platform object.
+     */
     int getMicCalibrationGain(int *first, int *second);
     /// Starts the estimation of the downlink delay.
     void setDownlinkDelayEstimation();
@@ -307,9 +319,9 @@ public:
     void setDpsEnable(bool enable);
     /// Switches the platform's stereo processing ("Set Stereo error.ret:"). Always reaches the platform.
     void setStereoEnable(bool enable);
-    /// In the platform's unit.
+    /// Gain of the DPS processing, in the platform's unit ("Set dps user gain error.ret:").
     void setDpsUserGain(float gain);
-    /// A channel outside 0..5 addresses all outputs.
+    /// Sets the filter of one output; a channel outside 0..5 addresses all outputs ("Set filter error.ret:").
     void setFilter(AudioOutChannel channel, const AudioFilter_t &filter);
     /// Six delays in the platform's unit, for outputs 0 to 5. Another count does nothing, silently.
     void setSpeakerDelay(QList<float> delays);

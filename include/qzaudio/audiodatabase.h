@@ -68,15 +68,19 @@ public:
 
     /// Equalizer type, usually 0 to 7; 7 is the custom curve.
     int eqType();
+    /// Sets the type in memory and in the file. Not checked.
     void setEqType(int type);
+    /// Whether loudness is on.
     bool loudNess();
+    /// Sets it in memory and in the file. The loudspeakers hear nothing of it: ZelAudioManager::setLoudNess() switches them, too.
     void setLoudNess(bool on);
     /// True for the original microphone, false for the arm one. Decides which keys the gain and delay below use.
     bool micType();
-    /// The lower-case m is the operation's name.
+    /// Sets it in memory and in the file. The lower-case m is the operation's name.
     void setmicType(bool original);
     /// Microphone input volume, 0 to 91.
     int micInputValue();
+    /// Sets it in memory and in the file. Not checked.
     void setMicInputValue(int value);
 
     /// The custom curve's band 0 to 15 as stored: twice what setCustomEQ() was given, on purpose.

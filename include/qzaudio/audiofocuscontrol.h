@@ -23,14 +23,17 @@ class QZAUDIO_EXPORT AudioFocusControl : public QObject
     Q_OBJECT
 
 public:
+    /// An empty stack.
     explicit AudioFocusControl(QObject *parent = nullptr);
     ~AudioFocusControl() override;
 
     /**
      * Requests focus for a client.
      *
+     * @param mainStreamType the stream that will play; only remembered
      * @param durationHint a gain, 1 to 4; not checked here
      * @param dispatcher where the entry's changes go; not owned, may be null
+     * @param clientId who asks; one that is in the stack already moves to the top
      * @return 0 granted, 1 failed
      *
      * The new holder is sent no GAIN: the result is its grant. The same request by the holder changes nothing.

@@ -5,7 +5,8 @@
 
 #include <QtCore/QString>
 
-/*
+/**
+ * @file
  * What a client implements to hear from AudioManager. Listeners are never owned by the library: abandon before destroying one.
  */
 
@@ -33,11 +34,12 @@ public:
     virtual QString clientId() = 0;
 };
 
-/// Hears of changes of the mega base.
+/// Hears of changes of the mega base. Nothing in this library changes it; over the bus megaBaseChanged() of TaviAudioServiceInterface tells.
 class QZAUDIO_EXPORT IMegaBaseChangeListener
 {
 public:
     virtual ~IMegaBaseChangeListener();
+    /// Called with the mega base that is chosen now.
     virtual void onMegaBaseChange(int newValue) = 0;
 };
 

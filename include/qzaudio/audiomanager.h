@@ -15,6 +15,7 @@
  * - What a call on another thread causes is told later, from the event loop of the manager's thread and without the mutex. There
  *   must be such a loop, and it must not run while other threads still request or abandon: the table of listeners is not
  *   protected then.
+ *
  * The other operations are not protected: use them from the manager's thread.
  *
  * A listener should not throw. What one throws while it is told within a request or abandonment reaches the caller of that, after
@@ -55,13 +56,16 @@ public:
 
     /// Registers a listener, once; not owned. Null stops the process (fatal assertion "listener != NULL").
     void requestMegaBase(IMegaBaseChangeListener *listener);
+    /// Forgets the listener, before it is destroyed. One that was not registered changes nothing.
     void abandonMegaBase(IMegaBaseChangeListener *listener);
     /// Registers a listener, once; not owned. Null stops the process (fatal assertion "listener != NULL").
     void requestVolume(IVolumeListener *listener);
+    /// Forgets the listener, before it is destroyed. One that was not registered changes nothing.
     void abandonVolume(IVolumeListener *listener);
 
     /// A number that is only kept.
     void setReason(int reason);
+    /// What setReason() was given last, 0 until then.
     int reason();
     /// Does nothing.
     void nextMegaBase();

@@ -6,12 +6,15 @@
 #include <cstddef>
 
 /**
+ * @file
  * The records and enumerations that cross the border to the platform's audio-setting library.
  *
  * The platform reads them by address, so size and offset of every field are part of its binary interface: all little-endian,
  * no hidden padding. The static assertions below hold them on every architecture. Always zero a record before filling it: the
  * reserved fields travel too.
  */
+
+/// The control facade, the settings store, and the platform's records.
 namespace audio
 {
 
@@ -40,10 +43,10 @@ struct audio_ext_eq_band_t
 {
     quint32 type; ///< filter type: 3 for a band in use, 0 for one that is not
     quint16 frequency; ///< centre in Hz
-    quint16 reserved0;
+    quint16 reserved0; ///< 0
     float gain; ///< dB
     float q; ///< quality factor
-    quint32 reserved1[3];
+    quint32 reserved1[3]; ///< 0
 };
 static_assert(sizeof(audio_ext_eq_band_t) == 28, "read by the platform by address");
 static_assert(offsetof(audio_ext_eq_band_t, type) == 0, "read by the platform by address");
@@ -57,7 +60,7 @@ static_assert(offsetof(audio_ext_eq_band_t, reserved1) == 16, "read by the platf
 struct audio_ext_eq_parameter_t
 {
     quint32 channel; ///< mask of output channel bits, 0xFFFF for all
-    audio_ext_eq_band_t band[20];
+    audio_ext_eq_band_t band[20]; ///< the sixteen in use first
 };
 static_assert(sizeof(audio_ext_eq_parameter_t) == 564, "read by the platform by address");
 static_assert(offsetof(audio_ext_eq_parameter_t, channel) == 0, "read by the platform by address");
@@ -80,7 +83,7 @@ struct audio_channel_gain_t
 {
     quint32 channel; ///< one output channel bit
     quint8 gain; ///< 0 to 100, percent of full level
-    quint8 reserved[3];
+    quint8 reserved[3]; ///< 0
 };
 static_assert(sizeof(audio_channel_gain_t) == 8, "read by the platform by address");
 static_assert(offsetof(audio_channel_gain_t, channel) == 0, "read by the platform by address");
@@ -91,12 +94,12 @@ static_assert(offsetof(audio_channel_gain_t, reserved) == 5, "read by the platfo
 struct audio_filter_t
 {
     quint32 channel; ///< one output channel bit, or 0xFFFF for all
-    quint16 value1;
+    quint16 value1; ///< as the caller gave it
     quint16 notFlag; ///< 1 when the caller's flag is 0, else 0
-    quint16 value2;
+    quint16 value2; ///< as the caller gave it
     quint16 kind; ///< 0 or 1
-    quint16 value3;
-    quint16 value4;
+    quint16 value3; ///< as the caller gave it
+    quint16 value4; ///< as the caller gave it, but 0 when its kind is neither 0 nor 1
 };
 static_assert(sizeof(audio_filter_t) == 16, "read by the platform by address");
 static_assert(offsetof(audio_filter_t, channel) == 0, "read by the platform by address");

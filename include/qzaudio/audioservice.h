@@ -25,6 +25,7 @@ class QZAUDIO_EXPORT AudioService : public QObject, public IAudioFocusDispatcher
     Q_INTERFACES(IAudioFocusDispatcher)
 
 public:
+    /// A service with an empty stack of its own. It puts nothing on a bus.
     explicit AudioService(QObject *parent = nullptr);
     ~AudioService() override;
 

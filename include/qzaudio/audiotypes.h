@@ -6,7 +6,8 @@
 
 #include <cstddef>
 
-/*
+/**
+ * @file
  * The vocabulary of the head unit's audio situations. All of these are addressed by value: any int may be passed through
  * static_cast, and a value outside the range reads as the documented default. Values that the tables give no meaning of their own
  * have no enumerator. docs/policy.md lists each number with its volume type, its source and what the volume keys work on.
@@ -19,49 +20,49 @@
  * 17 apply the media volume to the projection's source, as 15 and 19 do.
  */
 enum AudioStatus : int {
-    AudioStatusNone = 0,
-    AudioStatusBtPhoneRing = 1,
-    AudioStatusBtPhoneTelephony = 2,
-    AudioStatusCarPlayAlert = 5,
-    AudioStatusCarPlayTelephony = 6,
-    AudioStatusCarPlaySpeech = 8,
-    AudioStatusCarPlayDuck = 10, ///< a CarPlay prompt plays over the main audio
-    AudioStatusCarPlayRestore = 11,
-    AudioStatusAndroidAutoSpeech = 12,
-    AudioStatusAndroidAutoDuck = 14,
-    AudioStatusAndroidAutoRestore = 15,
-    AudioStatusCarLifeSpeech = 16,
-    AudioStatusCarLifeDuck = 18,
-    AudioStatusCarLifeRestore = 19,
+    AudioStatusNone = 0, ///< nothing but the source of the channel
+    AudioStatusBtPhoneRing = 1, ///< an incoming call over Bluetooth
+    AudioStatusBtPhoneTelephony = 2, ///< a telephone call over Bluetooth
+    AudioStatusCarPlayAlert = 5, ///< a CarPlay ringtone or alert
+    AudioStatusCarPlayTelephony = 6, ///< a telephone call over CarPlay
+    AudioStatusCarPlaySpeech = 8, ///< CarPlay speech
+    AudioStatusCarPlayDuck = 10, ///< a CarPlay prompt plays over the main audio, or reverse gear is in
+    AudioStatusCarPlayRestore = 11, ///< the main audio is back after a CarPlay prompt or reverse gear
+    AudioStatusAndroidAutoSpeech = 12, ///< Android Auto speech
+    AudioStatusAndroidAutoDuck = 14, ///< an Android Auto prompt plays over the main audio
+    AudioStatusAndroidAutoRestore = 15, ///< the main audio is back after an Android Auto prompt
+    AudioStatusCarLifeSpeech = 16, ///< CarLife speech
+    AudioStatusCarLifeDuck = 18, ///< a CarLife prompt plays over the main audio
+    AudioStatusCarLifeRestore = 19, ///< the main audio is back after a CarLife prompt
 };
 
 /// A source of sound, 0 to 19. Numbers without an enumerator have no source name, and volume type 0.
 enum AudioChannel : int {
-    AudioChannelNone = 0,
-    AudioChannelBtAudio = 2,
-    AudioChannelFilePlayer = 3,
-    AudioChannelIosMirror = 4,
-    AudioChannelCarPlayMedia = 5,
-    AudioChannelCarPlayAlert = 6,
-    AudioChannelCarPlayTelephony = 7,
-    AudioChannelCarPlaySpeech = 8,
-    AudioChannelCarPlayDefault = 9,
-    AudioChannelAndroidAuto = 10,
-    AudioChannelBtRingtone = 11,
-    AudioChannelBtPhone = 12,
-    AudioChannelDiscPlayer = 13,
-    AudioChannelAuxIn = 15,
-    AudioChannelCarLife = 17,
-    AudioChannelAirPlayMedia = 19,
+    AudioChannelNone = 0, ///< no source
+    AudioChannelBtAudio = 2, ///< Bluetooth audio
+    AudioChannelFilePlayer = 3, ///< the file player
+    AudioChannelIosMirror = 4, ///< iOS mirroring
+    AudioChannelCarPlayMedia = 5, ///< CarPlay media
+    AudioChannelCarPlayAlert = 6, ///< CarPlay ringtones and alerts
+    AudioChannelCarPlayTelephony = 7, ///< a telephone call over CarPlay
+    AudioChannelCarPlaySpeech = 8, ///< CarPlay speech
+    AudioChannelCarPlayDefault = 9, ///< CarPlay default audio
+    AudioChannelAndroidAuto = 10, ///< Android Auto
+    AudioChannelBtRingtone = 11, ///< the Bluetooth ringtone
+    AudioChannelBtPhone = 12, ///< the Bluetooth telephone
+    AudioChannelDiscPlayer = 13, ///< the disc player
+    AudioChannelAuxIn = 15, ///< the auxiliary input
+    AudioChannelCarLife = 17, ///< CarLife
+    AudioChannelAirPlayMedia = 19, ///< AirPlay media
 };
 
 /// Which of the six stored volumes governs a status or channel.
 enum ZelAudioType : int {
-    ZelAudioTypeMedia = 0,
+    ZelAudioTypeMedia = 0, ///< music and other media
     ZelAudioTypePrompt = 1, ///< the alternative track, while the main audio is ducked
-    ZelAudioTypeTelephony = 2,
+    ZelAudioTypeTelephony = 2, ///< telephone calls
     ZelAudioTypeRing = 3, ///< ringtones and alerts
-    ZelAudioTypeSpeech = 4,
+    ZelAudioTypeSpeech = 4, ///< CarPlay, Android Auto and CarLife speech
     ZelAudioTypeHiCarCall = 5, ///< the alternative track, with the HiCar call
 };
 

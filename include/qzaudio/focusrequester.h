@@ -7,16 +7,21 @@
 
 class IAudioFocusDispatcher;
 
+/**
+ * @file
+ * The codes of audio focus, and an entry of its stack.
+ */
+
 /// Focus change codes. The gains are also the valid duration hints of a request; the losses are what a holder is told.
 enum AudioFocusChange : int {
-    AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK = -3,
-    AUDIOFOCUS_LOSS_TRANSIENT = -2,
-    AUDIOFOCUS_LOSS = -1,
-    AUDIOFOCUS_NONE = 0,
-    AUDIOFOCUS_GAIN = 1,
-    AUDIOFOCUS_GAIN_TRANSIENT = 2,
-    AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK = 3,
-    AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE = 4,
+    AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK = -3, ///< lost for a short while; the holder may go on, more quietly
+    AUDIOFOCUS_LOSS_TRANSIENT = -2, ///< lost for a short while; the holder pauses
+    AUDIOFOCUS_LOSS = -1, ///< lost for long; the holder stops
+    AUDIOFOCUS_NONE = 0, ///< no change; as the hint of the holder: nobody holds focus
+    AUDIOFOCUS_GAIN = 1, ///< gained for long; others are told LOSS
+    AUDIOFOCUS_GAIN_TRANSIENT = 2, ///< gained for a short while; others are told LOSS_TRANSIENT
+    AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK = 3, ///< the same, and others are told LOSS_TRANSIENT_CAN_DUCK
+    AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE = 4, ///< the same, and others are told LOSS_TRANSIENT
 };
 
 /**
@@ -27,8 +32,16 @@ enum AudioFocusChange : int {
 class QZAUDIO_EXPORT FocusRequester
 {
 public:
+    /// Nobody's request, without a dispatcher.
     FocusRequester() = default;
-    /// @param changeDispatcher where focus changes go; not owned, may be null
+    /**
+     * A request that has lost nothing yet.
+     *
+     * @param requestedStreamType the stream that will play; only remembered
+     * @param requestedHint the gain that was asked for; not checked here
+     * @param changeDispatcher where focus changes go; not owned, may be null
+     * @param id who asks
+     */
     FocusRequester(int requestedStreamType, int requestedHint, IAudioFocusDispatcher *changeDispatcher, const QString &id);
 
     /// Whether the entry belongs to the client; ids are compared case-sensitively.
@@ -53,10 +66,10 @@ public:
     /// Logs the entry at debug level.
     void dump();
 
-    int streamType = 0;
-    int durationHint = AUDIOFOCUS_NONE;
+    int streamType = 0; ///< the stream that will play, a number of the client's own
+    int durationHint = AUDIOFOCUS_NONE; ///< the gain that was asked for
     int focusLossReceived = AUDIOFOCUS_NONE; ///< the last loss dispatched; 0 at first and after every gain
-    QString clientId;
+    QString clientId; ///< who asked
     IAudioFocusDispatcher *dispatcher = nullptr; ///< not owned, may be null
 };
 

@@ -19,7 +19,8 @@ public:
     /**
      * Must not throw: the stack is in the middle of its work.
      *
-     * @param focusChange a focus change code, -3 to 4 (see FocusRequester)
+     * @param focusChange a focus change code, -3 to 4 (see AudioFocusChange)
+     * @param clientId who gained or lost focus
      */
     virtual void dispatchAudioFocusChange(int focusChange, const QString &clientId) = 0;
 };

@@ -14,6 +14,11 @@ namespace audio
 class AudioDataBase;
 }
 
+/**
+ * @file
+ * The policy manager, and types of its arguments.
+ */
+
 /// Phone-projection status. The library only logs that it came.
 enum CPAAStatus : int {};
 
@@ -76,8 +81,10 @@ public:
     /// The channel last reported, 0 until then.
     int currentAudioChannel();
     /**
-     * Sets a volume, usually 0 to 25, for all channels of a type at once; types 1 and 5 are the alternative track's.
+     * Sets a volume for all channels of a type at once; types 1 and 5 are the alternative track's.
      *
+     * @param type 0 to 5; another number is heard nowhere, but changes the store (see audio::AudioDataBase::setVolume())
+     * @param volume usually 0 to 25
      * @param save also write it to the settings file
      *
      * A type with two channels or more becomes pending, and 500 ms after the last such call pending types are written to the
@@ -107,11 +114,14 @@ public:
     void duck(int level);
     /// Restores the main audio at once, whoever ducked it: there is one ducking mode.
     void unDuck();
-    /// Android Auto prompts. The arguments are not used.
+    /// Android Auto prompt begins: ducks and applies the volume of status 14 at once. The arguments are not used.
     void aaDuckAudio(int, int);
+    /// Android Auto prompt ends: applies the volume of status 15 and restores the main audio at once. The argument is not used.
     void aaUnduckAudio(int);
-    /// CarLife prompts. The arguments are not used; the unduck's log line names Android Auto, kept.
+    /// CarLife prompt begins: ducks and applies the volume of status 18 at once. The arguments are not used.
     void clDuckAudio(int, int);
+    /// CarLife prompt ends: applies the volume of status 19 and restores the main audio at once. The argument is not used; the log line
+    /// names Android Auto, kept.
     void clUnduckAudio(int);
     /// CarPlay prompt begins: ducks at once; status 10 is applied when neither an unduck nor any updateAudioStatus() came within 1000 ms.
     void cpDuckAudio(int, int level);
