@@ -57,7 +57,7 @@ done
 [ $named -gt 0 ] || complain "no manual page names an installed path"
 
 linked=0
-for document in "$root"/share/doc/qzaudio/*.md "$root"/share/doc/qzaudio/docs/*.md; do
+for document in "$root"/share/doc/qzaudio/*.md "$root"/share/doc/qzaudio/docs/*.md "$root"/share/doc/qzaudio/docs/*/*.md; do
     targets=$(grep -oE '\]\([^): ]+\)' "$document" | sed -e 's/^](//' -e 's/)$//' -e 's/#.*//')
     for target in $targets; do
         [ -e "${document%/*}/$target" ] || complain "$document links to $target, which is not there"

@@ -1,0 +1,1 @@
+"""What the reference is made of: headers, documents, and what describes itself."""
