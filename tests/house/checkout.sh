@@ -152,3 +152,26 @@ echo 'expect(Sound.above("S+FilePlayer")).toBeGreaterThan(6);' >"$scenarios/mute
 brings 'run sound' 'plot timeline mute' plot timeline mute
 brings 'run' 'plot policy -o policy.svg' plot policy -o policy.svg
 brings 'run plots' 'plot policy -o policy.png' plot policy -o policy.png
+
+echo "== the reference"
+# opens EXPECTED DISPLAY: what "./run docs" prints, and what a display shows
+opens()
+{
+    (cd original && DISPLAY=$2 WAYLAND_DISPLAY='' PATH=$work/display:$PATH ./run docs) >out 2>err || fail "./run docs ends with the status $?"
+    [ "$(paste -sd ' ' out)" = "$1" ] || fail "./run docs with the display \"$2\" is not \"$1\""
+    [ "$(cat original/groups)" = 'run docs' ] || fail "./run docs installs $(cat original/groups)"
+}
+mkdir display
+cat >original/tools/reference <<'END'
+#!/bin/sh
+echo "page of ${1##*/}"
+END
+cat >display/xdg-open <<'END'
+#!/bin/sh
+echo "opened $1"
+END
+chmod +x original/tools/reference display/xdg-open
+opens 'page of qzaudio-bench' ''
+opens 'page of qzaudio-bench opened page of qzaudio-bench' :7
+! (cd original && ./run docs mute) >out 2>err || fail './run docs takes an argument'
+grep -q 'takes nothing behind it' err || fail 'does not say what is wrong with the argument'
