@@ -158,3 +158,13 @@ install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentati
 )
 install(FILES tests/consumer/main.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/tests/consumer COMPONENT documentation)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+if(QZAUDIO_WITH_REFERENCE)
+    # Made anew each time: it takes a second, and is of all headers and documents.
+    set(reference ${PROJECT_BINARY_DIR}/reference)
+    add_custom_target(reference ALL
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/reference --output ${reference} -- ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:qzaudio-bench>
+        VERBATIM
+    )
+    install(DIRECTORY ${reference}/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+    install(FILES ${reference}/qzaudio.qch DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+endif()

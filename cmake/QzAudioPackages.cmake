@@ -143,7 +143,8 @@ set(CPACK_DEBIAN_DESK_PACKAGE_SUGGESTS "libqzaudio-doc")
 qzaudio_package(documentation libqzaudio-doc doc
     "audio library of a car's head unit - documents"
     "How to use, integrate and understand the library, in Markdown; begin with
-${CMAKE_INSTALL_FULL_DOCDIR}/README.md."
+${CMAKE_INSTALL_FULL_DOCDIR}/README.md. The reference, in HTML and for Qt's
+help; begin with ${CMAKE_INSTALL_FULL_DOCDIR}/html/index.html."
     ""
 )
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)

@@ -32,6 +32,11 @@ def with_file(text):
     return f"{text}/** @file\n * {f'Class {classes}' if classes else 'What marks the library for its clients'} */\n"
 
 
+def prepared(text):
+    text = re.sub(r"\bdocs/(\w+)\.md\b", r"[docs/\1.md](@ref \1)", text)
+    return with_file(with_sections(text))
+
+
 def undescribed_values(folder):
     """The enumerators without a description, from Doxygen's XML: it warns of everything else that has none."""
     names = []
