@@ -57,6 +57,11 @@ def page_of(path):
     return re.sub(r"[^a-z0-9]+", "-", name)
 
 
+def picture_name(path):
+    """A name of its own for each picture: all pages are in one folder."""
+    return path.removeprefix("docs/").replace("/", "-")
+
+
 class Shelf:
     """All documents, by their path below the project."""
 
@@ -100,7 +105,7 @@ class Shelf:
             if token["image"]:
                 picture = os.path.normpath(os.path.join(os.path.dirname(own), token["picture"]))
                 self.pictures.add(picture)
-                result.append(f"![{token['alternative']}]({os.path.basename(picture)})")
+                result.append(f"![{token['alternative']}]({picture_name(picture)})")
             elif token["strong"]:
                 # Of stars beside backticks Doxygen makes nothing.
                 result.append(f"<b>{self.converted(own, token['strong'])}</b>")
