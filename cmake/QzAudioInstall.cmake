@@ -1,5 +1,5 @@
 # What is installed, by component: library, development, simulator, qml, tools, desk, documentation. The daemon installs its own files
-# (service/).
+# (service/), and the doctor its program (doctor/).
 
 include(CMakePackageConfigHelpers)
 
@@ -138,6 +138,13 @@ if(QZAUDIO_WITH_SERVICE)
     qzaudio_find_siblings(qzaudio-focusd ${CMAKE_INSTALL_BINDIR})
     qzaudio_install_manual(qzaudio-focusd tools)
 endif()
+qzaudio_find_siblings(qzaudio-doctor ${CMAKE_INSTALL_BINDIR})
+install(FILES packaging/qzaudio-doctor.bash-completion
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    RENAME qzaudio-doctor
+    COMPONENT tools
+)
+qzaudio_install_manual(qzaudio-doctor tools)
 
 # The documents in the shape of the sources, so that their links lead to the same ones. Only the scenarios stand elsewhere, if at all.
 file(RELATIVE_PATH scenarios ${CMAKE_INSTALL_FULL_DOCDIR} ${CMAKE_INSTALL_FULL_DATADIR}/qzaudio/scenarios)

@@ -17,7 +17,7 @@ if(CMAKE_CROSSCOMPILING)
     set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE armhf)
 endif()
 
-set(CPACK_COMPONENTS_ALL library development documentation)
+set(CPACK_COMPONENTS_ALL library development documentation tools)
 if(QZAUDIO_ON_SIMULATOR)
     list(APPEND CPACK_COMPONENTS_ALL simulator)
 endif()
@@ -26,9 +26,6 @@ if(QZAUDIO_WITH_QML)
 endif()
 if(TARGET qzaudio-desk)
     list(APPEND CPACK_COMPONENTS_ALL desk)
-endif()
-if(QZAUDIO_WITH_QML OR QZAUDIO_WITH_SERVICE)
-    list(APPEND CPACK_COMPONENTS_ALL tools)
 endif()
 
 # The dependencies are written out: dpkg-shlibdeps cannot read the libraries of another processor.
@@ -117,9 +114,10 @@ qzaudio_package(qml qml-module-qzaudio libs
     "${runtime}, ${core}, ${bus}${qml}, ${library}${simulator}"
 )
 qzaudio_package(tools qzaudio-tools sound
-    "audio library of a car's head unit - desk bench and focus daemon"
+    "audio library of a car's head unit - desk bench, focus daemon and doctor"
     "qzaudio-bench plays scenarios on the simulated platform, qzaudio-with-flash
-gives a program a unit's flash, qzaudio-focusd serves audio focus on the bus."
+gives a program a unit's flash, qzaudio-focusd serves audio focus on the bus,
+qzaudio-doctor looks whether a unit is set up rightly."
     "${runtime}, ${core}, ${bus}${qml}${tools}, ${library}${simulator}"
 )
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "libqzaudio-doc, bash-completion, ffmpeg, espeak-ng, default-dbus-system-bus | dbus-system-bus") # the daemon serves there, too

@@ -11,7 +11,7 @@ checked=0
 
 # Where each header of the project stands; some names stand in several folders.
 declare -A folders_of
-for header in {include/qzaudio,platform,src,simulator,qml,service,bench,window,tests,benchmarks}/**/*.h; do
+for header in {include/qzaudio,platform,src,simulator,qml,service,doctor,bench,window,tests,benchmarks}/**/*.h; do
     [[ $header != src/settingsfile/* ]] || continue # a header for all
     folders_of[${header##*/}]+=" ${header%%/*}"
 done
@@ -45,6 +45,7 @@ includes_of()
 
 for file in src/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in service/**/*.{h,cpp}; do check "$file" include; done
+for file in doctor/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in window/**/*.{h,cpp}; do check "$file" '@(bench|qml|simulator|include)'; done
 for file in bench/**/*.{h,cpp}; do check "$file" '@(qml|simulator|include)'; done
 

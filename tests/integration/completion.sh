@@ -1,5 +1,5 @@
 #!/bin/bash
-# Completes command lines of qzaudio-bench in bash: by calling the completion, with the functions of the package bash-completion about
+# Completes command lines of qzaudio-bench, and of qzaudio-doctor, in bash: by calling the completion, with the functions of the package bash-completion about
 # and without, and by typing in an interactive shell. What fits is asked from the program in other ways.
 #
 # Usage: completion.sh PROJECT BIN WORK
@@ -30,6 +30,10 @@ fi
 STUB
 chmod +x "$work/bin/qzaudio-bench"
 export BENCH=$bin/qzaudio-bench
+# shellcheck disable=SC2016 # for the stub
+printf '#!/bin/bash\nexec ${EMULATOR:-} "$DOCTOR" "$@"\n' >"$work/bin/qzaudio-doctor"
+chmod +x "$work/bin/qzaudio-doctor"
+export DOCTOR=$bin/qzaudio-doctor
 PATH=$work/bin:$PATH
 cd "$work/here"
 
@@ -179,3 +183,23 @@ typed '<play><my drives/long way.js>' 'qzaudio-bench play "my dr\tlo\t'
 typed '<play><--color=always><own.js>' 'qzaudio-bench play --co\t\b=al\town\t'
 typed '<play><--flash><my drives/><own.js>' 'qzaudio-bench play --fl\tmy\t own.js'
 typed '<focus><request><me><--hint><may-duck>' 'qzaudio-bench fo\treq\tme --hi\tma\t'
+
+# The doctor has options only.
+# shellcheck source=/dev/null
+. "$project/packaging/qzaudio-doctor.bash-completion"
+read -r -a registered < <(complete -p qzaudio-doctor)
+function=${registered[2]}
+# doctor_fits EXPECTED WORD: in this order
+doctor_fits()
+{
+    complete_words qzaudio-doctor "$2"
+    [[ ${COMPREPLY[*]} == "$1" ]] || fail "qzaudio-doctor $2: becomes ${COMPREPLY[*]} and not $1"
+}
+doctor_options=$("$work/bin/qzaudio-doctor" --help | sed -nE 's/^  (-., )?(--[a-z-]+).*/\2/p' | paste --serial --delimiters=' ')
+[[ $doctor_options == *--write-test* ]] || fail "the help of qzaudio-doctor tells the options $doctor_options"
+doctor_fits "$doctor_options" --
+doctor_fits --patience --p
+doctor_fits '' ''
+doctor_fits '' o
+complete_words "$work/bin/missing" --p
+[[ ! ${COMPREPLY[*]} ]] || fail "a doctor that is missing: becomes ${COMPREPLY[*]}"

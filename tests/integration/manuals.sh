@@ -92,8 +92,9 @@ printf '%s\n' "$endings" | while IFS=: read -r numbers _; do
 done
 compare qzaudio-bench "$(page qzaudio-bench)" "$help_of_bench"
 compare qzaudio-focusd "$(page qzaudio-focusd)" "$(${EMULATOR:-} "$bin/qzaudio-focusd" --help)"
+compare qzaudio-doctor "$(page qzaudio-doctor)" "$(${EMULATOR:-} "$bin/qzaudio-doctor" --help)"
 compare qzaudio-with-flash "$(page qzaudio-with-flash)" "$("$bin/qzaudio-with-flash" --help)"
-for program in qzaudio-bench qzaudio-focusd; do
+for program in qzaudio-bench qzaudio-doctor qzaudio-focusd; do
     version=$(${EMULATOR:-} "$bin/$program" --version)
     has_version $program "${version##* }"
 done

@@ -21,7 +21,7 @@ mkdir -p "$work"
 "$cmake" --install "$work/build"
 "$project/tests/integration/installed.sh" "$project" "$work/prefix" "$libdir" "$project/tests/integration/installed.txt"
 # The vendor's library stands where the dynamic linker looks anyway; a folder of this machine's must not get in front of it.
-for file in "$work/prefix/$libdir/libqzaudio.so.1" "$work/prefix/bin/qzaudio-focusd"; do
+for file in "$work/prefix/$libdir/libqzaudio.so.1" "$work/prefix/bin/qzaudio-doctor" "$work/prefix/bin/qzaudio-focusd"; do
     if readelf -d "$file" | grep -E "R(UN)?PATH"; then
         echo "$file has a run path"
         exit 1
@@ -34,3 +34,14 @@ prefix=-DCMAKE_PREFIX_PATH=$work/prefix
 "$cmake" -G Ninja -S "$project/tests/vendor/smoke" -B "$work/smoke" "$prefix" "-DSDK=$work/sdk" "$@"
 "$cmake" --build "$work/smoke"
 LD_LIBRARY_PATH=$work/prefix/$libdir:$work/sdk/lib ${EMULATOR:-} "$work/smoke/smoke"
+
+# The doctor names the vendor's library, and asks it. There is no bus here.
+status=0
+DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere LD_LIBRARY_PATH=$work/prefix/$libdir:$work/sdk/lib \
+    "$project/tools/with-flash" --dir "$work/flash" ${EMULATOR:-} "$work/prefix/bin/qzaudio-doctor" --patience 60 --write-test >"$work/doctor.txt" || status=$?
+cat "$work/doctor.txt"
+[ $status -eq 14 ] || [ "$(stat --file-system --format %T "$work")" = tmpfs ] || { echo "the doctor ends with $status" && exit 1; }
+for line in "library   good   version    .*$work/prefix/$libdir/libqzaudio\.so\." "platform  good   linked     $work/sdk/lib/libacmesound\.so\.7\$" \
+    "platform  good   answers    10 of 10 calls" "records   good   sizes      .*audio_ext_eq_parameter_t 564," "flash     [a-z]* *sync       "; do
+    grep -q "^$line" "$work/doctor.txt" || { echo "the doctor does not say: $line" && exit 1; }
+done

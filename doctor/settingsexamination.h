@@ -1,0 +1,9 @@
+#ifndef SETTINGSEXAMINATION_H
+#define SETTINGSEXAMINATION_H
+
+#include "finding.h"
+
+/// The settings file and what lies beside it: who holds the lock, and what dead writers left. Changes nothing, and takes no lock.
+Findings examineSettings();
+
+#endif
