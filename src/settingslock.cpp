@@ -102,8 +102,22 @@ bool tryKernelLock(int file)
 /// A child that is made while this process holds the lock, and lives on without exec, would hold it as well, for as long as it lives.
 std::atomic_int heldDescriptor{-1};
 
+/// Held for the moments in which a lock file is open that letGoInChild() does not know: fork() waits for their end.
+std::mutex unknownDescriptor;
+
+void waitBeforeFork()
+{
+    unknownDescriptor.lock();
+}
+
+void goOnAfterFork()
+{
+    unknownDescriptor.unlock();
+}
+
 void letGoInChild()
 {
+    unknownDescriptor.unlock();
     const int descriptor = heldDescriptor.exchange(-1);
     if (descriptor >= 0)
         ::close(descriptor);
@@ -142,7 +156,7 @@ SettingsLock::SettingsLock(Waiting waiting)
     : m_mayMakeFolder(waiting == Waiting::Allowed)
 {
     static std::once_flag once;
-    std::call_once(once, [] { ::pthread_atfork(nullptr, nullptr, letGoInChild); });
+    std::call_once(once, [] { ::pthread_atfork(waitBeforeFork, goOnAfterFork, letGoInChild); });
     acquire(waiting);
     if (m_hasRemovedOther && m_file.isOpen())
         sweepLeftovers();
@@ -154,7 +168,8 @@ SettingsLock::~SettingsLock()
         return;
     if (isHeld())
         ::unlink(lockPath().constData());
-    heldDescriptor = -1;
+    int own = m_file.number(); // another thread may hold the next lock by now
+    heldDescriptor.compare_exchange_strong(own, -1);
 }
 
 bool SettingsLock::isHeld() const
@@ -195,6 +210,7 @@ SettingsLock::Attempt SettingsLock::fail(const Failure &failure)
 SettingsLock::Attempt SettingsLock::create()
 {
     const QByteArray path = lockPath();
+    const std::lock_guard<std::mutex> guard(unknownDescriptor);
     m_file
         = FileDescriptor(untilNotInterrupted([&] { return ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR); }));
     if (!m_file.isOpen()) {
@@ -230,6 +246,7 @@ SettingsLock::Attempt SettingsLock::create()
 SettingsLock::Attempt SettingsLock::lookAtOther()
 {
     const QByteArray path = lockPath();
+    const std::lock_guard<std::mutex> guard(unknownDescriptor);
     const FileDescriptor other(untilNotInterrupted([&] { return ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     if (!other.isOpen()) {
         const int error = errno;
@@ -296,6 +313,7 @@ bool SettingsLock::hasLeftovers()
 
 void SettingsLock::sweepLeftovers() const
 {
+    const std::lock_guard<std::mutex> guard(unknownDescriptor);
     const FileDescriptor lockOfLock(::open(lockOfLockPath().constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (lockOfLock.isOpen() && tryKernelLock(lockOfLock.number()))
         ::unlink(lockOfLockPath().constData());

@@ -135,20 +135,12 @@ QStringList DoctorTest::asOrdinaryUser() const
     // bwrap makes what it has to above a mount for its own user only.
     const QStringList mounts{QStringLiteral("--tmpfs"), QStringLiteral("/media"), QStringLiteral("--dir"), QStringLiteral("/media/flash")};
     return QStringList{QStringLiteral("bwrap"), QStringLiteral("--dev-bind"), QStringLiteral("/"), QStringLiteral("/")} + mounts
-        + QStringList{QStringLiteral("--bind"), folder(), QStringLiteral("/media/flash/nvm")} + switchUser();
-}
-
-QStringList DoctorTest::switchUser()
-{
-    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups")};
+        + QStringList{QStringLiteral("--bind"), folder(), QStringLiteral("/media/flash/nvm")} + program::asNobody();
 }
 
 QString DoctorTest::whyNoOrdinaryUser()
 {
-    if (::geteuid() != 0)
-        return QStringLiteral("Only root can be another user");
-    const program::Run run = program::run(switchUser() + program::commandLine(QStringLiteral(DOCTOR), {QStringLiteral("--version")}));
-    return run.exitCode == 0 ? QString() : QStringLiteral("Other users may not run what is built here");
+    return program::whyNobodyCannotRun(QStringLiteral(DOCTOR));
 }
 
 Expected DoctorTest::wrong(int exitStatus, const char *area, const char *subject, const QString &text, const QJsonObject &facts)

@@ -58,7 +58,6 @@ protected:
     QStringList withFlash() const;
     /// The words in front of a command of an ordinary user's, who may enter the folders above folder().
     QStringList asOrdinaryUser() const;
-    static QStringList switchUser();
     /// Why nothing can be run as an ordinary user; empty where it can.
     static QString whyNoOrdinaryUser();
 

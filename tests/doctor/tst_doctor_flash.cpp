@@ -198,7 +198,7 @@ void FlashDoctorTest::folderThatMayNotBeEntered()
     const QString reason = whyNoOrdinaryUser();
     if (!reason.isEmpty())
         QSKIP(qPrintable(reason));
-    finds({withFlash() + switchUser(), {}, false}, {}, wrong(flashStatus, "flash", "folder", QStringLiteral("nobody may not enter /media/flash")));
+    finds({withFlash() + program::asNobody(), {}, false}, {}, wrong(flashStatus, "flash", "folder", QStringLiteral("nobody may not enter /media/flash")));
 }
 
 void FlashDoctorTest::settings_data()

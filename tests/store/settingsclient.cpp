@@ -10,6 +10,8 @@
  *   memory                           makes a store and prints how many kilobytes more the process has then had at most
  *   fork-while-saving                saves for ever while another thread makes 20 children, which live on for five
  *                                    seconds, and says so when all are there
+ *   fork-at-lock MOMENT              saves, and around one of its calls of flock() ("before-1", "after-1", "before-2", ...) another
+ *                                    thread makes a child, which lives on for five seconds, and kills this process
  *   latency N                        how long each of N saves took, as "p50 MICROSECONDS p99 MICROSECONDS"
  *   save-between-stops KEY TEXT      stops itself by kill(SIGSTOP) right before and right after saving Volume/KEY
  *   save-and-go-on KEY TEXT          the same, then prints "value TEXT" as it reads the key, and saves Volume/later = 1
@@ -38,10 +40,13 @@
 #include <QtCore/QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstddef>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -163,6 +168,16 @@ void printMemory()
     output() << highestMemory() - before << '\n';
 }
 
+/// In a child: who waits for the parent's output must not wait for this one.
+[[noreturn]] void stayWithoutOutput(unsigned int seconds)
+{
+    close(STDOUT_FILENO);
+    close(STDERR_FILENO);
+    alarm(seconds);
+    for (;;)
+        pause();
+}
+
 [[noreturn]] void forkWhileSaving()
 {
     constexpr int childCount = 20;
@@ -171,19 +186,64 @@ void printMemory()
     audio::AudioDataBase store;
     std::thread maker([] {
         for (int child = 0; child < childCount; ++child, usleep(microsecondsBetween)) {
-            if (fork() != 0)
-                continue;
-            // Who waits for the parent's output must not wait for them.
-            close(STDOUT_FILENO);
-            close(STDERR_FILENO);
-            alarm(lifeSeconds);
-            for (;;)
-                pause();
+            if (fork() == 0)
+                stayWithoutOutput(lifeSeconds);
         }
         output() << "children" << Qt::endl;
     });
     for (int value = 0;; ++value)
         store.setEqType(value);
+}
+
+/// Another thread forks around one of this thread's calls of flock(), and the process dies with the lock in its hand.
+struct ForkAtLock
+{
+    int callsLeft = 0; // until that one
+    bool isBefore = false;
+    bool isOver = false;
+    std::promise<void> moment;
+    std::promise<void> forked;
+    std::atomic_bool isForkLate{false}; // the library had it wait, as it should: then the one who forks kills
+};
+ForkAtLock *forkAtLock = nullptr;
+
+void forkNow()
+{
+    constexpr std::chrono::milliseconds patience(100);
+    forkAtLock->isOver = true;
+    forkAtLock->moment.set_value();
+    forkAtLock->isForkLate = forkAtLock->forked.get_future().wait_for(patience) != std::future_status::ready;
+}
+
+int lockWithForkNow(int file, int operation)
+{
+    if (forkAtLock->isBefore)
+        forkNow();
+    const auto outcome = static_cast<int>(syscall(SYS_flock, file, operation));
+    if (!forkAtLock->isBefore)
+        forkNow();
+    if (!forkAtLock->isForkLate)
+        kill(getpid(), SIGKILL);
+    return outcome;
+}
+
+void saveWithForkAtLock(const QString &moment)
+{
+    constexpr unsigned int lifeSeconds = 5;
+    ForkAtLock plan;
+    plan.callsLeft = moment.section(QLatin1Char('-'), 1).toInt();
+    plan.isBefore = moment.startsWith(QLatin1String("before"));
+    forkAtLock = &plan;
+    std::thread maker([&plan] {
+        plan.moment.get_future().wait();
+        if (fork() == 0)
+            stayWithoutOutput(lifeSeconds);
+        plan.forked.set_value();
+        if (plan.isForkLate)
+            kill(getpid(), SIGKILL);
+    });
+    audio::AudioDataBase().setEqType(1);
+    maker.join();
 }
 
 void saveBetweenStops(const QString &key, const QString &text)
@@ -288,6 +348,14 @@ private:
 
 } // namespace
 
+/// In the place of the C library's, also for the settings store.
+extern "C" __attribute__((visibility("default"))) int flock(int file, int operation) noexcept
+{
+    if (forkAtLock && !forkAtLock->isOver && --forkAtLock->callsLeft == 0)
+        return lockWithForkNow(file, operation);
+    return static_cast<int>(syscall(SYS_flock, file, operation));
+}
+
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -318,6 +386,8 @@ int main(int argc, char **argv)
         printMemory();
     } else if (command == QLatin1String("fork-while-saving") && argc == 2) {
         forkWhileSaving();
+    } else if (command == QLatin1String("fork-at-lock") && argc == 3) {
+        saveWithForkAtLock(words.at(2));
     } else if (command == QLatin1String("steps") && argc > 2) {
         takeSteps(words.mid(2));
     } else if (command == QLatin1String("come-and-go")) {

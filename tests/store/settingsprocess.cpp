@@ -12,6 +12,11 @@ QStringList settingsprocess::commandLine(const QStringList &arguments)
     return program::commandLine(QStringLiteral(SETTINGS_CLIENT), arguments);
 }
 
+QString settingsprocess::whyNobodyCannotRun()
+{
+    return program::whyNobodyCannotRun(QStringLiteral(SETTINGS_CLIENT));
+}
+
 program::Run settingsprocess::run(const QStringList &arguments, const QStringList &wrapper)
 {
     return program::run(wrapper + commandLine(arguments));

@@ -11,6 +11,9 @@ namespace settingsprocess
 
 QStringList commandLine(const QStringList &arguments);
 
+/// Why "nobody" cannot run it; empty where that user can.
+QString whyNobodyCannotRun();
+
 /// @p wrapper is a command that the program is started by, for example in a mount namespace of its own.
 program::Run run(const QStringList &arguments, const QStringList &wrapper = {});
 

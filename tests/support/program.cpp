@@ -2,6 +2,8 @@
 
 #include <QtCore/QElapsedTimer>
 
+#include <unistd.h>
+
 namespace
 {
 
@@ -29,6 +31,19 @@ QString program::forShell(const QStringList &commandLine)
     QStringList quoted = commandLine;
     quoted.replaceInStrings(QStringLiteral("'"), QStringLiteral("'\\''"));
     return QLatin1Char('\'') + quoted.join(QStringLiteral("' '")) + QLatin1Char('\'');
+}
+
+QStringList program::asNobody()
+{
+    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups")};
+}
+
+QString program::whyNobodyCannotRun(const QString &file)
+{
+    if (::geteuid() != 0)
+        return QStringLiteral("Only root can be another user");
+    const Run readable = run(asNobody() + QStringList{QStringLiteral("test"), QStringLiteral("-r"), file});
+    return readable.exitCode == 0 ? QString() : QStringLiteral("Other users may not run what is built here");
 }
 
 void program::start(QProcess &process, const QStringList &commandLine)

@@ -16,6 +16,11 @@ QStringList commandLine(const QString &file, const QStringList &arguments = {});
 /// A command line as text, for a shell; the tree may stand in a folder with blanks in its name.
 QString forShell(const QStringList &commandLine);
 
+/// The words in front of a command that "nobody" runs.
+QStringList asNobody();
+/// Why that user cannot run @p file; empty where it can. It may not enter the folder of another user's build.
+QString whyNobodyCannotRun(const QString &file);
+
 /// A run from start to end, on the same flash as the test.
 struct Run
 {
