@@ -14,7 +14,7 @@ ln -s "$project/platform" "$work/sdk/include"
 ln -s "$build"/lib/libqzaudio_simulator.so* "$work/sdk/lib"
 for copy in first second-and-longer; do
     mkdir -p "$work/$copy/source"
-    for part in CMakeLists.txt README.md cmake dbus include packaging src; do
+    for part in CMakeLists.txt README.md cmake dbus doctor include packaging src; do
         cp -r "$project/$part" "$work/$copy/source/"
     done
     CCACHE_DISABLE=1 "$cmake" -G Ninja -S "$work/$copy/source" -B "$work/$copy/build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
