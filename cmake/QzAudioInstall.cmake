@@ -7,6 +7,16 @@ function(qzaudio_install_manual program component)
     qzaudio_install_filled(${PROJECT_SOURCE_DIR}/packaging/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${component} COMPRESSED)
 endfunction()
 
+# qzaudio_install_completion(SOURCE PROGRAM COMPONENT): packaging/qzaudio-SOURCE.bash-completion, where the package bash-completion looks
+# for PROGRAM's.
+function(qzaudio_install_completion source program component)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/qzaudio-${source}.bash-completion
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME ${program}
+        COMPONENT ${component}
+    )
+endfunction()
+
 # qzaudio_find_siblings(TARGET FOLDER): TARGET, which is installed to FOLDER, finds the libraries that are installed with it.
 get_filename_component(library_folder ${CMAKE_INSTALL_LIBDIR} ABSOLUTE BASE_DIR /prefix)
 function(qzaudio_find_siblings target folder)
@@ -109,12 +119,8 @@ if(QZAUDIO_WITH_QML)
         FILES_MATCHING PATTERN "*.js"
     )
     install(PROGRAMS tools/with-flash DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME qzaudio-with-flash COMPONENT tools)
-    # Where the package bash-completion looks for it.
-    install(FILES packaging/qzaudio-bench.bash-completion
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-        RENAME qzaudio-bench
-        COMPONENT tools
-    )
+    qzaudio_install_completion(bench qzaudio-bench tools)
+    qzaudio_install_completion(options qzaudio-with-flash tools)
     qzaudio_install_manual(qzaudio-bench tools)
     qzaudio_install_manual(qzaudio-with-flash tools)
 endif()
@@ -127,23 +133,16 @@ if(TARGET qzaudio-desk)
     install(FILES packaging/qzaudio-desk.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desk)
     install(FILES packaging/qzaudio-desk.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT desk)
     install(FILES packaging/qzaudio-desk.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT desk)
-    install(FILES packaging/qzaudio-desk.bash-completion
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-        RENAME qzaudio-desk
-        COMPONENT desk
-    )
+    qzaudio_install_completion(desk qzaudio-desk desk)
     qzaudio_install_manual(qzaudio-desk desk)
 endif()
 if(QZAUDIO_WITH_SERVICE)
     qzaudio_find_siblings(qzaudio-focusd ${CMAKE_INSTALL_BINDIR})
+    qzaudio_install_completion(options qzaudio-focusd tools)
     qzaudio_install_manual(qzaudio-focusd tools)
 endif()
 qzaudio_find_siblings(qzaudio-doctor ${CMAKE_INSTALL_BINDIR})
-install(FILES packaging/qzaudio-doctor.bash-completion
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-    RENAME qzaudio-doctor
-    COMPONENT tools
-)
+qzaudio_install_completion(options qzaudio-doctor tools)
 qzaudio_install_manual(qzaudio-doctor tools)
 
 # The documents in the shape of the sources, so that their links lead to the same ones. Only the scenarios stand elsewhere, if at all.

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Completes command lines of qzaudio-bench, and of qzaudio-doctor, in bash: by calling the completion, with the functions of the package bash-completion about
-# and without, and by typing in an interactive shell. What fits is asked from the program in other ways.
+# Completes command lines of qzaudio-bench in bash: by calling the completion, with the functions of the package bash-completion about and
+# without, and by typing in an interactive shell. What fits is asked from the program in other ways. Then those of the other programs.
 #
 # Usage: completion.sh PROJECT BIN WORK
 set -euo pipefail
@@ -30,10 +30,12 @@ fi
 STUB
 chmod +x "$work/bin/qzaudio-bench"
 export BENCH=$bin/qzaudio-bench
-# shellcheck disable=SC2016 # for the stub
-printf '#!/bin/bash\nexec ${EMULATOR:-} "$DOCTOR" "$@"\n' >"$work/bin/qzaudio-doctor"
-chmod +x "$work/bin/qzaudio-doctor"
-export DOCTOR=$bin/qzaudio-doctor
+for program in qzaudio-doctor qzaudio-focusd; do
+    # shellcheck disable=SC2016 # for the stub
+    printf '#!/bin/bash\nexec ${EMULATOR:-} "%s" "$@"\n' "$bin/$program" >"$work/bin/$program"
+    chmod +x "$work/bin/$program"
+done
+ln -s "$bin/qzaudio-with-flash" "$work/bin"
 PATH=$work/bin:$PATH
 cd "$work/here"
 
@@ -184,22 +186,24 @@ typed '<play><--color=always><own.js>' 'qzaudio-bench play --co\t\b=al\town\t'
 typed '<play><--flash><my drives/><own.js>' 'qzaudio-bench play --fl\tmy\t own.js'
 typed '<focus><request><me><--hint><may-duck>' 'qzaudio-bench fo\treq\tme --hi\tma\t'
 
-# The doctor has options only.
+# These have options only, and qzaudio-with-flash another program's command line behind them.
 # shellcheck source=/dev/null
-. "$project/packaging/qzaudio-doctor.bash-completion"
-read -r -a registered < <(complete -p qzaudio-doctor)
-function=${registered[2]}
-# doctor_fits EXPECTED WORD: in this order
-doctor_fits()
+. "$project/packaging/qzaudio-options.bash-completion"
+# option_fits EXPECTED PROGRAM WORD: in this order
+option_fits()
 {
-    complete_words qzaudio-doctor "$2"
-    [[ ${COMPREPLY[*]} == "$1" ]] || fail "qzaudio-doctor $2: becomes ${COMPREPLY[*]} and not $1"
+    complete_words "$2" "$3"
+    [[ ${COMPREPLY[*]} == "$1" ]] || fail "$2 $3: becomes ${COMPREPLY[*]} and not $1"
 }
-doctor_options=$("$work/bin/qzaudio-doctor" --help | sed -nE 's/^  (-., )?(--[a-z-]+).*/\2/p' | paste --serial --delimiters=' ')
-[[ $doctor_options == *--write-test* ]] || fail "the help of qzaudio-doctor tells the options $doctor_options"
-doctor_fits "$doctor_options" --
-doctor_fits --patience --p
-doctor_fits '' ''
-doctor_fits '' o
-complete_words "$work/bin/missing" --p
-[[ ! ${COMPREPLY[*]} ]] || fail "a doctor that is missing: becomes ${COMPREPLY[*]}"
+for program in qzaudio-doctor qzaudio-focusd qzaudio-with-flash; do
+    read -r -a registered < <(complete -p $program)
+    function=${registered[-2]}
+    options=$($program --help | grep -oE '^  (-., )?--[a-z-]+' | grep -oE -e '--.*' | paste --serial --delimiters=' ')
+    [[ $options == *--help* ]] || fail "the help of $program tells the options $options"
+    option_fits "$options" $program --
+    option_fits '' $program ''
+    option_fits '' $program o
+    option_fits '' "$work/bin/missing" --
+done
+option_fits --patience qzaudio-doctor --p
+option_fits --size qzaudio-with-flash --s
