@@ -54,7 +54,7 @@ void Player::turnVolume(bool up)
     ZelAudioManager::instance()->updateCurrentAudioVolume(up);
 }
 
-// Requests and abandons nothing by itself: the manager holds its lock while it tells, and would wait for itself for ever.
+// Requests and abandons nothing by itself: AudioManager holds its lock while it tells, and would wait for itself for ever.
 void Player::onAudioFocusChange(int focusChange)
 {
     switch (focusChange) {
