@@ -3,7 +3,8 @@
 
     ./bus-client.py music
 
-Needs the Debian packages python3-dbus and python3-gi. Exit status: 0 after the loss; 1 where focus was denied, or nobody answers."""
+Needs the Debian packages python3-dbus and python3-gi, and a session bus with the focus daemon; examples/README.md tells how to get one.
+Exit status: 0 after the loss; 1 where focus was denied, or nobody answers."""
 
 import sys
 

@@ -3,6 +3,7 @@
  *
  *     ./bus-client music
  *
+ * Needs a session bus with the focus daemon; examples/README.md tells how to get one.
  * Exit status: 0 after the loss; 1 where focus was denied, or nobody answers.
  */
 

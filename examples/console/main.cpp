@@ -42,7 +42,7 @@ int show()
     return 0;
 }
 
-/// Heard at once, and saved.
+/// Heard at once, and saved. This starts up the audio here, too; a manager in another process goes on with the volumes that it has.
 int set(const QString &name, const QString &value)
 {
     const int type = names().indexOf(name);
