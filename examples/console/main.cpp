@@ -1,8 +1,10 @@
 /*
  * C++ alone, without a window: shows the six stored volumes, or sets one.
  *
- *     qzaudio-with-flash ./volumes
- *     qzaudio-with-flash ./volumes telephony 12
+ *     qzaudio-with-flash --dir flash ./volumes
+ *     qzaudio-with-flash --dir flash ./volumes telephony 12
+ *
+ * The folder "flash" keeps the settings from one to the next.
  *
  * Exit status: 0; 2 for arguments that make no sense.
  */

@@ -60,7 +60,7 @@ public:
     {
     }
 
-    /// False where there is a call already, in another application.
+    /// False where there is a call already.
     bool ring()
     {
         if (!request(AUDIOFOCUS_GAIN_TRANSIENT))

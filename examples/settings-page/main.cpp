@@ -1,7 +1,9 @@
 /*
  * A settings page: equalizer, fade and balance.
  *
- *     qzaudio-with-flash ./settings-page
+ *     qzaudio-with-flash --dir flash ./settings-page
+ *
+ * The folder "flash" keeps the settings for the next start.
  */
 
 #include "soundsettings.h"
