@@ -50,7 +50,7 @@ public:
         MainIm = 7, ///< "main_im"
     };
 
-    /// Equalizer preset, 0 to 6. Addressed by value only.
+    /// Equalizer mode, 0 to 6: a curve of the facade. Addressed by value only.
     enum EqMode : int {};
 
     /// Subwoofer curve, 0 or 1. Addressed by value only.
@@ -221,9 +221,9 @@ public:
 
     // Equalizer and loudness ------------------------------------------------------------------------------------------------
 
-    /// Applies a preset, 0 to 6, through the platform's short record (its first eight gains). Others: "input eq mode error".
+    /// Applies a mode's curve, 0 to 6, through the platform's short record (its first eight gains). Others: "input eq mode error".
     void setEqMode(EqMode mode);
-    /// The sixteen gains of a preset in dB, truncated toward zero; empty for a mode outside 0..6.
+    /// The sixteen gains of a mode's curve in dB, truncated toward zero; empty for a mode outside 0..6.
     QList<int> getEqGain(EqMode mode);
     /// The nine gains of a subwoofer curve in dB; empty for a mode outside 0..1.
     QList<int> getSubGain(SubMode mode);

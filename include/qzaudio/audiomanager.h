@@ -46,7 +46,7 @@ public:
      * @param durationHint 1 GAIN, 2 GAIN_TRANSIENT, 3 GAIN_TRANSIENT_MAY_DUCK, 4 GAIN_TRANSIENT_EXCLUSIVE; any other value is
      *        denied with "Invalid duration hint, audio focus request denied" in the log
      * @param listener told of later changes, not of this grant; not owned; null is a client with an empty id
-     * @return 0 granted, 1 failed; the listener stays registered even then
+     * @return 0 granted, 1 failed; the listener stays registered even then, unless the hint was denied
      *
      * The first listener registered under an id keeps it until that id abandons.
      */

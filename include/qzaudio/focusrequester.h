@@ -14,12 +14,12 @@ class IAudioFocusDispatcher;
 
 /// Focus change codes. The gains are also the valid duration hints of a request; the losses are what a holder is told.
 enum AudioFocusChange : int {
-    AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK = -3, ///< lost for a short while; the holder may go on, more quietly
-    AUDIOFOCUS_LOSS_TRANSIENT = -2, ///< lost for a short while; the holder pauses
-    AUDIOFOCUS_LOSS = -1, ///< lost for long; the holder stops
+    AUDIOFOCUS_LOSS_TRANSIENT_CAN_DUCK = -3, ///< lost for a while; the holder may go on, more quietly
+    AUDIOFOCUS_LOSS_TRANSIENT = -2, ///< lost for a while; the holder pauses
+    AUDIOFOCUS_LOSS = -1, ///< lost for good; the holder stops
     AUDIOFOCUS_NONE = 0, ///< no change; as the hint of the holder: nobody holds focus
-    AUDIOFOCUS_GAIN = 1, ///< gained for long; others are told LOSS
-    AUDIOFOCUS_GAIN_TRANSIENT = 2, ///< gained for a short while; others are told LOSS_TRANSIENT
+    AUDIOFOCUS_GAIN = 1, ///< gained for good; others are told LOSS
+    AUDIOFOCUS_GAIN_TRANSIENT = 2, ///< gained for a while; others are told LOSS_TRANSIENT
     AUDIOFOCUS_GAIN_TRANSIENT_MAY_DUCK = 3, ///< the same, and others are told LOSS_TRANSIENT_CAN_DUCK
     AUDIOFOCUS_GAIN_TRANSIENT_EXCLUSIVE = 4, ///< the same, and others are told LOSS_TRANSIENT
 };
