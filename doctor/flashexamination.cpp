@@ -89,12 +89,14 @@ public:
         const bool isWritable = lookAtRights();
         lookAtMount();
         lookAtRoom();
-        if (!m_mayWrite)
-            add(Finding::Grade::Note, "sync", QStringLiteral("not tried; --write-test writes a file there and waits for the flash"));
-        else if (isWritable && m_folder == SettingsFile::folder())
-            write();
-        else if (isWritable)
+        if (!isWritable)
+            add(Finding::Grade::Note, "sync", QStringLiteral("not tried: nothing can be written there"));
+        else if (m_folder != SettingsFile::folder())
             add(Finding::Grade::Note, "sync", QStringLiteral("not tried: the folder is not there"));
+        else if (!m_mayWrite)
+            add(Finding::Grade::Note, "sync", QStringLiteral("not tried; --write-test writes a file there and waits for the flash"));
+        else
+            write();
         return m_findings;
     }
 
@@ -151,7 +153,9 @@ private:
                                 {QStringLiteral("mountPoint"), m_mount.point},
                                 {QStringLiteral("options"), m_mount.options}};
         const QString told = QStringLiteral("%1 of %2, mounted at %3").arg(m_mount.type, m_mount.device, m_mount.point);
-        if (m_mount.isVolatile())
+        if (m_mount.point.isEmpty())
+            add(Finding::Grade::Note, "lasting", QStringLiteral("the kernel does not tell what is mounted there"), facts);
+        else if (m_mount.isVolatile())
             add(Finding::Grade::Wrong, "lasting", told + QStringLiteral(": in memory, gone with the power"), facts);
         else if (m_mount.type == QLatin1String("overlay"))
             add(Finding::Grade::Note, "lasting", told + QStringLiteral(": lasts as long as its upper folder"), facts);

@@ -65,7 +65,7 @@ int examine(const Options &options)
     findings += examinePlatform(options.patienceMs);
     findings += examineRecords();
     findings += examineFlash(options.writeTest, options.patienceMs);
-    findings += examineSettings();
+    findings += examineSettings(options.patienceMs);
     findings += examineBuses(options.patienceMs);
     findings += examineLog();
     return show(options.json ? Report::json(findings) : Report::text(findings, columns()).toLocal8Bit(), exitStatusOf(findings));

@@ -1,13 +1,20 @@
 #include "settingsexamination.h"
 
+#include "childprocess.h"
 #include "lockholder.h"
 
 #include <settingsfile.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QList>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
+
+#include <algorithm>
+#include <unistd.h>
 
 namespace
 {
@@ -16,9 +23,57 @@ constexpr qint64 largest = qint64(1024) * 1024; // the store reads no more
 constexpr qint64 longestSaveS = 1; // so long others wait; then they are refused
 constexpr qint64 longestHoldingS = 30; // then the lock of a process that hangs is taken away
 
+/// Whether a line stands by itself: QSettings takes what is left open for a value that goes on in the next line, the store leaves it out.
+bool isWhole(const QByteArray &line)
+{
+    bool isQuoted = false;
+    int position = 0;
+    for (; position < line.size() && (isQuoted || line.at(position) != ';'); ++position) {
+        const char letter = line.at(position);
+        if (letter == '\\')
+            ++position;
+        else if (letter == '"')
+            isQuoted = !isQuoted;
+    }
+    return !isQuoted && position <= line.size();
+}
+
+/// Whether each object in a line is of a type that has one size, as QSettings writes it; an object of another type may be larger than any memory.
+bool isOfFixedSize(const QByteArray &line)
+{
+    static const QRegularExpression another(QStringLiteral("@Variant\\((?!\\\\0\\\\0\\\\0\\\\(a|x([1-6ef]|1[03-9a]|8[1-7])(?![0-9a-f])))"));
+    return !line.contains('@') || !another.match(QString::fromLatin1(line)).hasMatch();
+}
+
+/// As the store sees it, which leaves each other line out.
+bool areSettings(QByteArray content)
+{
+    const QList<QByteArray> lines = content.replace('\r', '\n').split('\n');
+    // Behind the last end there may have been more of a line.
+    const QByteArray rest = lines.last().trimmed();
+    return (rest.isEmpty() || rest.startsWith(';'))
+        && std::all_of(lines.cbegin(), lines.cend(), [](const QByteArray &line) { return isWhole(line) && isOfFixedSize(line); });
+}
+
+constexpr char hasDamage[] = " damage";
+
+/// In the process of its own: QSettings makes whatever object a value describes.
+void readSettings(const QString &file, const ChildProcess::Tell &tell)
+{
+    const QSettings settings(file, QSettings::IniFormat);
+    tell(QByteArray::number(settings.allKeys().size()));
+    if (settings.status() != QSettings::NoError)
+        tell(hasDamage);
+}
+
 class Examination
 {
 public:
+    explicit Examination(int patienceMs)
+        : m_patienceMs(patienceMs)
+    {
+    }
+
     Findings findings()
     {
         lookAtFile();
@@ -37,7 +92,9 @@ private:
     {
         const QFileInfo file(SettingsFile::path());
         const QJsonObject facts{{QStringLiteral("file"), file.filePath()}, {QStringLiteral("bytes"), static_cast<double>(file.size())}};
-        if (!file.exists())
+        if (::access(SettingsFile::nativeFolder, X_OK) != 0)
+            add(Finding::Grade::Note, "file", QStringLiteral("there is none that this user can reach: all settings have their defaults"), facts);
+        else if (!file.exists())
             add(Finding::Grade::Note, "file", QStringLiteral("there is none yet: all settings have their defaults"), facts);
         else if (!file.isFile()) // a pipe would be waited for
             add(Finding::Grade::Wrong, "file", QStringLiteral("%1 is no file").arg(file.filePath()), facts);
@@ -52,15 +109,18 @@ private:
             lookAtContent(file, facts);
     }
 
-    void lookAtContent(const QFileInfo &file, QJsonObject facts)
+    void lookAtContent(const QFileInfo &info, QJsonObject facts)
     {
-        const QSettings settings(file.filePath(), QSettings::IniFormat);
-        const int count = settings.allKeys().size();
-        facts.insert(QStringLiteral("settings"), count);
-        if (settings.status() != QSettings::NoError)
-            add(Finding::Grade::Wrong, "file", QStringLiteral("%1 has lines that are no settings").arg(file.filePath()), facts);
+        QFile file(info.filePath());
+        const bool isOpen = file.open(QIODevice::ReadOnly);
+        const ChildProcess::Outcome outcome = ChildProcess::run([&info](const ChildProcess::Tell &tell) { readSettings(info.filePath(), tell); }, m_patienceMs);
+        const int count = outcome.told.split(' ').first().toInt();
+        if (outcome.isWhole)
+            facts.insert(QStringLiteral("settings"), count);
+        if (!outcome.isWhole || outcome.told.endsWith(hasDamage) || !isOpen || !areSettings(file.read(largest)))
+            add(Finding::Grade::Wrong, "file", QStringLiteral("%1 has lines that are no settings").arg(info.filePath()), facts);
         else
-            add(Finding::Grade::Good, "file", QStringLiteral("%1 has %2 settings in %3 bytes").arg(file.filePath()).arg(count).arg(file.size()), facts);
+            add(Finding::Grade::Good, "file", QStringLiteral("%1 has %2 settings in %3 bytes").arg(info.filePath()).arg(count).arg(info.size()), facts);
     }
 
     void lookAtLock()
@@ -130,12 +190,13 @@ private:
         }
     }
 
+    int m_patienceMs;
     Findings m_findings;
 };
 
 } // namespace
 
-Findings examineSettings()
+Findings examineSettings(int patienceMs)
 {
-    return QFileInfo(SettingsFile::folder()).isDir() ? Examination().findings() : Findings();
+    return Examination(patienceMs).findings();
 }

@@ -126,6 +126,14 @@ void FlashDoctorTest::flash_data()
         {QStringList(onDisk) << QStringLiteral("--read-only"), {}, false},
         writeTest(),
         wrong(flashStatus, "flash", "writable", QStringLiteral("/media/flash/nvm is mounted read-only"), {{QStringLiteral("writable"), false}}));
+    row("read-only, not written to",
+        {QStringList(onDisk) << QStringLiteral("--read-only"), {}, false},
+        writeTest(),
+        inMemory(note("flash", "sync", QStringLiteral("not tried: nothing can be written there"))));
+    row("mounted nobody knows where",
+        {words("bwrap --dev-bind / / --tmpfs /media --bind %1 /media/flash/nvm --ro-bind /dev/null /proc/self/mountinfo"), {}, false},
+        noArguments,
+        note("flash", "lasting", QStringLiteral("the kernel does not tell what is mounted there")));
     row("nearly full",
         {{withFlash, QStringLiteral("--size"), QStringLiteral("8192")}, {}, false},
         noArguments,
@@ -141,6 +149,10 @@ void FlashDoctorTest::flash_data()
         noArguments,
         note("flash", "folder", QStringLiteral("/media/flash/nvm is not there; the first save makes it in /media/flash")));
     row("none yet, not written to", {noFolder, {}, false}, writeTest(), note("flash", "sync", QStringLiteral("not tried: the folder is not there")));
+    row("none yet, and no settings",
+        {noFolder, {}, false},
+        noArguments,
+        note("settings", "file", QStringLiteral("there is none that this user can reach: all settings have their defaults")));
     row("something else in its place",
         {notAFolder, {}, false},
         noArguments,
@@ -199,6 +211,11 @@ void FlashDoctorTest::folderThatMayNotBeEntered()
     if (!reason.isEmpty())
         QSKIP(qPrintable(reason));
     finds({withFlash() + program::asNobody(), {}, false}, {}, wrong(flashStatus, "flash", "folder", QStringLiteral("nobody may not enter /media/flash")));
+    QVERIFY(write(QStringLiteral("audioData.db"), "[Volume]\n0=20\n"));
+    QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0700), 0);
+    Expected settings = note("settings", "file", QStringLiteral("there is none that this user can reach"));
+    settings.exitStatus = flashStatus;
+    finds({asOrdinaryUser(), {}, false}, {}, settings);
 }
 
 void FlashDoctorTest::settings_data()
@@ -215,8 +232,17 @@ void FlashDoctorTest::settings_data()
                                       {{QStringLiteral("settings"), 2}});
     QTest::newRow("no settings") << QStringLiteral("of somebody else") << QByteArray()
                                  << note("settings", "file", QStringLiteral("there is none yet: all settings have their defaults"));
-    QTest::newRow("damaged") << file << QByteArray("[Volume]\n0=20\nno setting\n")
-                             << wrong(settingsStatus, "settings", "file", QStringLiteral("/media/flash/nvm/audioData.db has lines that are no settings"));
+    const Expected damaged = wrong(settingsStatus, "settings", "file", QStringLiteral("/media/flash/nvm/audioData.db has lines that are no settings"));
+    QTest::newRow("damaged") << file << QByteArray("[Volume]\n0=20\nno setting\n") << damaged;
+    QTest::newRow("last line without its end") << file << QByteArray("[Volume]\n0=20\n1=30") << damaged;
+    QTest::newRow("open quotation mark") << file << QByteArray("[Volume]\n0=\"20\n1=30\n2=22\n") << damaged;
+    QTest::newRow("backslash at an end") << file << QByteArray("[Volume]\n0=20\\\n1=30\n") << damaged;
+    QTest::newRow("what is no damage") << file << QByteArray("[Volume]\r\n0=20 ; \"\r\n1=\"3\\\"0\"\r\n; by hand\\")
+                                       << good("settings", "file", QStringLiteral("has 2 settings in "));
+    QTest::newRow("object that no memory holds") << file << QByteArray("[Volume]\n0=20\n1=@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)\n") << damaged;
+    QTest::newRow("object of a program") << file << QByteArray("[Volume]\n0=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\x2x\\0)\n") << damaged;
+    QTest::newRow("numbers as objects") << file << QByteArray("[Volume]\n0=@Variant(\\0\\0\\0\\x87\\x41\\xa0\\0\\0)\n1=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x14)\n")
+                                        << good("settings", "file", QStringLiteral("has 2 settings in "));
     QTest::newRow("too large") << file << QByteArray(1024 * 1024 + 1, '\n')
                                << wrong(settingsStatus, "settings", "file", QStringLiteral("has 1048577 bytes: taken for damaged, the first 1048576 count"));
     QTest::newRow("not too large") << file << QByteArray(1024 * 1024, '\n') << good("settings", "file", QStringLiteral("0 settings in 1048576 bytes"));
