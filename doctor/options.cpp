@@ -66,7 +66,8 @@ QString Options::help(int columns)
     tell("It changes nothing without --write-test: of the platform only calls that ask are made, and no service is started.");
     list(QStringLiteral("--write-test"), QStringLiteral("also write a file into the settings' folder as a save does, wait for the flash, and remove the file"));
     list(QStringLiteral("--patience SECONDS"),
-         QStringLiteral("how long each answer of the platform and of a bus, and the flash, may take; %1 without it").arg(Options().patienceMs / msPerSecond));
+         QStringLiteral("how long the flash, and each answer of the platform and of a bus, may take: 1 to %1, %2 by default")
+             .arg(QString::number(longestPatienceS), QString::number(Options().patienceMs / msPerSecond)));
     list(QStringLiteral("--json"), QStringLiteral("print one JSON object instead of lines"));
     list(QStringLiteral("-h, --help"), QStringLiteral("show this text"));
     list(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
