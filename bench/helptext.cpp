@@ -97,6 +97,7 @@ QString exitStatuses(const QVector<const Command *> &commands)
         QStringList clauses;
         for (; ending != endings.cend() && ending->status == status; ++ending)
             clauses.append(ending->when);
+        clauses.removeDuplicates(); // commands may end for the same reason
         statuses.append(QString::number(status) + QLatin1Char(' ') + joined(clauses));
     }
     return fitted(QStringLiteral("Exit status: %1.\n").arg(statuses.join(QLatin1String("; "))));

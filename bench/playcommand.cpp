@@ -165,7 +165,7 @@ QString PlayCommand::details() const
 {
     return QStringLiteral("Plays scenarios in JavaScript: files, all that are in a folder, the standard input (-), or the names of those that come with "
                           "the bench. Shows the drive as the driver hears it: each situation, what is heard at the driver's ear (left front, without the "
-                          "equalizer; 0 dB is the loudest that the unit can be) and why. Several are played one after the other, --brief, with one verdict.\n"
+                          "equalizer; 0 dB is the loudest that the unit can be) and why. Several are played as with --brief, and end with one verdict.\n"
                           "\n"
                           "Each plays on a unit and a flash of its own, which are gone afterwards. --flash keeps the settings of one run for the next; "
                           "%1 is the library's own folder.\n"

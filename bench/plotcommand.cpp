@@ -145,9 +145,8 @@ QString PlotCommand::details() const
     return QStringLiteral(
         "Draws on the terminal, as wide as it is, or into a file. The subjects:\n"
         "\n"
-        "  equalizer [CURVE]...      responses from 20 Hz to 20 kHz, in one chart: mode0 to mode6 (the facade's),\n"
-        "                            preset0 to preset6 (the settings store's), a scenario or log; without\n"
-        "                            any: the modes and the presets side by side\n"
+        "  equalizer [CURVE]...      responses from 20 Hz to 20 kHz, in one chart: mode0 to mode6 (the facade's), preset0 to preset6 (the settings "
+        "store's), a scenario or log; without any: the modes and the presets side by side\n"
         "  fade                      the car from above, and what each setting of fade and balance does\n"
         "  timeline SCENARIO|LOG     what held when in a drive, and how loud each source was\n"
         "  policy                    statuses and channels with their volume types\n"

@@ -107,6 +107,10 @@ void BenchHelpTest::overview()
     QVERIFY2(text.simplified().endsWith(QLatin1String("Exit status: 0 success; 2 a mistake on the command line, too much fruit, or output that cannot "
                                                       "be written; 3 no fruit; 130 interrupted.")),
              qPrintable(text));
+    CommandList alike;
+    for (int count = 0; count < 2; ++count)
+        alike.push_back(std::make_unique<MixCommand>());
+    QCOMPARE(HelpText::overview(alike).count(QLatin1String("no fruit")), 1);
 }
 
 void BenchHelpTest::exitStatuses()
@@ -234,6 +238,8 @@ void BenchHelpTest::everyCommand()
         QCOMPARE(findCommand(own, command->name()), command.get());
         QVERIFY2(!command->summary().isEmpty() && !command->details().isEmpty(), qPrintable(command->name()));
         QVERIFY2(command->details().endsWith(QLatin1Char('\n')), qPrintable(command->name()));
+        // Lists are broken to the width: what goes on in a line of its own would stand below the names.
+        QVERIFY2(!command->details().contains(QLatin1String("\n         ")), qPrintable(command->name()));
     }
 }
 
