@@ -153,7 +153,8 @@ private:
 
     void lookAtHeldLock(const QFileInfo &lock, const LockHolder &holder, qint64 seconds, const QJsonObject &facts)
     {
-        const QString who = QStringLiteral("process %1 (%2, lock file of %3)").arg(QString::number(holder.process), holder.program, lock.owner());
+        const QString who = QStringLiteral("process %1 (%2, lock file of %3)")
+                                .arg(QString::number(holder.process), holder.program.isEmpty() ? QStringLiteral("?") : holder.program, lock.owner());
         // Nobody holds a lock in the future, but where the clock was set.
         if (qAbs(seconds) > longestHoldingS)
             add(Finding::Grade::Wrong,

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void heldLock_data();
     void heldLock();
     void heldByAnotherUser();
+    void heldBySomebodyUnknown();
     void deadProcessOfAnotherUser_data();
     void deadProcessOfAnotherUser();
 
@@ -316,6 +317,22 @@ void FlashDoctorTest::heldByAnotherUser()
                 "lock",
                 QStringLiteral(", lock file of root) has been saving for 1"),
                 {{QStringLiteral("process"), static_cast<int>(::getpid())}, {QStringLiteral("owner"), QStringLiteral("root")}}));
+}
+
+/// As where a user may not see other users' processes.
+void FlashDoctorTest::heldBySomebodyUnknown()
+{
+    const SavingProcess process(pathOf(lockName));
+    QVERIFY(process.isSaving());
+    QVERIFY(setAge(lockName, 3600));
+    const QStringList nameless{QStringLiteral("bwrap"),
+                               QStringLiteral("--dev-bind"),
+                               QStringLiteral("/"),
+                               QStringLiteral("/"),
+                               QStringLiteral("--ro-bind"),
+                               QStringLiteral("/dev/null"),
+                               QStringLiteral("/proc/%1/comm").arg(::getpid())};
+    finds({withFlash() + nameless, {}, false}, {}, wrong(settingsStatus, "settings", "lock", QStringLiteral("process %1 (?, lock file of ").arg(::getpid())));
 }
 
 void FlashDoctorTest::deadProcessOfAnotherUser_data()
