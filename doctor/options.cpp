@@ -87,5 +87,5 @@ QString Options::help(int columns)
         if (row.exitStatus != 0)
             listStatus(row.exitStatus, QStringLiteral("%1: %2").arg(QLatin1String(row.name), QLatin1String(row.meaning)));
     }
-    return text + QStringLiteral("Of several the first one.\n");
+    return text + QStringLiteral("Of several areas, the first one's.\n");
 }
