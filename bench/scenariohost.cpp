@@ -5,6 +5,7 @@
 #include "qmlaudiofocus.h"
 #include "scenariostack.h"
 #include "scriptcall.h"
+#include "scriptnames.h"
 #include "settingsfile.h"
 #include "timeline.h"
 
@@ -259,7 +260,8 @@ QString ScenarioHost::variableFor(const QString &clientId)
     if (wanted.isEmpty() || wanted.at(0).isDigit())
         wanted.prepend(QStringLiteral("client"));
     const auto isTaken = [this](const QString &name) {
-        return std::any_of(m_focusClients.cbegin(), m_focusClients.cend(), [&name](const FocusClient &other) { return other.variable == name; });
+        return scriptnames::isTaken(name)
+            || std::any_of(m_focusClients.cbegin(), m_focusClients.cend(), [&name](const FocusClient &other) { return other.variable == name; });
     };
     QString variable = wanted;
     for (int number = 2; isTaken(variable); ++number)

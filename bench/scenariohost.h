@@ -78,7 +78,7 @@ public:
 
     /// A focus client that lives as long as the scenario.
     Q_INVOKABLE QObject *makeFocusClient();
-    /// A variable for the client that was made last, which no other has.
+    /// A variable for the client that was made last: no other has it, and it hides nothing that lines need.
     Q_INVOKABLE QString variableFor(const QString &clientId);
     /// Lets focus clients hear what they have been told, as the application's next turn of the event loop would.
     Q_INVOKABLE void deliverFocusChanges();

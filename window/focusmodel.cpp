@@ -1,11 +1,12 @@
 #include "focusmodel.h"
 
+#include "scriptnames.h"
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
-#include <iterator>
 
 namespace
 {
@@ -24,18 +25,6 @@ constexpr Hint hintTable[] = {
 };
 
 constexpr int usualStreamType = 3;
-
-/// What a variable of a step cannot be called: the language's words, and what scenarios find.
-constexpr const char *takenNames[] = {
-    "arguments",  "await",   "break",  "case",       "catch",        "class",         "const",         "continue",   "debugger", "default",  "delete",
-    "do",         "else",    "enum",   "eval",       "export",       "extends",       "false",         "finally",    "for",      "function", "if",
-    "implements", "import",  "in",     "instanceof", "interface",    "let",           "new",           "null",       "package",  "private",  "protected",
-    "public",     "return",  "static", "super",      "switch",       "this",          "throw",         "true",       "try",      "typeof",   "undefined",
-    "var",        "void",    "while",  "with",       "yield",        "Infinity",      "NaN",           "Array",      "Object",   "Math",     "JSON",
-    "Date",       "Number",  "String", "Boolean",    "Symbol",       "Map",           "Set",           "Promise",    "Proxy",    "Reflect",  "RegExp",
-    "Error",      "console", "print",  "gc",         "AudioControl", "AudioPolicy",   "AudioSettings", "AudioFocus", "Platform", "Sound",    "expect",
-    "say",        "wait",    "now",    "powerOn",    "powerOff",     "eraseSettings",
-};
 
 /// A text as it stands in a script.
 QString quoted(const QString &text)
@@ -170,8 +159,7 @@ QString FocusModel::newVariable(const QString &clientId) const
     }
     const auto isTaken = [this, &steps](const QString &candidate) {
         const QRegularExpression word(QStringLiteral("\\b%1\\b").arg(candidate));
-        return m_ownVariables.contains(candidate)
-            || std::any_of(std::begin(takenNames), std::end(takenNames), [&candidate](const char *taken) { return candidate == QLatin1String(taken); })
+        return m_ownVariables.contains(candidate) || scriptnames::isTaken(candidate)
             || std::any_of(m_clients.clients().cbegin(),
                            m_clients.clients().cend(),
                            [&candidate](const ClientList::Client &client) { return client.variable == candidate; })

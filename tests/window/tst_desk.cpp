@@ -37,6 +37,7 @@ private Q_SLOTS:
     void saves();
     void playsScenario();
     void takesOver();
+    void clientsOfScenarioTakeNoNames();
     void stopsEndlessLoop();
     void slowPlatform();
     void focusStack();
@@ -277,6 +278,24 @@ void DeskTest::takesOver()
     QTRY_VERIFY(!m_desk->isReplaying());
     QTRY_COMPARE(m_desk->now(), 60000.0);
     QCOMPARE(value("drive", "status").toInt(), 1);
+}
+
+/// The recording calls them otherwise: its further lines need the words of the language, and what scenarios find.
+void DeskTest::clientsOfScenarioTakeNoNames()
+{
+    m_desk->open(QUrl::fromLocalFile(write(QStringLiteral("names.js"),
+                                           "[\"powerOn\", \"class\", \"music\"].forEach(name => new AudioFocus({clientId: name}).request());\n"
+                                           "powerOn();\n")));
+    QTRY_COMPARE(m_desk->scenario(), QString());
+    QStringList lines;
+    for (const Recording::Step &step : m_desk->recording()->steps())
+        lines.append(step.line);
+    QCOMPARE(lines.filter(QStringLiteral(".request")),
+             QStringList({QStringLiteral("powerOn2.request();"), QStringLiteral("class2.request();"), QStringLiteral("music.request();")}));
+    m_desk->goTo(0);
+    QTRY_VERIFY(!m_desk->isReplaying());
+    QTRY_COMPARE(m_desk->recording()->doneCount(), lines.size());
+    QCOMPARE(m_desk->message(), QString());
 }
 
 void DeskTest::stopsEndlessLoop()
