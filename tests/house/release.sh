@@ -139,10 +139,10 @@ grep --quiet "git tag .* \"*v1\.2\.0" "$work/out" || fail 'tools/release does no
 [[ $(tools/release --list | wc -l) -eq $(grep --count ' \.\.\. yes$' "$work/out") ]] || fail 'tools/release does not look at all that it lists'
 
 touch stray
-lacks 'what "git status" lists is not committed'
+lacks 'what "git status" lists is not committed.*'
 rm stray
 git checkout --quiet -b beside
-lacks 'this is not the branch main'
+lacks 'this is not the branch main.*'
 git checkout --quiet main
 git tag --annotate --message=released v1.2.0
 lacks 'v1\.2\.0 is released already.*'
@@ -150,11 +150,15 @@ git tag --delete v1.2.0 >/dev/null
 echo 'project(QzAudio VERSION 1.2.0)' >CMakeLists.txt
 lacks_committed 'CMakeLists\.txt has no line with VERSION.*'
 sed -i 's/^## 1\.2\.0 - .*/## Unreleased/' CHANGELOG.md
-lacks_committed 'CHANGELOG\.md begins with "Unreleased".*'
+lacks_committed 'the first heading of CHANGELOG\.md is "## Unreleased".*'
+for heading in '1.2.0' '1.2.0 - 2026-01-01'; do
+    sed -i "s/^## 1\.1\.0 - .*/## $heading/" CHANGELOG.md
+    lacks_committed 'CHANGELOG\.md tells of 1\.2\.0 as an earlier release.*'
+done
 echo 'qzaudio (1.1.0) unstable; urgency=medium' >packaging/changelog
 lacks_committed 'packaging/changelog begins with "1\.1\.0".*'
 echo '<release version="1.1.0" date="2026-01-01"/>' >packaging/qzaudio-desk.metainfo.xml
-lacks_committed 'packaging/qzaudio-desk\.metainfo\.xml has no release 1\.2\.0'
+lacks_committed 'packaging/qzaudio-desk\.metainfo\.xml has no release 1\.2\.0.*'
 figures "$measured+"
 lacks_committed 'docs/testing\.md has a figure of a state that was never committed.*'
 figures 0123abc
@@ -164,7 +168,7 @@ lacks_committed 'docs/testing\.md has no figures.*'
 echo 2 >src/library.cpp
 lacks_committed 'docs/testing\.md has a figure of another library.*'
 echo '# src/' >src/README.md # measures nothing, but is a commit
-lacks_committed '\./check --all has not passed for this commit'
+lacks_committed '\./check --all has not passed for this commit.*'
 echo 2 >src/library.cpp
 commit 'A change of the library'
 figures "$(git rev-parse --short HEAD)"
@@ -177,8 +181,8 @@ lacks 'the interface has grown.*'
 echo 'the binary interface is that of the baseline' >build/abi.says
 for tool in "${asked[@]:1}"; do
     touch "build/fails/$tool"
-    lacks "tools/$tool finds what is out of date.*"
+    lacks "tools/$tool --check fails.*"
     rm "build/fails/$tool"
 done
 rm build/checked
-lacks '\./check --all has not passed for this commit'
+lacks '\./check --all has not passed for this commit.*'
