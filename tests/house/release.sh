@@ -60,6 +60,7 @@ printf 'project(QzAudio\n    VERSION 1.2.0\n)\n' >CMakeLists.txt
 printf '# Changelog\n\n## 1.2.0 - 2026-01-02\n\n## 1.1.0 - 2026-01-01\n' >CHANGELOG.md
 printf 'qzaudio (1.2.0) unstable; urgency=medium\n' >packaging/changelog
 echo '<release version="1.2.0" date="2026-01-02"/>' >packaging/qzaudio-desk.metainfo.xml
+echo '.TH QZAUDIO\-DESK 1 "" "qzaudio 1.2.0"' >packaging/qzaudio-desk.1
 echo 1 >src/library.cpp
 
 commit()
@@ -159,6 +160,8 @@ echo 'qzaudio (1.1.0) unstable; urgency=medium' >packaging/changelog
 lacks_committed 'packaging/changelog begins with "1\.1\.0".*'
 echo '<release version="1.1.0" date="2026-01-01"/>' >packaging/qzaudio-desk.metainfo.xml
 lacks_committed 'packaging/qzaudio-desk\.metainfo\.xml has no release 1\.2\.0.*'
+sed -i 's/1\.2\.0/1.1.0/' packaging/qzaudio-desk.1
+lacks_committed '1\.1\.0 has to become 1\.2\.0 in packaging/qzaudio-desk\.1'
 figures "$measured+"
 lacks_committed 'docs/testing\.md has a figure of a state that was never committed.*'
 figures 0123abc
