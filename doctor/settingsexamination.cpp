@@ -1,5 +1,6 @@
 #include "settingsexamination.h"
 
+#include "../src/settingstext.h"
 #include "childprocess.h"
 #include "lockholder.h"
 
@@ -10,8 +11,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QList>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QSettings>
 
 #include <algorithm>
 #include <unistd.h>
@@ -23,46 +22,23 @@ constexpr qint64 largest = qint64(1024) * 1024; // the store reads no more
 constexpr qint64 longestSaveS = 1; // so long others wait; then they are refused
 constexpr qint64 longestHoldingS = 30; // then the lock of a process that hangs is taken away
 
-/// Whether a line stands by itself: QSettings takes what is left open for a value that goes on in the next line, the store leaves it out.
-bool isWhole(const QByteArray &line)
+bool isSetting(const QByteArray &line)
 {
-    bool isQuoted = false;
-    int position = 0;
-    for (; position < line.size() && (isQuoted || line.at(position) != ';'); ++position) {
-        const char letter = line.at(position);
-        if (letter == '\\')
-            ++position;
-        else if (letter == '"')
-            isQuoted = !isQuoted;
-    }
-    return !isQuoted && position <= line.size();
-}
-
-/// Whether each object in a line is of a type that has one size, as QSettings writes it; an object of another type may be larger than any memory.
-bool isOfFixedSize(const QByteArray &line)
-{
-    static const QRegularExpression another(QStringLiteral("@Variant\\((?!\\\\0\\\\0\\\\0\\\\(a|x([1-6ef]|1[03-9a]|8[1-7])(?![0-9a-f])))"));
-    return !line.contains('@') || !another.match(QString::fromLatin1(line)).hasMatch();
-}
-
-/// As the store sees it, which leaves each other line out.
-bool areSettings(QByteArray content)
-{
-    const QList<QByteArray> lines = content.replace('\r', '\n').split('\n');
-    // Behind the last end there may have been more of a line.
-    const QByteArray rest = lines.last().trimmed();
-    return (rest.isEmpty() || rest.startsWith(';'))
-        && std::all_of(lines.cbegin(), lines.cend(), [](const QByteArray &line) { return isWhole(line) && isOfFixedSize(line); });
+    return line.contains('=') && !line.startsWith(';');
 }
 
 constexpr char hasDamage[] = " damage";
 
-/// In the process of its own: QSettings makes whatever object a value describes.
-void readSettings(const QString &file, const ChildProcess::Tell &tell)
+/// As the library reads it. In a process of its own: a file system may keep its reader waiting for ever.
+void readSettings(const QString &path, const ChildProcess::Tell &tell)
 {
-    const QSettings settings(file, QSettings::IniFormat);
-    tell(QByteArray::number(settings.allKeys().size()));
-    if (settings.status() != QSettings::NoError)
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const audio::SettingsText text(file.read(largest));
+    const QList<QByteArray> lines = text.bytes().split('\n');
+    tell(QByteArray::number(static_cast<int>(std::count_if(lines.cbegin(), lines.cend(), isSetting))));
+    if (text.damagedLines() > 0)
         tell(hasDamage);
 }
 
@@ -109,18 +85,20 @@ private:
             lookAtContent(file, facts);
     }
 
-    void lookAtContent(const QFileInfo &info, QJsonObject facts)
+    void lookAtContent(const QFileInfo &file, QJsonObject facts)
     {
-        QFile file(info.filePath());
-        const bool isOpen = file.open(QIODevice::ReadOnly);
-        const ChildProcess::Outcome outcome = ChildProcess::run([&info](const ChildProcess::Tell &tell) { readSettings(info.filePath(), tell); }, m_patienceMs);
+        const QString path = file.filePath();
+        const ChildProcess::Outcome outcome = ChildProcess::run([&path](const ChildProcess::Tell &tell) { readSettings(path, tell); }, m_patienceMs);
         const int count = outcome.told.split(' ').first().toInt();
-        if (outcome.isWhole)
-            facts.insert(QStringLiteral("settings"), count);
-        if (!outcome.isWhole || outcome.told.endsWith(hasDamage) || !isOpen || !areSettings(file.read(largest)))
-            add(Finding::Grade::Wrong, "file", QStringLiteral("%1 has lines that are no settings").arg(info.filePath()), facts);
+        if (!outcome.isWhole || outcome.told.isEmpty()) {
+            add(Finding::Grade::Wrong, "file", QStringLiteral("%1 cannot be read").arg(path), facts);
+            return;
+        }
+        facts.insert(QStringLiteral("settings"), count);
+        if (outcome.told.endsWith(hasDamage))
+            add(Finding::Grade::Wrong, "file", QStringLiteral("%1 has lines that are no settings").arg(path), facts);
         else
-            add(Finding::Grade::Good, "file", QStringLiteral("%1 has %2 settings in %3 bytes").arg(info.filePath()).arg(count).arg(info.size()), facts);
+            add(Finding::Grade::Good, "file", QStringLiteral("%1 has %2 settings in %3 bytes").arg(path).arg(count).arg(file.size()), facts);
     }
 
     void lookAtLock()

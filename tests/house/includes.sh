@@ -45,9 +45,16 @@ includes_of()
 
 for file in src/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in service/**/*.{h,cpp}; do check "$file" include; done
-for file in doctor/**/*.{h,cpp}; do check "$file" '@(platform|include)'; done
 for file in window/**/*.{h,cpp}; do check "$file" '@(bench|qml|simulator|include)'; done
 for file in bench/**/*.{h,cpp}; do check "$file" '@(qml|simulator|include)'; done
+
+# The doctor looks at the settings file with the library's own eyes, and at nothing else in the library.
+for file in doctor/**/*.{h,cpp}; do
+    check "$file" '@(platform|include|src)'
+    for target in $(includes_of "$file"); do
+        [[ $target == ../src/settingstext.h || ! -e src/${target##*/} || -e doctor/${target##*/} ]] || complain "$file" "$target"
+    done
+done
 
 # Of the library the simulator knows the records only that the platform's declarations mention.
 for file in simulator/**/*.{h,cpp}; do

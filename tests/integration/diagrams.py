@@ -70,8 +70,10 @@ def includes(project):
         own = folder_of(file, simulator_module)
         for target in INCLUDE.findall((project / file).read_text(encoding="utf-8")):
             found = places[pathlib.Path(target).name]
-            # Some names stand in several folders: then the own one's is meant.
-            if (project / file.parent / target).exists() or any(place.parts[0] == file.parts[0] for place in found):
+            # Some names stand in several folders: then the one at that path is meant, or the own one's.
+            if (project / file.parent / target).exists():
+                found = {(project / file.parent / target).resolve().relative_to(project.resolve())}
+            elif any(place.parts[0] == file.parts[0] for place in found):
                 found = {place for place in found if place.parts[0] == file.parts[0]}
             pairs |= {(own, folder_of(place, simulator_module)) for place in found}
     return {(one, other) for one, other in pairs if one != other}
