@@ -78,7 +78,7 @@ class Reader:
         print(f"by hand: {steps}", flush=True)
         if not os.path.exists(self.hand):
             # Not before a reader has what it is compiled with.
-            for command in (["-S", os.path.join(self.project, "tests", "tutorial", "hand"), "-B", self.hand], ["--build", self.hand]):
+            for command in (["-G", "Ninja", "-S", os.path.join(self.project, "tests", "tutorial", "hand"), "-B", self.hand], ["--build", self.hand]):
                 subprocess.run(["cmake", *command], stdout=subprocess.DEVNULL, check=True)
         variables = {"QT_QPA_GENERIC_PLUGINS": "hand", "QT_PLUGIN_PATH": self.hand, "HAND_STEPS": steps}
         given = "".join(f"export {name}={shlex.quote(value)}\n" for name, value in variables.items())
