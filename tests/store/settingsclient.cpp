@@ -349,6 +349,7 @@ private:
 } // namespace
 
 /// In the place of the C library's, also for the settings store.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's names are reserved for it
 extern "C" __attribute__((visibility("default"))) int flock(int file, int operation) noexcept
 {
     if (forkAtLock && !forkAtLock->isOver && --forkAtLock->callsLeft == 0)
