@@ -37,11 +37,11 @@ Q_SIGNALS:
     void audioFocusChanged(int newState, QString clientId);
 
 public Q_SLOTS:
-    /// 0 granted, 1 failed. @p durationHint is a gain, 1 to 4; not checked here.
+    /// Requests focus for a client: 0 granted, 1 failed. The stream is only remembered; @p durationHint is a gain, 1 to 4; not checked here.
     int requestAudioFocus(int mainStreamType, int durationHint, QString clientId);
-    /// Always 0.
+    /// Gives a client's focus up, or takes it off the stack. Always 0.
     int abandonAudioFocus(QString clientId);
-    /// Leaves the stack without anybody being told.
+    /// Takes a client off the stack without anybody being told.
     void unregisterAudioFocusClient(QString clientId);
     /// The duration hint of the holder, 0 when there is none.
     int getCurrentAudioFocus();

@@ -62,7 +62,7 @@ public Q_SLOTS:
     /// Goes on to the next mega base, from the last one to 0.
     inline QDBusPendingReply<> nextMegaBase() { return asyncCallWithArgumentList(QStringLiteral("nextMegaBase"), {}); }
 
-    /// 0 granted, 1 failed. @p durationHint is a gain, 1 to 4.
+    /// Requests focus for a client: 0 granted, 1 failed. The stream is only remembered; @p durationHint is a gain, 1 to 4.
     inline QDBusPendingReply<int> requestAudioFocus(int mainStreamType, int durationHint, const QString &clientId)
     {
         return asyncCallWithArgumentList(QStringLiteral("requestAudioFocus"),

@@ -123,7 +123,7 @@ public:
     /// CarLife prompt ends: applies the volume of status 19 and restores the main audio at once. The argument is not used; the log line
     /// names Android Auto, kept.
     void clUnduckAudio(int);
-    /// CarPlay prompt begins: ducks at once; status 10 is applied when neither an unduck nor any updateAudioStatus() came within 1000 ms.
+    /// CarPlay prompt begins: duck(@p level) at once; status 10 is applied when neither an unduck nor any updateAudioStatus() came within 1000 ms.
     void cpDuckAudio(int, int level);
     /// CarPlay prompt ends: after 500 ms without a new duck, status 11 is applied and the main audio restored.
     void cpUnduckAudio(int);
