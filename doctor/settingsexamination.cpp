@@ -18,9 +18,9 @@
 namespace
 {
 
-constexpr qint64 largest = qint64(1024) * 1024; // the store reads no more
-constexpr qint64 longestSaveS = 1; // so long others wait; then they are refused
-constexpr qint64 longestHoldingS = 30; // then the lock of a process that hangs is taken away
+constexpr qint64 msPerSecond = 1000;
+constexpr qint64 longestSaveS = SettingsFile::longestWaitMs / msPerSecond; // others are refused then
+constexpr qint64 longestHoldingS = SettingsFile::staleLockMs / msPerSecond;
 
 bool isSetting(const QByteArray &line)
 {
@@ -35,7 +35,7 @@ void readSettings(const QString &path, const ChildProcess::Tell &tell)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return;
-    const audio::SettingsText text(file.read(largest));
+    const audio::SettingsText text(file.read(SettingsFile::largestSize));
     const QList<QByteArray> lines = text.bytes().split('\n');
     tell(QByteArray::number(static_cast<int>(std::count_if(lines.cbegin(), lines.cend(), isSetting))));
     if (text.damagedLines() > 0)
@@ -76,10 +76,10 @@ private:
             add(Finding::Grade::Wrong, "file", QStringLiteral("%1 is no file").arg(file.filePath()), facts);
         else if (!file.isReadable())
             add(Finding::Grade::Wrong, "file", QStringLiteral("%1 may not be read by this user").arg(file.filePath()), facts);
-        else if (file.size() > largest)
+        else if (file.size() > SettingsFile::largestSize)
             add(Finding::Grade::Wrong,
                 "file",
-                QStringLiteral("%1 has %2 bytes: taken for damaged, the first %3 count").arg(file.filePath()).arg(file.size()).arg(largest),
+                QStringLiteral("%1 has %2 bytes: taken for damaged, the first %3 count").arg(file.filePath()).arg(file.size()).arg(SettingsFile::largestSize),
                 facts);
         else
             lookAtContent(file, facts);

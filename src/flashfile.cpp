@@ -168,8 +168,8 @@ flashfile::Content flashfile::read(const char *path)
         content.failure = QStringLiteral("it is no regular file");
         return content;
     }
-    content.isTooLarge = content.status.st_size > maximumSize;
-    const int expected = static_cast<int>(std::min<qint64>(content.status.st_size, maximumSize));
+    content.isTooLarge = content.status.st_size > SettingsFile::largestSize;
+    const int expected = static_cast<int>(std::min<qint64>(content.status.st_size, SettingsFile::largestSize));
     content.bytes = QByteArray(expected, Qt::Uninitialized);
     int size = 0;
     while (size < expected) {

@@ -27,9 +27,6 @@ Failure failureOf(const char *systemCall);
 namespace flashfile
 {
 
-/// Larger files are no settings files: only so many bytes of them are read.
-constexpr int maximumSize = 1024 * 1024;
-
 /// Where a damaged file is kept, the latest one: "/media/flash/nvm/audioData.db.damaged"
 QByteArray damagedPath();
 

@@ -26,8 +26,6 @@ namespace audio
 namespace
 {
 
-constexpr qint64 longestWaitMs = 1000;
-constexpr qint64 staleTimeMs = 30000; // as long as a lock of QSettings takes to become stale
 constexpr qint64 makingTimeMs = 20; // in which a lock file may be there whose maker has not locked it yet
 // A process that saves all the time lets go of the lock for some microseconds only.
 constexpr unsigned long retryIntervalUs = 100;
@@ -91,7 +89,7 @@ qint64 ageOf(const struct stat64 &status)
 /// Also where the clock was set: nobody holds a lock in the future.
 bool isStale(const struct stat64 &status)
 {
-    return qAbs(ageOf(status)) > staleTimeMs;
+    return qAbs(ageOf(status)) > SettingsFile::staleLockMs;
 }
 
 bool tryKernelLock(int file)
@@ -180,7 +178,7 @@ bool SettingsLock::isHeld() const
 
 void SettingsLock::acquire(Waiting waiting)
 {
-    const QDeadlineTimer deadline(waiting == Waiting::Allowed ? longestWaitMs : 0);
+    const QDeadlineTimer deadline(waiting == Waiting::Allowed ? SettingsFile::longestWaitMs : 0);
     for (int tries = 1;; ++tries) {
         Attempt attempt = create();
         if (attempt == Attempt::Busy)
@@ -299,7 +297,7 @@ void SettingsLock::rememberHolder() const
     known.device = m_other.st_dev;
     known.inode = m_other.st_ino;
     known.changed = m_other.st_ctim;
-    known.patience = QDeadlineTimer(longestWaitMs);
+    known.patience = QDeadlineTimer(SettingsFile::longestWaitMs);
 }
 
 bool SettingsLock::hasLeftovers()

@@ -110,7 +110,7 @@ Failure keepDamaged(const flashfile::Content &content, const SettingsText &text,
         return {};
     const Failure failure = flashfile::keepDamaged(content, lock.temporaryPath());
     const QString what
-        = content.isTooLarge ? QStringLiteral("more than %1 bytes").arg(flashfile::maximumSize) : QStringLiteral("%1 lines").arg(text.damagedLines());
+        = content.isTooLarge ? QStringLiteral("more than %1 bytes").arg(SettingsFile::largestSize) : QStringLiteral("%1 lines").arg(text.damagedLines());
     const QString where
         = failure.isEmpty() ? QLatin1String("kept as ") + QFile::decodeName(flashfile::damagedPath()) : QLatin1String("cannot be kept: ") + failure;
     const QString cause = QStringLiteral("is damaged, %1; %2").arg(what, where);

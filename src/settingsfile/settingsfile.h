@@ -11,7 +11,7 @@
 /**
  * The settings file as seen without reading it.
  *
- * The one header of this folder that the daemon, the QML modules and the bench include, too. It is no part of the library's interface.
+ * The one header of the library's own that daemon, doctor, QML modules, bench and window include, too. It is no part of its interface.
  */
 namespace SettingsFile
 {
@@ -19,6 +19,13 @@ namespace SettingsFile
 /// The one place on the unit's flash; see audio::AudioDataBase. As system calls take it, which is every few microseconds.
 constexpr char nativePath[] = "/media/flash/nvm/audioData.db";
 constexpr char nativeFolder[] = "/media/flash/nvm";
+
+/// Larger files are no settings files: only so many bytes of them are read.
+constexpr int largestSize = 1024 * 1024;
+/// So long a save waits for another process's; then it is refused.
+constexpr qint64 longestWaitMs = 1000;
+/// Older locks are taken away, as those of QSettings are, from processes that hang.
+constexpr qint64 staleLockMs = 30000;
 
 inline QString path()
 {
