@@ -42,8 +42,10 @@ flash::Entries settingsWith(const QByteArray &path, const QByteArray &value)
 /// Runs a shell script with a flash partition of so many bytes; the words $client and $settings are replaced.
 program::Run runWithSmallFlash(int bytes, QString script)
 {
-    QTemporaryFile settings;
-    if (!settings.open() || settings.write(flash::fullSettings()) < 0 || !settings.flush())
+    // Not QTemporaryFile, whose file may have no name that others can open it by.
+    const QTemporaryDir folder;
+    QFile settings(folder.filePath(QStringLiteral("settings")));
+    if (!settings.open(QIODevice::WriteOnly) || settings.write(flash::fullSettings()) < 0 || !settings.flush())
         return {};
     script.replace(QLatin1String("$client"), program::forShell(settingsprocess::commandLine({})));
     script.replace(QLatin1String("$settings"), settings.fileName());
@@ -129,7 +131,7 @@ void FailuresTest::everyNumberOfFreeBytes()
     const int step = program::isEmulated() || !isFast ? 2048 : 128;
     const program::Run run = runWithSmallFlash(20480,
                                                QStringLiteral(R"(
-        cd /media/flash/nvm && cp $settings audioData.db
+        cd /media/flash/nvm && cp $settings audioData.db || exit
         free=0
         while [ $free -le 16384 ]; do
             [ $((16384 - free)) -eq 0 ] || head -c $((16384 - free)) /dev/zero >filler
@@ -174,7 +176,7 @@ void FailuresTest::killedOnANearlyFullFlash()
     // Half of them with room for the next version, half with none: then all that can be there is the old one.
     const program::Run run = runWithSmallFlash(12288,
                                                QStringLiteral(R"(
-        cd /media/flash/nvm && cp $settings audioData.db
+        cd /media/flash/nvm && cp $settings audioData.db || exit
         kill=0
         while [ $kill -lt %1 ]; do
             rm -f filler
